@@ -1,0 +1,14 @@
+#pragma once
+
+#include "app/Output.h"
+#include "memory/CadastralDocument.h"
+
+namespace convfile::app {
+
+/// The header block of a cadastral survey: date, protocol, place, surveyor, and the values record.
+void PrintCadastralHeader(Sink& sink, const memory::CadastralDocument& document);
+
+/// The line records with their vertices.
+void PrintCadastralLines(Sink& sink, const memory::CadastralDocument& document);
+
+} // namespace convfile::app

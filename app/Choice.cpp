@@ -1,0 +1,96 @@
+#include "app/Choice.h"
+
+#include "framework/FileName.h"
+#include "framework/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+namespace convfile::app {
+
+namespace {
+
+std::string UpperExtension(const std::string& path) {
+    std::string extension = path;
+    EstraiEstensFile(extension);
+    StringToUpper(extension);
+    return extension;
+}
+
+Route DownloadRoute(const std::string& path) {
+    return {.download = true,
+            .code = 0,
+            .format = FormatByDownloadExtension(UpperExtension(path)),
+            .problem = {}};
+}
+
+Route CodeRoute(int code) {
+    return {.download = false, .code = code, .format = FormatByCode(code), .problem = {}};
+}
+
+Route NoRoute(std::string problem) {
+    return {.download = false, .code = 0, .format = nullptr, .problem = std::move(problem)};
+}
+
+/// A format that has no code is reached by the file's extension alone.
+Route NamedRoute(const std::string& name, const std::string& path) {
+    const Format* const format = FormatByName(name);
+    if (!format)
+        return NoRoute("there is no format named \"" + name + "\"");
+    if (format->code != 0)
+        return CodeRoute(format->code);
+    Route route = DownloadRoute(path);
+    if (route.format != format) {
+        return NoRoute("format " + name + " is chosen by the extension (" +
+                       std::string(format->downloadExtensions) + "), which this file has not");
+    }
+    return route;
+}
+
+Route ExtensionRoute(const std::string& path) {
+    const std::string extension = UpperExtension(path);
+    if (FormatByDownloadExtension(extension))
+        return DownloadRoute(path);
+    if (const Format* const format = FormatByExtension(extension))
+        return CodeRoute(format->code);
+    return NoRoute("its extension tells no format; choose one with --format or --code:\n" +
+                   FormatList());
+}
+
+} // namespace
+
+Route ChooseRoute(const FormatChoice& choice, const std::string& path) {
+    if (choice.code)
+        return CodeRoute(*choice.code);
+    if (!choice.name.empty())
+        return NamedRoute(choice.name, path);
+    return choice.download ? DownloadRoute(path) : ExtensionRoute(path);
+}
+
+std::string FormatList() {
+    using Row = std::array<std::string, 5>;
+    std::vector<Row> rows = {{"NAME", "CODE", "EXTENSION", "DOWNLOAD", "READS"}};
+    for (const Format& format : Formats()) {
+        rows.push_back(
+            {std::string(format.name), format.code == 0 ? "-" : std::to_string(format.code),
+             format.extensions.empty() ? "-" : std::string(format.extensions),
+             format.downloadExtensions.empty() ? "-" : std::string(format.downloadExtensions),
+             std::string(format.title)});
+    }
+    std::array<std::size_t, 5> widths{};
+    for (const Row& row : rows) {
+        for (std::size_t i = 0; i < row.size(); ++i)
+            widths[i] = std::max(widths[i], row[i].size());
+    }
+    std::string list;
+    for (const Row& row : rows) {
+        for (std::size_t i = 0; i + 1 < row.size(); ++i)
+            list += row[i] + std::string(widths[i] - row[i].size() + 2, ' ');
+        list += row.back() + "\n";
+    }
+    return list;
+}
+
+} // namespace convfile::app

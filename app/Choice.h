@@ -1,0 +1,32 @@
+#pragma once
+
+#include "framework/FormatTable.h"
+
+#include <optional>
+#include <string>
+
+namespace convfile::app {
+
+/// How the user wants the format of the files chosen. With nothing set, each file's extension does.
+struct FormatChoice {
+    std::optional<int> code;
+    std::string name;
+    bool download = false;
+};
+
+/// The entry function that a file goes through, and what it is told.
+struct Route {
+    bool download = false; ///< FConvFileDaStrum; otherwise FConvFileNoTopcon with `code`
+    int code = 0;
+    const Format* format = nullptr; ///< the format that this reaches; null: none
+    std::string problem;            ///< why there is no way for this file; empty: there is
+};
+
+/// The way a file takes. A choice that reaches no converter is a way all the same: the entry
+/// function declines it.
+Route ChooseRoute(const FormatChoice& choice, const std::string& path);
+
+/// The table of formats, for people.
+std::string FormatList();
+
+} // namespace convfile::app

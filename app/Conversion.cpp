@@ -1,0 +1,76 @@
+#include "app/Conversion.h"
+
+#include "framework/CodePage.h"
+#include "framework/ConvEntry.h"
+#include "framework/FileName.h"
+#include "memory/PointLibrary.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+
+namespace convfile::app {
+
+namespace {
+
+constexpr int kCadastralCode = 20;
+
+/// Why a file cannot be opened; empty where it can.
+std::string OpeningProblem(const std::string& path) {
+    std::error_code ignored;
+    if (path.empty())
+        return "has no name";
+    if (std::filesystem::is_directory(path, ignored))
+        return "is a folder";
+    if (std::FILE* const file = std::fopen(path.c_str(), "rb")) {
+        std::fclose(file);
+        return {};
+    }
+    return std::string("cannot be opened: ") + std::strerror(errno);
+}
+
+std::string ProblemOf(const Route& route, const std::string& path) {
+    if (!route.format && route.download)
+        return "its extension is none of a downloaded file that can be read";
+    if (!route.format)
+        return "format code " + std::to_string(route.code) + " has no converter";
+    std::string problem = OpeningProblem(path);
+    if (problem.empty())
+        problem = "cannot be read as " + std::string(route.format->name);
+    return problem;
+}
+
+} // namespace
+
+void Convert(const Route& route, const std::string& path, Conversion& result) {
+    result.path = path;
+    result.problem = route.problem;
+    if (!route.problem.empty())
+        return;
+    memory::AnswerDialogs({.confirmed = true, .fileName = path, .formatCode = route.code});
+    if (route.download) {
+        memory::PointLibrary pointLibrary(result.notifications);
+        memory::DrawingEngine drawing(result.notifications);
+        result.converted = FConvFileDaStrum(result.fieldBook, 0, pointLibrary, drawing);
+    } else {
+        result.converted = FConvFileNoTopcon(result.fieldBook, result.document, false);
+        result.cadastral = result.converted && route.code == kCadastralCode;
+    }
+    result.messages = memory::TakeMessages();
+    if (!result.converted)
+        result.problem = ProblemOf(route, path);
+}
+
+std::string BareName(const std::string& path) {
+    std::string name = path;
+    EstraiIlNomeFile(name);
+#if !defined(_WIN32)
+    if (IsUtf8(name))
+        return name;
+#endif
+    return Utf8FromWindows1252(name);
+}
+
+} // namespace convfile::app

@@ -1,0 +1,274 @@
+#include "app/JsonOutput.h"
+
+#include "framework/CodePage.h"
+#include "host/NoValue.h"
+
+#include <rapidjson/prettywriter.h>
+#include <rapidjson/writer.h>
+
+#include <array>
+#include <charconv>
+
+namespace convfile::app {
+
+namespace {
+
+using namespace convfile::memory;
+
+/// Writes one conversion, member by member, with either of the two writers of the JSON library.
+template <class Writer>
+class JsonObject {
+public:
+    explicit JsonObject(Writer& writer) : json_(writer) {}
+
+    void Write(const Conversion& conversion) {
+        json_.StartObject();
+        Utf8("file", BareName(conversion.path));
+        Key("converted");
+        json_.Bool(conversion.converted);
+        Array("messages", conversion.messages, &JsonObject::WriteMessage);
+        Array("jobs", conversion.fieldBook.Jobs(), &JsonObject::WriteJob);
+        const auto& orientationPoints = conversion.fieldBook.OrientationPoints();
+        if (!orientationPoints.empty())
+            Array("orientation_points", orientationPoints, &JsonObject::WriteOrientationPoint);
+        if (conversion.cadastral)
+            WriteCadastral(conversion.document);
+        json_.EndObject();
+    }
+
+private:
+    void Key(std::string_view name) {
+        json_.Key(name.data(), static_cast<rapidjson::SizeType>(name.size()));
+    }
+
+    void Utf8(std::string_view name, std::string_view text) {
+        Key(name);
+        json_.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+    }
+
+    void Text(std::string_view name, std::string_view bytes) {
+        Utf8(name, Utf8FromWindows1252(bytes));
+    }
+
+    void Integer(std::string_view name, int value) {
+        Key(name);
+        json_.Int(value);
+    }
+
+    /// A number with the fewest digits that read back exactly; null where it is absent.
+    void Number(double value) {
+        if (!IsPresent(value)) {
+            json_.Null();
+            return;
+        }
+        std::array<char, 64> digits{};
+        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+        json_.RawValue(digits.data(), static_cast<std::size_t>(end - digits.data()),
+                       rapidjson::kNumberType);
+    }
+
+    void Number(std::string_view name, double value) {
+        Key(name);
+        Number(value);
+    }
+
+    template <class Records, class Record>
+    void Array(std::string_view name, const Records& records,
+               void (JsonObject::*write)(const Record&)) {
+        Key(name);
+        json_.StartArray();
+        for (const auto& record : records) {
+            if constexpr (requires { *record; })
+                (this->*write)(*record);
+            else
+                (this->*write)(record);
+        }
+        json_.EndArray();
+    }
+
+    void WriteMessage(const Message& message) {
+        json_.StartObject();
+        Text("title", message.title);
+        Text("text", message.text);
+        if (message.hasLink) {
+            Text("link_label", message.linkLabel);
+            Text("link_target", message.linkTarget);
+        }
+        json_.EndObject();
+    }
+
+    void WriteJob(const Job& job) {
+        json_.StartObject();
+        Text("name", job.Name());
+        Text("operator", job.Operator());
+        Text("instrument", job.Instrument());
+        Text("date", job.Date());
+        Integer("processing_code", job.ProcessingCode());
+        Array("stations", job.stations, &JsonObject::WriteStation);
+        json_.EndObject();
+    }
+
+    void WriteStation(const Station& station) {
+        json_.StartObject();
+        Text("name", station.GetNome());
+        Text("code", station.Identifier());
+        if (!station.GetExtras().note.empty())
+            Text("note", station.GetExtras().note);
+        Number("instrument_height", station.InstrumentHeight());
+        Number("temperature", station.Temperature());
+        Number("pressure", station.Pressure());
+        Number("orientation", station.Orientation());
+        WriteRest(station);
+        Array("points", station.points, &JsonObject::WritePoint);
+        json_.EndObject();
+    }
+
+    void WritePoint(const Point& point) {
+        json_.StartObject();
+        Text("name", point.GetNome());
+        Text("code", point.Code());
+        Text("note", point.GetExtras().note);
+        Number("target_height", point.TargetHeight());
+        Number("slope_distance", point.SlopeDistance());
+        Number("zenith_angle", point.VerticalAngle());
+        Number("horizontal_angle", point.HorizontalAngle());
+        WriteRest(point);
+        json_.EndObject();
+    }
+
+    void WriteOrientationPoint(const OrientationPoint& point) {
+        json_.StartObject();
+        Text("name", point.GetNome());
+        if (!point.GetExtras().coordinatesSet) // always there for an orientation point
+            WriteCoordinates({});
+        WriteRest(point);
+        if (!point.GetExtras().note.empty())
+            Text("note", point.GetExtras().note);
+        if (point.Reliability())
+            Integer("reliability", *point.Reliability());
+        if (!point.Comment().empty())
+            Text("comment", point.Comment());
+        json_.EndObject();
+    }
+
+    /// What every entity may have, where it was set.
+    template <class EntityRecord>
+    void WriteRest(const EntityRecord& entity) {
+        const Extras& extras = entity.GetExtras();
+        if (!extras.drawingAttribute.empty())
+            Text("drawing_attribute", extras.drawingAttribute);
+        if (extras.coordinatesSet)
+            WriteCoordinates(extras.coordinates);
+        if (entity.GetMarks().any())
+            WriteMarks(entity.GetMarks());
+        if (!extras.photos.empty())
+            Array("photos", extras.photos, &JsonObject::WritePhoto);
+        if (!extras.terrainNote.empty())
+            Text("terrain_note", extras.terrainNote);
+    }
+
+    void WriteCoordinates(const Coordinates& place) {
+        Key("coordinates");
+        json_.StartArray();
+        Number(place.x);
+        Number(place.y);
+        Number(place.z);
+        json_.EndArray();
+    }
+
+    void WriteMarks(const Marks& marks) {
+        Key("flags");
+        json_.StartArray();
+        for (std::size_t i = 0; i < kMarkCount; ++i) {
+            if (marks.test(i)) {
+                json_.String(kMarkNames[i].data(),
+                             static_cast<rapidjson::SizeType>(kMarkNames[i].size()));
+            }
+        }
+        json_.EndArray();
+    }
+
+    void WritePhoto(const Photo& photo) {
+        json_.StartObject();
+        Text("path", photo.path);
+        Integer("kind", photo.kind);
+        json_.EndObject();
+    }
+
+    void WriteCadastral(const CadastralDocument& document) {
+        Key("cadastral");
+        json_.StartObject();
+        Text("day", document.day);
+        Text("month", document.month);
+        Text("year", document.year);
+        Text("protocol", document.protocol);
+        Text("municipality_code", document.municipalityCode);
+        Text("sheet", document.sheet);
+        Text("parcel", document.parcel);
+        Text("surveyor_surname", document.surveyorSurname);
+        Text("surveyor_first_name", document.surveyorFirstName);
+        Text("qualification", document.qualification);
+        Text("province", document.province);
+        Key("values");
+        json_.StartObject();
+        WriteLineBody(document.values);
+        json_.EndObject();
+        Array("lines", document.lines, &JsonObject::WriteLine);
+        json_.EndObject();
+    }
+
+    void WriteLine(const CRig& line) {
+        json_.StartObject();
+        const char type = line.GetTipoRiga();
+        Text("type", {&type, 1});
+        WriteLineBody(line);
+        json_.EndObject();
+    }
+
+    void WriteLineBody(const CRig& line) {
+        Text("name_label_1", line.GetLblNome1());
+        Text("name_label_2", line.GetLblNome2());
+        Text("material_label", line.GetLblMater());
+        Number("real_1", line.GetDatoRea1());
+        Number("real_2", line.GetDatoRea2());
+        Integer("integer_1", line.GetDatoInt1());
+        Integer("integer_2", line.GetDatoInt2());
+        Array("vertices", line.GetVrtAr(), &JsonObject::WriteVertex);
+    }
+
+    void WriteVertex(const CCtsVrt& vertex) {
+        json_.StartObject();
+        Text("name", vertex.name);
+        Text("line_type", {&vertex.lineType, 1});
+        Text("colour", {&vertex.colour, 1});
+        json_.EndObject();
+    }
+
+    Writer& json_;
+};
+
+} // namespace
+
+void JsonOutput::Add(const Conversion& conversion) {
+    if (array_)
+        sink_.Write(first_ ? "[\n" : ",\n");
+    first_ = false;
+    rapidjson::PrettyWriter<Sink> writer(sink_);
+    writer.SetIndent(' ', 2);
+    JsonObject(writer).Write(conversion);
+}
+
+void JsonOutput::End() {
+    if (array_)
+        sink_.Write(first_ ? "[]" : "\n]");
+    sink_.Write("\n");
+}
+
+void JsonLinesOutput::Add(const Conversion& conversion) {
+    rapidjson::Writer<Sink> writer(sink_);
+    JsonObject(writer).Write(conversion);
+    sink_.Write("\n");
+    sink_.Flush();
+}
+
+} // namespace convfile::app

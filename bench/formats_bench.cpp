@@ -1,0 +1,102 @@
+// Throughput of every format: each of its reference files that is a day's work (day*.*), repeated
+// to 100,000 records, converted into the host in memory; beside it a loop that only reads the same
+// bytes line by line (or record by record where they are binary). What is compared is CPU time.
+
+#include "bench/BenchFiles.h"
+#include "framework/FormatTable.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <iterator>
+#include <memory>
+#include <vector>
+
+namespace {
+
+using namespace convfile;
+using namespace convfile::bench;
+namespace fs = std::filesystem;
+
+constexpr std::size_t kRecords = 100000;
+constexpr std::size_t kBinaryRecord = 43;
+
+struct Subject {
+    std::string format;
+    bool binary;
+    std::unique_ptr<BenchFile> file;
+};
+
+std::string ReadBytes(const fs::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+/// A record is a line, or as many bytes as a binary record has.
+std::size_t RecordCount(const std::string& bytes, bool binary) {
+    if (binary)
+        return bytes.size() / kBinaryRecord;
+    return static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n'));
+}
+
+Subject MakeSubject(const std::string& format, const fs::path& golden) {
+    const std::string day = ReadBytes(golden);
+    Subject subject{format, day.find('\0') != day.npos, nullptr};
+    subject.file = std::make_unique<BenchFile>(golden.filename().string());
+    std::ofstream out = subject.file->Create();
+    const std::size_t each = std::max<std::size_t>(1, RecordCount(day, subject.binary));
+    for (std::size_t i = 0; i < kRecords / each; ++i)
+        out << day;
+    return subject;
+}
+
+void ConvertSubject(benchmark::State& state, const Subject& subject) {
+    for (auto _ : state) {
+        app::Conversion conversion;
+        Convert(subject.format, subject.file->Path(), conversion);
+        if (!conversion.converted)
+            state.SkipWithError("not converted");
+    }
+}
+
+void ReadSubject(benchmark::State& state, const Subject& subject) {
+    for (auto _ : state) {
+        std::FILE* const file = std::fopen(subject.file->Path().c_str(), "rb");
+        char line[255];
+        if (subject.binary) {
+            while (std::fread(line, 1, kBinaryRecord, file) == kBinaryRecord)
+                benchmark::DoNotOptimize(line[0]);
+        } else {
+            while (std::fgets(line, sizeof line, file))
+                benchmark::DoNotOptimize(line[0]);
+        }
+        std::fclose(file);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::vector<Subject> subjects;
+    for (const Format& format : Formats()) {
+        const fs::path folder = fs::path(CONVFILE_GOLDEN_FOLDER) / format.name;
+        for (const auto& entry : fs::directory_iterator(folder)) {
+            const std::string name = entry.path().filename().string();
+            if (name.starts_with("day") && entry.path().extension() != ".json")
+                subjects.push_back(MakeSubject(std::string(format.name), entry.path()));
+        }
+    }
+    for (const Subject& subject : subjects) {
+        const std::string name =
+            subject.format + "/" + fs::path(subject.file->Path()).stem().string();
+        benchmark::RegisterBenchmark(("Convert/" + name).c_str(), [&](benchmark::State& state) {
+            ConvertSubject(state, subject);
+        })->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(("Read/" + name).c_str(), [&](benchmark::State& state) {
+            ReadSubject(state, subject);
+        })->Unit(benchmark::kMillisecond);
+    }
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

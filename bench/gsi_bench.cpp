@@ -1,0 +1,127 @@
+// How fast a large GSI-16 file is converted into the host in memory, beside the plainest loop in C
+// over the same file: fgets, strstr for the words, strtod on their data.
+//
+// The size of a file is its number of points; there is a station for every 50 of them. The time is
+// the CPU time of a process that does nothing else, its start included.
+
+#include "bench/BenchFiles.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <vector>
+
+namespace {
+
+using namespace convfile;
+using namespace convfile::bench;
+
+constexpr long kPointsPerStation = 50;
+
+/// 123 bytes a point: its number, both angles, slope distance and target height.
+void WriteGsi(std::ofstream out, long points) {
+    char line[256];
+    for (long i = 0; i < points; ++i) {
+        if (i % kPointsPerStation == 0) {
+            std::snprintf(line, sizeof line,
+                          "*11%04ld+%016ld 84..16+0000000010000000 85..16+0000000010000000 "
+                          "88..16+0000000000015%03ld\r\n",
+                          i % 10000, 900000000 + i / kPointsPerStation, i % 1000);
+            out << line;
+        }
+        std::snprintf(
+            line, sizeof line,
+            "*11%04ld+%016ld 21.322+%016ld 22.322+%016ld 31..06+%016ld 87..16+%016ld \r\n",
+            i % 10000, i + 1, (i * 7919L) % 40000000, 9000000 + (i * 104729L) % 2000000,
+            100000 + (i * 31L) % 900000, 15000 + i % 5000);
+        out << line;
+    }
+}
+
+const std::string& GsiFile(long points) {
+    static std::map<long, std::unique_ptr<BenchFile>> files;
+    auto& file = files[points];
+    if (!file) {
+        file = std::make_unique<BenchFile>(std::to_string(points) + ".gsi");
+        WriteGsi(file->Create(), points);
+    }
+    return file->Path();
+}
+
+struct PlainPoint {
+    double values[6];
+    char name[24];
+};
+
+/// The data of a word: what follows its key, information and sign.
+double WordValue(const char* line, const char* key) {
+    const char* const word = std::strstr(line, key);
+    return word && std::strlen(word) > 8 ? std::strtod(word + 8, nullptr) : 0;
+}
+
+/// The plainest loop in C.
+void ReadPlainly(const char* path) {
+    std::vector<PlainPoint> points;
+    std::FILE* const file = std::fopen(path, "rt");
+    char line[255];
+    while (std::fgets(line, sizeof line, file)) {
+        PlainPoint point{};
+        const char* const keys[] = {" 21.", " 22.", " 31.", " 32.", " 33.", " 87."};
+        for (std::size_t i = 0; i < 6; ++i)
+            point.values[i] = WordValue(line, keys[i]);
+        benchmark::DoNotOptimize(std::strstr(line, " 71."));
+        benchmark::DoNotOptimize(std::strstr(line, " 88."));
+        std::memcpy(point.name, line + 8, 16);
+        points.push_back(point);
+    }
+    std::fclose(file);
+    benchmark::DoNotOptimize(points.data());
+}
+
+/// Each iteration is a process of its own, so that every size finds memory as fresh as the other.
+void InItsOwnProcess(benchmark::State& state, const std::string& work) {
+    const std::string& path = GsiFile(state.range(0));
+    const Cost start = RunAnew(work + " /dev/null");
+    double peak = 0;
+    for (auto _ : state) {
+        const Cost cost = RunAnew(work + " " + path);
+        state.SetIterationTime(cost.seconds);
+        peak = cost.peakBytes;
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+    state.counters["peak_bytes_per_point"] =
+        (peak - start.peakBytes) / static_cast<double>(state.range(0));
+}
+
+void Register(const char* name, const std::string& work) {
+    benchmark::RegisterBenchmark(name, InItsOwnProcess, work)
+        ->Arg(100000)
+        ->Arg(1000000)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::string work = argc == 3 ? argv[1] : "";
+    if (work == "convert") {
+        app::Conversion conversion;
+        Convert("gsi", argv[2], conversion);
+        PrintCost();
+        return conversion.converted ? 0 : 1;
+    }
+    if (work == "plain") {
+        ReadPlainly(argv[2]);
+        PrintCost();
+        return 0;
+    }
+    Register("Convert", "convert");
+    Register("PlainLoop", "plain");
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,35 @@
+# What every target of the project is built with.
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE Release)
+endif()
+
+set(CONVFILE_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
+
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+
+function(convfile_settings target)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES
+    CXX_EXTENSIONS OFF
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
+    POSITION_INDEPENDENT_CODE ON)
+  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+  # No fused multiply-add: every machine gives the same digits.
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffp-contract=off
+    # The converters are exported classes; their own operations may still call each other directly.
+    $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>
+    # GCC 12 sees overlaps in std::string's operator+ that are not there (its bug 105651).
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
+    $<$<BOOL:${CONVFILE_WERROR}>:-Werror>)
+  if(CONVFILE_SANITIZE)
+    target_compile_options(${target} PRIVATE
+      -fsanitize=${CONVFILE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
+      $<$<CXX_COMPILER_ID:Clang>:-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/sanitizer-ignore.txt>)
+    target_link_options(${target} PRIVATE -fsanitize=${CONVFILE_SANITIZE})
+  endif()
+endfunction()

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "framework/ConvGen.h"
+#include "framework/TextFile.h"
+
+#include <string_view>
+
+/// Base of the converters whose file is read one line at a time. A subclass supplies ProcessaRiga
+/// and the state it needs between lines; it never touches the file.
+class CONVFILE_API CConvFileBase : public CConvGen {
+public:
+    CConvFileBase(CLibCmp& fieldBook, std::string* fileName);
+
+    /// Converts the whole file into one job named after it. False, and nothing written, where the
+    /// file cannot be opened; otherwise true, whatever the lines hold.
+    bool Esegui();
+
+protected:
+    /// Handles the current line, which is never empty.
+    virtual void ProcessaRiga() = 0;
+
+    std::string_view line_; ///< the current line without its last character
+
+private:
+    bool OpenFile();
+    bool LeggeUnaRigaDaFile();
+
+    TextFile file_;
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+/// Reduces a path to the bare file name: what follows the last "\" or "/". The extension stays.
+void EstraiIlNomeFile(std::string& path);
+
+/// Reduces a path to its extension: what follows the last "." of the bare file name, without the
+/// dot; empty where there is none.
+void EstraiEstensFile(std::string& path);
+
+/// A text taken from a path, as the field book holds it (Windows-1252). Off Windows paths are
+/// UTF-8 and are converted, "?" for what the code page lacks; one that is no UTF-8 stays as it is.
+std::string TextOfPath(const std::string& path);

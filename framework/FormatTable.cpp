@@ -1,0 +1,61 @@
+#include "framework/FormatTable.h"
+
+#include "converters/ConvFileGSI.h"
+#include "framework/Text.h"
+
+#include <algorithm>
+
+// The one file that looks the other way: the table names every converter, so it includes them.
+
+namespace {
+
+template <class Converter>
+bool Convert(const ConversionTarget& target, std::string* fileName) {
+    return Converter(target.fieldBook, fileName).Esegui();
+}
+
+constexpr Format kFormats[] = {
+    {.code = 1,
+     .name = "gsi",
+     .extensions = "GSI",
+     .downloadExtensions = "",
+     .title = "GSI-8 and GSI-16 word files, with code blocks",
+     .convert = Convert<CConvFileGSI>},
+};
+
+bool ListHolds(std::string_view list, std::string_view word) {
+    std::string_view field;
+    while (CutAt(list, ' ', field)) {
+        if (field == word)
+            return true;
+    }
+    return !word.empty() && list == word;
+}
+
+template <class Predicate>
+const Format* FindFormat(Predicate matches) {
+    const auto* const found = std::ranges::find_if(kFormats, matches);
+    return found == std::end(kFormats) ? nullptr : found;
+}
+
+} // namespace
+
+std::span<const Format> Formats() {
+    return kFormats;
+}
+
+const Format* FormatByCode(int code) {
+    return FindFormat([&](const Format& f) { return f.code != 0 && f.code == code; });
+}
+
+const Format* FormatByDownloadExtension(std::string_view extension) {
+    return FindFormat([&](const Format& f) { return ListHolds(f.downloadExtensions, extension); });
+}
+
+const Format* FormatByExtension(std::string_view extension) {
+    return FindFormat([&](const Format& f) { return ListHolds(f.extensions, extension); });
+}
+
+const Format* FormatByName(std::string_view name) {
+    return FindFormat([&](const Format& f) { return f.name == name; });
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+class CCts;
+class CGcadEng;
+class CLibCmp;
+class CLibPnt;
+
+/// What a conversion is given: the field book and the file always, the rest by the formats that
+/// fill it.
+struct ConversionTarget {
+    CLibCmp& fieldBook;
+    CCts* cadastralDocument = nullptr;
+    CLibPnt* pointLibrary = nullptr;
+    CGcadEng* drawing = nullptr;
+};
+
+/// One format the library reads.
+struct Format {
+    /// The code by which FConvFileNoTopcon chooses it; 0 where only an extension does.
+    int code;
+    /// Short name, for the command line and for the folders of its test files.
+    std::string_view name;
+    /// The usual extensions of its files, upper case, separated by blanks; empty where there is
+    /// none that would tell it from others.
+    std::string_view extensions;
+    /// The extensions, upper case, by which FConvFileDaStrum chooses it.
+    std::string_view downloadExtensions;
+    /// What it is, for people.
+    std::string_view title;
+    /// Builds the converter, runs it and destroys it; gives what it gave. The converter's warning
+    /// has been shown when this returns.
+    bool (*convert)(const ConversionTarget& target, std::string* fileName);
+};
+
+/// The formats, in the order of their codes, then those chosen by extension alone. The one list:
+/// the entry functions, the program's list and the tests all go by it.
+std::span<const Format> Formats();
+
+/// The format of that code, or null.
+const Format* FormatByCode(int code);
+/// The format that FConvFileDaStrum chooses for an extension (upper case), or null.
+const Format* FormatByDownloadExtension(std::string_view extension);
+/// The one format whose usual extension (upper case) it is, or null.
+const Format* FormatByExtension(std::string_view extension);
+/// The format of that short name, or null.
+const Format* FormatByName(std::string_view name);

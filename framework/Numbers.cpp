@@ -1,0 +1,220 @@
+#include "framework/Numbers.h"
+
+#include "framework/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+namespace {
+
+constexpr bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+/// Drops leading blanks and a plus sign, which std::from_chars does not take. Nothing is left where
+/// the text cannot be a number.
+std::string_view NumberText(std::string_view text) {
+    text = TrimLeft(text);
+    if (text.starts_with('+')) {
+        text.remove_prefix(1);
+        if (text.starts_with('-'))
+            return {};
+    }
+    return text;
+}
+
+/// Tells a number that is too large for a double from one that is too small: by the power of ten
+/// of its first digit other than 0. Only asked where std::from_chars could represent neither.
+bool IsTooLarge(std::string_view number) {
+    number.remove_prefix(number.starts_with('-') ? 1 : 0);
+    long power = 0;
+    bool pointSeen = false;
+    bool leading = true;
+    std::size_t i = 0;
+    for (; i < number.size() && (IsDigit(number[i]) || number[i] == '.'); ++i) {
+        if (number[i] == '.') {
+            pointSeen = true;
+            continue;
+        }
+        leading = leading && number[i] == '0';
+        if (leading)
+            power -= pointSeen ? 1 : 0;
+        else
+            power += pointSeen ? 0 : 1;
+    }
+    if (i == number.size())
+        return power > 0;
+    number.remove_prefix(i + 1); // the "e"
+    const bool negative = number.starts_with('-');
+    if (negative || number.starts_with('+'))
+        number.remove_prefix(1);
+    long exponent = 0;
+    for (const char digit : number)
+        exponent = std::min(exponent * 10 + (digit - '0'), 1000000000L);
+    return power + (negative ? -exponent : exponent) > 0;
+}
+
+/// A power of ten, by multiplication: exact up to 10^22 on every machine, which pow() is not.
+constexpr double PowerOfTen(int exponent) {
+    double power = 1;
+    for (int i = 0; i < exponent; ++i)
+        power *= 10;
+    return power;
+}
+
+/// Reads eight digits at once: turned into numbers of two, then four, then eight digits by
+/// multiplications that add neighbours. False where one of the eight is no digit.
+bool EightDigits(const char* text, std::uint64_t& value) {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, text, sizeof bytes);
+    const std::uint64_t high = bytes & 0xF0F0F0F0F0F0F0F0;
+    const std::uint64_t carried = ((bytes + 0x0606060606060606) & 0xF0F0F0F0F0F0F0F0) >> 4;
+    if ((high | carried) != 0x3333333333333333)
+        return false;
+    bytes = ((bytes & 0x0F0F0F0F0F0F0F0F) * 2561) >> 8;
+    bytes = ((bytes & 0x00FF00FF00FF00FF) * 6553601) >> 16;
+    value = ((bytes & 0x0000FFFF0000FFFF) * 42949672960001) >> 32;
+    return true;
+}
+
+/// Reads what nearly every field of an instrument file is: up to nineteen digits that make no more
+/// than 2^53, a "." among them or not, and no exponent. Both parts of the quotient are then exact,
+/// so it is the double nearest to the number, as the general routine gives it, in a fraction of the
+/// time.
+bool PlainDecimal(std::string_view text, double& number) {
+    constexpr std::ptrdiff_t kMostDigits = 19; // fit 64 bits
+    constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53;
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    std::uint64_t digits = 0;
+    const auto readDigits = [&] {
+        if constexpr (std::endian::native == std::endian::little) {
+            std::uint64_t eight = 0;
+            for (; end - at >= 8 && EightDigits(at, eight); at += 8)
+                digits = digits * 100000000 + eight;
+        }
+        for (; at != end && IsDigit(*at); ++at)
+            digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
+        return at;
+    };
+
+    std::ptrdiff_t count = readDigits() - text.data();
+    std::ptrdiff_t decimals = 0;
+    if (at != end && *at == '.') {
+        const char* const fraction = ++at;
+        decimals = readDigits() - fraction;
+        count += decimals;
+    }
+    const bool exponentMayFollow = at != end && (*at == 'e' || *at == 'E');
+    if (count == 0 || count > kMostDigits || digits > kLargestExact || exponentMayFollow)
+        return false;
+    number = static_cast<double>(digits);
+    if (decimals > 0)
+        number /= PowerOfTen(static_cast<int>(decimals));
+    return true;
+}
+
+template <class Integer>
+Integer IntegerAtStart(std::string_view text) {
+    text = NumberText(text);
+    Integer value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+} // namespace
+
+bool NumberAtStart(std::string_view text, double& number) {
+    text = NumberText(text);
+    const std::size_t digits = text.starts_with('-') ? 1 : 0;
+    if (PlainDecimal(text.substr(digits), number)) {
+        number = digits == 0 ? number : -number;
+        return true;
+    }
+    if (digits >= text.size() || !(IsDigit(text[digits]) || text[digits] == '.'))
+        return false; // also keeps out what from_chars would take: "inf", "nan"
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::result_out_of_range) {
+        const auto length = static_cast<std::size_t>(end - text.data());
+        value = IsTooLarge(text.substr(0, length)) ? kNoValue : 0.0;
+    } else if (error != std::errc{}) {
+        return false;
+    }
+    number = value;
+    return true;
+}
+
+double NumberOrNoValue(std::string_view text) {
+    double number = kNoValue;
+    NumberAtStart(text, number);
+    return number;
+}
+
+double DoubleDaString(std::string_view text) {
+    double number = 0;
+    NumberAtStart(text, number);
+    return number;
+}
+
+double tsk_atof(const char* text) {
+    return DoubleDaString(text);
+}
+
+short IntDaStringNullZero(std::string_view text) {
+    return IntegerAtStart<short>(text);
+}
+
+long LongDaStringNullZero(std::string_view text) {
+    return IntegerAtStart<long>(text);
+}
+
+std::string StringDaDouble(double value, int width, int decimals) {
+    // The longest double has 309 digits before the point.
+    std::array<char, 512> buffer{};
+    const int places = std::clamp(decimals, 0, 100);
+    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                            std::chars_format::fixed, places);
+    std::string text(buffer.data(), error == std::errc{} ? end : buffer.data());
+    const auto wanted = static_cast<std::size_t>(std::max(width, 0));
+    if (text.size() < wanted)
+        text.insert(0, wanted - text.size(), ' ');
+    return text;
+}
+
+double ArrotondatoAtDec(double value, int decimals) {
+    if (!IsPresent(value))
+        return value;
+    const double scale = PowerOfTen(decimals);
+    const double rounded = std::round(value * scale) / scale;
+    return std::isfinite(rounded) ? rounded : value;
+}
+
+double ArrotondatoAlVal(double value, double step) {
+    if (!IsPresent(value))
+        return value;
+    const double rounded = std::round(value / step) * step;
+    return std::isfinite(rounded) ? rounded : value;
+}
+
+long LongRound(double value) {
+    constexpr double kLowest = std::numeric_limits<std::int32_t>::min();
+    constexpr double kHighest = std::numeric_limits<std::int32_t>::max();
+    if (std::isnan(value))
+        return 0;
+    return std::lround(std::clamp(value, kLowest, kHighest));
+}
+
+double RoundedByLong(double value, double scale) {
+    constexpr double kHighest = std::numeric_limits<std::int32_t>::max();
+    const double scaled = value * scale;
+    if (!IsPresent(value) || !(std::fabs(scaled) <= kHighest))
+        return value;
+    return static_cast<double>(LongRound(scaled)) / scale;
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "host/NoValue.h"
+
+#include <cmath>
+#include <string>
+#include <string_view>
+
+/// Numbers of instrument files. Read and written with a decimal point on every machine: the
+/// process's locale is never asked.
+
+/// Reads the decimal number at the start of the text: leading blanks, an optional sign, digits with
+/// an optional ".", an optional decimal exponent; what follows is ignored. No hexadecimal, "inf" or
+/// "nan". One too large for a double is the no-value marker, one too small is 0. False, and
+/// `number` left as it was, where the text starts with no number.
+bool NumberAtStart(std::string_view text, double& number);
+
+/// The same, with the no-value marker where the text starts with no number.
+double NumberOrNoValue(std::string_view text);
+
+/// The number at the start of the text; 0 where there is none (converters rely on it: a distance
+/// read as 0 was not measured).
+double DoubleDaString(std::string_view text);
+
+/// As DoubleDaString, with the name under which the C library has it.
+double tsk_atof(const char* text);
+
+/// The integer at the start of the text: leading blanks, an optional sign, digits. 0 where there
+/// are no digits, or where the value does not fit the type.
+short IntDaStringNullZero(std::string_view text);
+long LongDaStringNullZero(std::string_view text);
+
+/// The value with that many decimals, padded with spaces on the left to `width`, as sprintf's
+/// "%*.*f" writes it in the C locale.
+std::string StringDaDouble(double value, int width, int decimals);
+
+/// The value rounded to that number of decimals, halves away from zero. An absent or non-finite
+/// value, or one too large to be scaled, stays as it is.
+double ArrotondatoAtDec(double value, int decimals);
+
+/// The value rounded to the nearest multiple of `step`, halves away from zero; as above where it
+/// cannot be.
+double ArrotondatoAlVal(double value, double step);
+
+/// The nearest integer, halves away from zero; outside the range of a 32-bit integer the nearest
+/// end of it (0 for a NaN).
+long LongRound(double value);
+
+/// LongRound(value x scale) / scale: how some instruments' formats keep millimetres and tenths of
+/// milligons. An absent value, and one whose scaled form fits no 32-bit integer, stays as it is.
+double RoundedByLong(double value, double scale);
+
+/// The value itself, or the no-value marker where arithmetic on bad input left no finite number.
+inline double FiniteOrNoValue(double value) {
+    return std::isfinite(value) ? value : kNoValue;
+}
+
+/// A slope distance as read: exactly 0 means that no distance was measured.
+constexpr double DistanceOrNoValue(double distance) {
+    return distance == 0 ? kNoValue : distance;
+}

@@ -1,0 +1,24 @@
+#include "framework/Reduction.h"
+
+#include "framework/Angles.h"
+#include "framework/Numbers.h"
+
+#include <cmath>
+
+PolarReading PolarFromReduced(double horizontalDistance, double heightDifference) {
+    const double d = horizontalDistance;
+    const double h = heightDifference;
+    double zenith = 100;
+    if (h != 0) {
+        zenith = std::atan(d / h) * kGonPerRadian;
+        if (zenith < 0)
+            zenith += 200;
+    }
+    return {.slopeDistance = std::sqrt(d * d + h * h), .zenithAngle = zenith};
+}
+
+PolarReading RoundedPolarFromReduced(double horizontalDistance, double heightDifference) {
+    const PolarReading exact = PolarFromReduced(horizontalDistance, heightDifference);
+    return {.slopeDistance = ArrotondatoAtDec(exact.slopeDistance, 3),
+            .zenithAngle = ArrotondatoAtDec(exact.zenithAngle, 4)};
+}

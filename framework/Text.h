@@ -1,0 +1,97 @@
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+/// Texts, as the converters work on them: bytes in Windows-1252. A blank is the space and the tab,
+/// nothing else.
+
+constexpr bool IsBlank(char c) {
+    return c == ' ' || c == '\t';
+}
+
+constexpr std::string_view TrimLeft(std::string_view text) {
+    while (!text.empty() && IsBlank(text.front()))
+        text.remove_prefix(1);
+    return text;
+}
+
+constexpr std::string_view TrimRight(std::string_view text) {
+    while (!text.empty() && IsBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
+constexpr std::string_view TrimBoth(std::string_view text) {
+    return TrimRight(TrimLeft(text));
+}
+
+void StringTrimLeft(std::string& text);
+void StringTrimRight(std::string& text);
+void StringTrimBoth(std::string& text);
+
+/// Upper-cases the ASCII letters.
+void StringToUpper(std::string& text);
+
+/// Upper-cases one ASCII letter; any other byte stays.
+constexpr char UpperAscii(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+/// True where the texts are the same but for the case of ASCII letters.
+bool EqualIgnoringCase(std::string_view a, std::string_view b);
+
+/// Part of a text: `count` characters from `position` on, fewer where the text ends before, none
+/// where it starts past the end.
+constexpr std::string_view Piece(std::string_view text, std::size_t position,
+                                 std::size_t count = std::string_view::npos) {
+    return position < text.size() ? text.substr(position, count) : std::string_view{};
+}
+
+/// The text without its last character; an empty text loses nothing.
+constexpr std::string_view DropLast(std::string_view text) {
+    return text.substr(0, text.empty() ? 0 : text.size() - 1);
+}
+
+/// True where `text` holds `piece` anywhere.
+constexpr bool Contains(std::string_view text, std::string_view piece) {
+    return text.find(piece) != std::string_view::npos;
+}
+
+/// Calls `found` with every position of `wanted`, first to last. Looks at eight characters at once:
+/// what is looked for turns into zero bytes, and those into set top bits.
+template <class Found>
+void ForEachPosition(std::string_view text, char wanted, Found found) {
+    std::size_t i = 0;
+    if constexpr (std::endian::native == std::endian::little) {
+        constexpr std::uint64_t kLow7 = 0x7F7F7F7F7F7F7F7F;
+        const std::uint64_t pattern = 0x0101010101010101 * static_cast<unsigned char>(wanted);
+        for (; i + sizeof pattern <= text.size(); i += sizeof pattern) {
+            std::uint64_t bytes = 0;
+            std::memcpy(&bytes, text.data() + i, sizeof bytes);
+            bytes ^= pattern;
+            std::uint64_t hits = ~(((bytes & kLow7) + kLow7) | bytes | kLow7);
+            for (; hits != 0; hits &= hits - 1)
+                found(i + static_cast<std::size_t>(std::countr_zero(hits)) / 8);
+        }
+    }
+    for (; i < text.size(); ++i) {
+        if (text[i] == wanted)
+            found(i);
+    }
+}
+
+/// Cuts `text` at its first `separator`: `field` becomes what stood before it, `text` what follows.
+/// Without a separator both stay as they are and the result is false; what that means differs
+/// from format to format.
+constexpr bool CutAt(std::string_view& text, char separator, std::string_view& field) {
+    const std::size_t end = text.find(separator);
+    if (end == std::string_view::npos)
+        return false;
+    field = text.substr(0, end);
+    text.remove_prefix(end + 1);
+    return true;
+}

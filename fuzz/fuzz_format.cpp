@@ -1,0 +1,64 @@
+// Converts whatever bytes it is given in one format. A file that could be opened must be converted,
+// whatever is in it; the rest is the sanitizers' to say. The converters take a file by name, so the
+// bytes go into one in memory.
+//
+// The extension chooses among several forms of some formats: the first byte says which of the
+// format's extensions (and of those of its reference files) is used.
+
+#include "app/Choice.h"
+#include "app/Conversion.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+namespace {
+
+using namespace convfile::app;
+
+std::vector<std::string> Extensions(const Format& format) {
+    std::vector<std::string> extensions = {"txt"};
+    for (std::string_view list : {format.extensions, format.downloadExtensions}) {
+        if (!list.empty())
+            extensions.emplace_back(list.substr(0, list.find(' ')));
+    }
+    return extensions;
+}
+
+const std::filesystem::path& Folder() {
+    static const std::filesystem::path folder = [] {
+        const auto memory = std::filesystem::exists("/dev/shm") ? "/dev/shm" : "/tmp";
+        auto made = std::filesystem::path(memory) / ("convfile-fuzz-" + std::to_string(getpid()));
+        std::filesystem::create_directory(made);
+        std::atexit([] { std::filesystem::remove_all(Folder()); });
+        return made;
+    }();
+    return folder;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const Format& format = *FormatByName(CONVFILE_FUZZ_FORMAT);
+    static const std::vector<std::string> extensions = Extensions(format);
+    const std::string& extension = extensions[size > 0 ? data[0] % extensions.size() : 0];
+
+    FormatChoice choice;
+    choice.name = CONVFILE_FUZZ_FORMAT;
+    const std::string path = (Folder() / ("input." + extension)).string();
+    const Route route = ChooseRoute(choice, path);
+    if (!route.problem.empty())
+        return 0;
+    std::ofstream(path, std::ios::binary)
+        .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+    Conversion conversion;
+    Convert(route, path, conversion);
+    if (!conversion.converted)
+        std::abort();
+    return 0;
+}

@@ -1,0 +1,6 @@
+#pragma once
+
+#include "host/LibConOri.h"
+
+/// The host's point library.
+class CLibPnt : public CLibConOri, public TSKNotifySource {};

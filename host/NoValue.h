@@ -1,0 +1,12 @@
+#pragma once
+
+/// The no-value marker: what a field book holds for a measurement that was not made.
+inline constexpr double kNoValue = 1.7e200;
+
+/// Half the marker: a value counts as present below it. Arithmetic on a marker stays far above.
+inline constexpr double kPresentBelow = 8.5e199;
+
+/// True where a measurement is there: below half the marker (so a NaN is not).
+constexpr bool IsPresent(double value) {
+    return value < kPresentBelow;
+}

@@ -1,0 +1,39 @@
+#include "memory/Calculator.h"
+
+#include "framework/Angles.h"
+#include "framework/Reduction.h"
+
+#include <cmath>
+
+namespace convfile::memory {
+
+namespace {
+
+bool HasPlan(const Coordinates& place) {
+    return IsPresent(place.x) && IsPresent(place.y);
+}
+
+double ValueOrZero(double value) {
+    return IsPresent(value) ? value : 0;
+}
+
+} // namespace
+
+std::optional<Observation> Calculator::Observe(const Coordinates& station, double instrumentHeight,
+                                               const Coordinates& target,
+                                               double targetHeight) const {
+    if (!HasPlan(station) || !HasPlan(target))
+        return std::nullopt;
+    const double dx = target.x - station.x;
+    const double dy = target.y - station.y;
+    const double dz = ValueOrZero(target.z) + ValueOrZero(targetHeight) - ValueOrZero(station.z) -
+                      ValueOrZero(instrumentHeight);
+    const PolarReading polar = PolarFromReduced(std::sqrt(dx * dx + dy * dy), dz);
+    if (!std::isfinite(polar.slopeDistance))
+        return std::nullopt;
+    return Observation{.slopeDistance = polar.slopeDistance,
+                       .zenithAngle = polar.zenithAngle,
+                       .horizontalAngle = AngoloDaAsseRifer(dx, dy)};
+}
+
+} // namespace convfile::memory

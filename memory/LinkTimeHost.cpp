@@ -1,0 +1,103 @@
+#include "memory/LinkTimeHost.h"
+
+#include "framework/TskString.h"
+#include "host/ConvCod.h"
+#include "host/Dialogs.h"
+#include "host/Messages.h"
+
+#include <utility>
+
+namespace convfile::memory {
+namespace {
+
+/// What this thread's conversions are answered, and what they showed.
+struct ThreadState {
+    DialogAnswer answer;
+    DialogCall call;
+    std::vector<Message> messages;
+    int codeTables = 0;
+};
+
+ThreadState& State() {
+    thread_local ThreadState state;
+    return state;
+}
+
+} // namespace
+
+void AnswerDialogs(DialogAnswer answer) {
+    State().answer = std::move(answer);
+}
+
+DialogCall TakeDialogCall() {
+    return std::exchange(State().call, {});
+}
+
+std::vector<Message> TakeMessages() {
+    return std::exchange(State().messages, {});
+}
+
+int LiveCodeTables() {
+    return State().codeTables;
+}
+
+} // namespace convfile::memory
+
+using convfile::memory::State;
+
+bool FInpNomeFileConvNoTopcon(std::string& fileName, int& formatCode, bool option) {
+    auto& state = State();
+    state.call.formatCodeBefore = formatCode;
+    state.call.option = option;
+    ++state.call.count;
+    fileName = state.answer.fileName;
+    formatCode = state.answer.formatCode;
+    return state.answer.confirmed;
+}
+
+bool FInpNomeFileConvInCorv(std::string& fileName, int dialogMode) {
+    auto& state = State();
+    state.call.dialogMode = dialogMode;
+    ++state.call.count;
+    fileName = state.answer.fileName;
+    return state.answer.confirmed;
+}
+
+void MessageBoxOkExclam(HWND, const std::string& text, const std::string& title) {
+    State().messages.push_back({.title = title, .text = text});
+}
+
+void MessageBoxWithLink(HWND, const tsk::String& title, const tsk::String& message,
+                        const tsk::String& linkLabel, const tsk::String& linkTarget) {
+    State().messages.push_back({.title = title.CStr(),
+                                .text = message.CStr(),
+                                .linkLabel = linkLabel.CStr(),
+                                .linkTarget = linkTarget.CStr(),
+                                .hasLink = true});
+}
+
+// The code table of the host in memory has no entries: a code is stored as it was read.
+
+struct CConvCod::Table {
+    Table() { ++State().codeTables; }
+    Table(const Table&) = delete;
+    Table& operator=(const Table&) = delete;
+    ~Table() { --State().codeTables; }
+};
+
+CConvCod::CConvCod() : table_(new Table) {}
+CConvCod::~CConvCod() {
+    delete table_;
+}
+const std::string& CConvCod::CodeConvertito(const std::string& code) {
+    return code;
+}
+const std::string& CConvCod::IdenConvertito(const std::string& code) {
+    return code;
+}
+std::string CConvCod::ModalitaConver(const std::string&) {
+    return {};
+}
+bool CConvCod::GetModoConver() const {
+    return false;
+}

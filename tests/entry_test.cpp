@@ -1,0 +1,103 @@
+// The two entry functions: which converter serves what, and what they leave untouched.
+
+#include "framework/ConvEntry.h"
+#include "framework/FormatTable.h"
+#include "memory/CadastralDocument.h"
+#include "memory/FieldBook.h"
+#include "memory/LinkTimeHost.h"
+#include "memory/PointLibrary.h"
+#include "tests/support/Files.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace convfile::test {
+namespace {
+
+class EntryTest : public testing::Test {
+protected:
+    bool ByCode(const std::string& file, int code, bool confirmed = true) {
+        memory::AnswerDialogs({confirmed, file, code});
+        return FConvFileNoTopcon(book_, document_, true);
+    }
+    bool ByExtension(const std::string& file, bool confirmed = true) {
+        memory::AnswerDialogs({confirmed, file, 0});
+        return FConvFileDaStrum(book_, 7, pointLibrary_, drawing_);
+    }
+    bool NothingTouched() {
+        return book_.GetJobArSize() == 0 && memory::TakeMessages().empty() && log_.empty();
+    }
+
+    TempFolder folder_;
+    memory::FieldBook book_;
+    memory::CadastralDocument document_;
+    memory::NotificationLog log_;
+    memory::PointLibrary pointLibrary_{log_};
+    memory::DrawingEngine drawing_{log_};
+};
+
+TEST_F(EntryTest, PassesOnWhatTheDialogsNeed) {
+    memory::TakeDialogCall();
+    ByCode("", 0, false);
+    const memory::DialogCall byCode = memory::TakeDialogCall();
+    EXPECT_EQ(byCode.count, 1);
+    EXPECT_EQ(byCode.formatCodeBefore, 0);
+    EXPECT_TRUE(byCode.option);
+    ByExtension("", false);
+    EXPECT_EQ(memory::TakeDialogCall().dialogMode, 7);
+}
+
+TEST_F(EntryTest, CancelledOrNamelessTouchesNothing) {
+    const std::string file = folder_.Write("site.gsi", "110001+00000001 21.322+00100000\n");
+    EXPECT_FALSE(ByCode(file, 1, false));
+    EXPECT_FALSE(ByCode("", 1));
+    EXPECT_FALSE(ByExtension(file, false));
+    EXPECT_FALSE(ByExtension(""));
+    EXPECT_TRUE(NothingTouched());
+}
+
+TEST_F(EntryTest, CodesAndExtensionsWithoutConverterTouchNothing) {
+    memory::TakeDialogCall();
+    const std::string file = folder_.Write("site.txt", "STN 1,1.5,\n");
+    for (const int code : {-1, 0, 2, 7, 10, 11, 12, 17, 25, 27, 28, 30, 1000000})
+        EXPECT_FALSE(ByCode(file, code)) << code;
+    for (const char* name : {"site.txt", "site.scr", "site", "site.", "site.gsi"})
+        EXPECT_FALSE(ByExtension(folder_.Write(name, "STN 1,1.5,\n"))) << name;
+    EXPECT_TRUE(NothingTouched());
+    EXPECT_EQ(memory::TakeDialogCall().count, 18) << "the dialog is asked first";
+}
+
+TEST_F(EntryTest, ReturnsWhatTheConverterReturns) {
+    EXPECT_FALSE(ByCode(folder_.Path("missing.gsi"), 1));
+    EXPECT_TRUE(NothingTouched());
+    EXPECT_TRUE(ByCode(folder_.Write("empty.gsi", ""), 1));
+    EXPECT_EQ(book_.GetJobArSize(), 1);
+}
+
+TEST(FormatTable, NamesCodesAndExtensionsAreUnambiguous) {
+    std::set<std::string> names;
+    std::set<int> codes;
+    std::set<std::string> extensions;
+    std::set<std::string> downloads;
+    const auto addWords = [](std::set<std::string>& words, std::string list) {
+        std::istringstream stream(list);
+        for (std::string word; stream >> word;)
+            EXPECT_TRUE(words.insert(word).second) << word;
+    };
+    for (const Format& format : Formats()) {
+        EXPECT_TRUE(names.insert(std::string(format.name)).second) << format.name;
+        EXPECT_TRUE(format.code == 0 || codes.insert(format.code).second) << format.code;
+        EXPECT_TRUE(format.code != 0 || !format.downloadExtensions.empty()) << format.name;
+        addWords(extensions, std::string(format.extensions));
+        addWords(downloads, std::string(format.downloadExtensions));
+        EXPECT_FALSE(format.title.empty()) << format.name;
+        EXPECT_EQ(FormatByName(format.name), &format);
+    }
+    EXPECT_EQ(FormatByCode(0), nullptr);
+    EXPECT_EQ(FormatByExtension(""), nullptr);
+    EXPECT_EQ(FormatByDownloadExtension(""), nullptr);
+}
+
+} // namespace
+} // namespace convfile::test

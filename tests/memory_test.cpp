@@ -1,0 +1,150 @@
+// The host in memory keeps what is set, and says no where it should.
+
+#include "memory/CadastralDocument.h"
+#include "memory/FieldBook.h"
+#include "memory/LinkTimeHost.h"
+
+#include "framework/Angles.h"
+#include "framework/TskString.h"
+#include "host/ConvCod.h"
+#include "host/Messages.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace convfile::memory {
+namespace {
+
+TEST(FieldBook, GivesNullOutOfRange) {
+    FieldBook book;
+    EXPECT_EQ(book.GetJobAt(-1), nullptr);
+    EXPECT_EQ(book.GetJobAt(0), nullptr);
+    EXPECT_EQ(book.AddSta(0, true), nullptr);
+    book.AddJob(true);
+    EXPECT_EQ(book.GetStaAt(0, -1), nullptr);
+    EXPECT_EQ(book.AddPun(0, 0, true), nullptr);
+    book.AddSta(0, true);
+    EXPECT_EQ(book.GetPunAt(0, 0, 0), nullptr);
+    EXPECT_EQ(book.InsPunAt(0, 0, 1, true), nullptr);
+    EXPECT_EQ(book.GetPunArSize(5, 5), 0);
+    EXPECT_EQ(book.GetStaArSize(-1), 0);
+}
+
+TEST(FieldBook, FindsAStationJustAdded) {
+    FieldBook book;
+    FieldBook other;
+    book.AddJob(true);
+    book.AddJob(true);
+    book.AddSta(1, true);
+    CSta* const station = book.AddSta(1, true);
+    int job = -5;
+    int sta = -5;
+    EXPECT_TRUE(book.GetIndiciDiSta(station, job, sta));
+    EXPECT_EQ(job, 1);
+    EXPECT_EQ(sta, 1);
+    EXPECT_FALSE(other.GetIndiciDiSta(station, job, sta));
+    EXPECT_FALSE(book.GetIndiciDiSta(nullptr, job, sta));
+}
+
+TEST(FieldBook, InsertsAndDeletesPointsInPlace) {
+    FieldBook book;
+    book.AddJob(true);
+    book.AddSta(0, true);
+    CPun* const first = book.AddPun(0, 0, true);
+    CPun* const third = book.AddPun(0, 0, true);
+    CPun* const second = book.InsPunAt(0, 0, 1, true);
+    EXPECT_EQ(book.GetPunAt(0, 0, 0), first);
+    EXPECT_EQ(book.GetPunAt(0, 0, 1), second);
+    EXPECT_EQ(book.GetPunAt(0, 0, 2), third);
+    book.DelPunAt(second);
+    EXPECT_EQ(book.GetPunArSize(0, 0), 2);
+    EXPECT_EQ(book.GetPunAt(0, 0, 1), third);
+    book.DelPunAt(nullptr);
+}
+
+TEST(FieldBook, DeclinesFromACallOn) {
+    FieldBook book;
+    book.DeclineFrom(Adder::Job, 1);
+    EXPECT_NE(book.AddJob(true), nullptr);
+    EXPECT_EQ(book.AddJob(true), nullptr);
+    EXPECT_EQ(book.AddJob(true), nullptr);
+}
+
+TEST(Records, StartWithoutValuesAndKeepTheMarker) {
+    FieldBook book;
+    book.AddJob(true);
+    book.AddSta(0, true);
+    CPun* const point = book.AddPun(0, 0, true);
+    EXPECT_EQ(point->GetDiIn(), kNoValue);
+    EXPECT_EQ(point->GetAngO(), kNoValue);
+    point->SetDtIntAng(12.5, 100, 399);
+    EXPECT_EQ(point->GetDiIn(), 12.5);
+    EXPECT_EQ(point->GetAngV(), 100);
+    EXPECT_EQ(point->GetAngO(), 399);
+    point->SetDiIn(kNoValue);
+    EXPECT_EQ(point->GetDiIn(), kNoValue);
+    point->SetCoordXY(1, 2);
+    EXPECT_EQ(book.Jobs()[0]->stations[0]->points[0]->GetExtras().coordinates.z, kNoValue);
+}
+
+TEST(Calculator, DerivesAnObservationFromCoordinates) {
+    FieldBook book;
+    book.AddJob(true);
+    CSta* const station = book.AddSta(0, true);
+    CPun* const point = book.AddPun(0, 0, true);
+    const auto observe = [&](double x, double y, double z) {
+        point->SetCoordEtCalcMisure(book.GetCalcolaMisure(), x, y, z, book.GetCalcDsOr(), kNoValue,
+                                    kNoValue);
+    };
+    observe(10, 10, 0);
+    EXPECT_EQ(point->GetDiIn(), kNoValue) << "the station has no coordinates";
+    station->SetCoord(0, 0, 100);
+    station->SetAltStr(1.5);
+    observe(10, 10, kNoValue);
+    EXPECT_NEAR(point->GetAngO(), 50, 1e-7);
+    EXPECT_EQ(point->GetDiIn(), std::sqrt(std::sqrt(200.0) * std::sqrt(200.0) + 101.5 * 101.5));
+    point->SetAltPri(1.5);
+    observe(0, -25, 100);
+    EXPECT_EQ(point->GetDiIn(), 25);
+    EXPECT_EQ(point->GetAngV(), 100);
+    point->SetDtIntAng(1, 2, 3);
+    observe(kNoValue, 5, 5);
+    EXPECT_EQ(point->GetDiIn(), 1) << "left alone where the point has no x";
+}
+
+TEST(CadastralDocument, KnowsTheProvincesByName) {
+    CadastralDocument document;
+    EXPECT_EQ(document.GetNomeProvSigla("Agrigento"), "AG");
+    EXPECT_EQ(document.GetNomeProvSigla("REGGIO NELL'EMILIA"), "RE");
+    EXPECT_EQ(document.GetNomeProvSigla("forl\xEC-cesena"), "FC");
+    EXPECT_EQ(document.GetNomeProvSigla("FORL\xCC"), "FC");
+    EXPECT_EQ(document.GetNomeProvSigla("Monza e della Brianza"), "MB");
+    EXPECT_EQ(document.GetNomeProvSigla("Viterbo"), "VT");
+    EXPECT_EQ(document.GetNomeProvSigla("Atlantide"), "");
+    EXPECT_EQ(document.GetNomeProvSigla(""), "");
+}
+
+TEST(LinkTimeHost, WritesMessagesDownInOrder) {
+    TakeMessages();
+    MessageBoxOkExclam(nullptr, "text", "title");
+    MessageBoxWithLink(nullptr, "t", "m", "label", "target");
+    const auto messages = TakeMessages();
+    ASSERT_EQ(messages.size(), 2U);
+    EXPECT_EQ(messages[0].title, "title");
+    EXPECT_FALSE(messages[0].hasLink);
+    EXPECT_EQ(messages[1].linkLabel, "label");
+    EXPECT_EQ(messages[1].linkTarget, "target");
+    EXPECT_TRUE(TakeMessages().empty());
+}
+
+TEST(LinkTimeHost, LeavesCodesAsTheyAre) {
+    CConvCod table;
+    EXPECT_EQ(table.CodeConvertito("SP"), "SP");
+    EXPECT_EQ(table.IdenConvertito("ST"), "ST");
+    EXPECT_EQ(table.ModalitaConver("SP"), "");
+    EXPECT_FALSE(table.GetModoConver());
+}
+
+} // namespace
+} // namespace convfile::memory

@@ -1,0 +1,137 @@
+// The command line as scripts meet it: what goes to which stream, and with which exit status.
+
+#include "framework/FormatTable.h"
+#include "tests/support/Files.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#if !defined(_WIN32)
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
+namespace convfile::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+struct Outcome {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+class ProgramTest : public testing::Test {
+protected:
+    Outcome Run(const std::string& arguments) const {
+        const std::string out = folder_.Path("stdout");
+        const std::string err = folder_.Path("stderr");
+        std::string command =
+            "\"" CONVFILE_PROGRAM "\" " + arguments + " >\"" + out + "\" 2>\"" + err + "\"";
+#if defined(_WIN32)
+        command = "\"" + command + "\""; // the shell takes the outer pair off
+        const int status = std::system(command.c_str());
+#else
+        const int status = WEXITSTATUS(std::system(command.c_str()));
+#endif
+        return {status, ReadBytes(out), ReadBytes(err)};
+    }
+    std::string Quoted(const std::string& name) const {
+        return "\"" + folder_.Path(name) + "\"";
+    }
+
+    std::string Gsi(const std::string& name) const {
+        folder_.Write(name, "110001+00000001 21.322+10000000 22.322+10000000 32..00+00010000 "
+                            "33..00+00000000 71....+0000P\xE8\x81\n");
+        return Quoted(name);
+    }
+
+    TempFolder folder_;
+};
+
+TEST_F(ProgramTest, WrongUsageIsStatusTwo) {
+    for (const char* arguments :
+         {"", "--to xml x.gsi", "--code x x.gsi", "--code 1 --download x.gsi", "--frmat gsi x.gsi",
+          "--format nosuch x.gsi"}) {
+        const Outcome outcome = Run(arguments);
+        EXPECT_EQ(outcome.status, 2) << arguments;
+        EXPECT_EQ(outcome.out, "") << arguments;
+        EXPECT_NE(outcome.err, "") << arguments;
+    }
+}
+
+TEST_F(ProgramTest, ListsTheFormats) {
+    const Outcome outcome = Run("formats");
+    EXPECT_EQ(outcome.status, 0);
+    for (const Format& format : Formats())
+        EXPECT_THAT(outcome.out, HasSubstr(std::string(format.name) + " "));
+}
+
+TEST_F(ProgramTest, ShowsPeopleATable) {
+    const Outcome outcome = Run(Gsi("site.gsi"));
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.out, StartsWith("site.gsi: 1 job, 1 station, 1 point (without distance 0"));
+    EXPECT_THAT(outcome.out, HasSubstr("Import File"));
+    EXPECT_THAT(outcome.out, HasSubstr("Slope distance [m]"));
+    EXPECT_THAT(outcome.out, HasSubstr("P\u00E8\\x81"));
+    EXPECT_THAT(Run("--to summary " + Gsi("site.gsi")).out, Not(HasSubstr("Slope")));
+}
+
+TEST_F(ProgramTest, PrintsOneObjectOrAnArray) {
+    const Outcome one = Run("--to json " + Gsi("a.gsi"));
+    EXPECT_THAT(one.out, StartsWith("{\n  \"file\": \"a.gsi\",\n  \"converted\": true,\n"));
+    EXPECT_THAT(one.out, HasSubstr("\"code\": \"P\u00E8\u0081\""));
+    EXPECT_THAT(one.out, HasSubstr("\"slope_distance\": 10,"));
+    const Outcome two = Run("--to json " + Gsi("a.gsi") + " " + Gsi("b.gsi"));
+    EXPECT_EQ(two.out.front(), '[');
+    EXPECT_THAT(two.out, HasSubstr("\"b.gsi\""));
+}
+
+TEST_F(ProgramTest, GoesOnAfterAFileThatCannotBeConverted) {
+    std::filesystem::create_directory(folder_.Path("folder.gsi"));
+    const Outcome outcome = Run("--to jsonl " + Quoted("missing.gsi") + " " + Quoted("folder.gsi") +
+                                " " + Quoted("site.what") + " " + Gsi("good.gsi"));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.out, StartsWith("{\"file\":\"missing.gsi\",\"converted\":false,"));
+    EXPECT_THAT(outcome.out, HasSubstr("{\"file\":\"good.gsi\",\"converted\":true,"));
+    EXPECT_EQ(std::ranges::count(outcome.out, '\n'), 4);
+    EXPECT_THAT(outcome.err, HasSubstr("missing.gsi: cannot be opened"));
+    EXPECT_THAT(outcome.err, HasSubstr("folder.gsi: is a folder"));
+    EXPECT_THAT(outcome.err, HasSubstr("site.what: its extension tells no format"));
+    EXPECT_THAT(outcome.err, HasSubstr("gsi   "));
+}
+
+TEST_F(ProgramTest, SaysWhatHasNoConverter) {
+    EXPECT_THAT(Run("--code 2 " + Gsi("a.gsi")).err, HasSubstr("format code 2 has no converter"));
+    EXPECT_THAT(Run("--code -7 " + Gsi("a.gsi")).err, HasSubstr("format code -7 has no converter"));
+    const Outcome download = Run("--download " + Gsi("a.gsi"));
+    EXPECT_EQ(download.status, 1);
+    EXPECT_THAT(download.err, HasSubstr("a.gsi: its extension is none of"));
+}
+
+TEST_F(ProgramTest, PrintsIntoAFile) {
+    const Outcome outcome = Run("--to jsonl -o " + Quoted("out.jsonl") + " " + Gsi("a.gsi"));
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(ReadBytes(folder_.Path("out.jsonl")), StartsWith("{\"file\":\"a.gsi\""));
+    const std::string before = ReadBytes(folder_.Path("a.gsi"));
+    EXPECT_EQ(Run("-o " + Quoted("a.gsi") + " " + Quoted("a.gsi")).status, 2);
+    EXPECT_EQ(ReadBytes(folder_.Path("a.gsi")), before) << "never over its own input";
+    EXPECT_EQ(Run("-o " + Quoted("no/such/folder") + " " + Quoted("a.gsi")).status, 1);
+#if !defined(_WIN32)
+    if (std::filesystem::exists("/dev/full")) {
+        const Outcome full = Run("-o /dev/full " + Quoted("a.gsi"));
+        EXPECT_EQ(full.status, 1);
+        EXPECT_THAT(full.err, HasSubstr("could not be written"));
+    }
+#endif
+}
+
+} // namespace
+} // namespace convfile::test

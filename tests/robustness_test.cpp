@@ -1,0 +1,134 @@
+// What holds for every format whatever its file: written over the reference files, so that a
+// converter joins by adding its own.
+
+#include "tests/support/Convert.h"
+#include "tests/support/Files.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace convfile::test {
+namespace {
+
+using memory::Adder;
+
+constexpr std::size_t kSmallFile = 8192;
+
+std::string ReplaceAll(std::string text, std::string_view from, std::string_view to) {
+    for (std::size_t i = text.find(from); i != text.npos; i = text.find(from, i + to.size()))
+        text.replace(i, from.size(), to);
+    return text;
+}
+
+/// Line ends can only be told in a text: no NUL, no CR that stands elsewhere.
+bool HasPlainLineEnds(const std::string& bytes) {
+    const std::string withoutLineEnds = ReplaceAll(bytes, "\r\n", "");
+    return bytes.find('\0') == bytes.npos && withoutLineEnds.find('\r') == bytes.npos;
+}
+
+TEST(EveryFormat, TakesBothLineEnds) {
+    const TempFolder folder;
+    for (const Golden& golden : GoldenFiles()) {
+        const std::string bytes = ReadBytes(golden.file);
+        if (!HasPlainLineEnds(bytes))
+            continue;
+        const std::string lf = ReplaceAll(bytes, "\r\n", "\n");
+        const std::string name = golden.file.filename().string();
+        const std::string expected = ConvertToJson(golden.format, golden.file.string());
+        EXPECT_EQ(ConvertToJson(golden.format, folder.Write(name, lf)), expected) << golden.file;
+        const std::string crlf = ReplaceAll(lf, "\n", "\r\n");
+        EXPECT_EQ(ConvertToJson(golden.format, folder.Write(name, crlf)), expected) << golden.file;
+    }
+}
+
+/// A file cut short gives what was complete in it: all its points but the last, which the cut may
+/// have changed, are those of the whole file.
+TEST(EveryFormat, CutAtEveryByteKeepsWhatWasComplete) {
+    const TempFolder folder;
+    for (const Golden& golden : GoldenFiles()) {
+        const std::string bytes = ReadBytes(golden.file);
+        if (bytes.size() > kSmallFile)
+            continue;
+        app::Conversion whole;
+        ConvertAs(golden.format, golden.file.string(), whole);
+        const std::vector<std::string> wholePoints = PointLines(whole.fieldBook);
+        const std::string name = golden.file.filename().string();
+        for (std::size_t length = 0; length < bytes.size(); ++length) {
+            const std::string path = folder.Write(name, std::string_view(bytes).substr(0, length));
+            app::Conversion cut;
+            ConvertAs(golden.format, path, cut);
+            std::vector<std::string> points = PointLines(cut.fieldBook);
+            if (!points.empty())
+                points.pop_back();
+            ASSERT_TRUE(cut.converted) << golden.file << " cut at " << length;
+            ASSERT_LE(points.size(), wholePoints.size()) << golden.file << " cut at " << length;
+            const auto differs = std::ranges::mismatch(points, wholePoints).in1;
+            ASSERT_TRUE(differs == points.end())
+                << golden.file << " cut at " << length << ": " << *differs;
+        }
+    }
+}
+
+std::size_t RecordCount(const memory::FieldBook& book, Adder adder) {
+    std::size_t jobs = 0;
+    std::size_t stations = 0;
+    std::size_t points = 0;
+    for (const auto& job : book.Jobs()) {
+        ++jobs;
+        stations += job->stations.size();
+        for (const auto& station : job->stations)
+            points += station->points.size();
+    }
+    switch (adder) {
+    case Adder::Job:
+        return jobs;
+    case Adder::Station:
+        return stations;
+    case Adder::Point:
+        return points;
+    case Adder::OrientationPoint:
+        return book.OrientationPoints().size();
+    }
+    return 0;
+}
+
+/// A field book that declines a kind of record, from each call on: the conversion goes on and gives
+/// the same answer, and nothing of that kind is added any more.
+TEST(EveryFormat, GoesOnWhereTheFieldBookDeclines) {
+    constexpr Adder kAdders[] = {Adder::Job, Adder::Station, Adder::Point, Adder::OrientationPoint};
+    for (const Golden& golden : GoldenFiles()) {
+        app::Conversion whole;
+        ConvertAs(golden.format, golden.file.string(), whole);
+        for (const Adder adder : kAdders) {
+            const std::size_t most = RecordCount(whole.fieldBook, adder);
+            for (std::size_t call = 0; call <= std::min<std::size_t>(most, 40); ++call) {
+                app::Conversion declined;
+                declined.fieldBook.DeclineFrom(adder, call);
+                ConvertAs(golden.format, golden.file.string(), declined);
+                EXPECT_EQ(declined.converted, whole.converted) << golden.file;
+                EXPECT_LE(RecordCount(declined.fieldBook, adder), call) << golden.file;
+            }
+        }
+    }
+}
+
+/// A folder has no bytes to read and is not a file to convert.
+TEST(EveryFormat, RefusesWhatCannotBeOpened) {
+    const TempFolder folder;
+    for (const Golden& golden : GoldenFiles()) {
+        const std::string name = "missing" + golden.file.extension().string();
+        app::Conversion missing;
+        ConvertAs(golden.format, folder.Path(name), missing);
+        EXPECT_FALSE(missing.converted) << golden.file;
+        std::filesystem::create_directory(folder.Path(name));
+        app::Conversion directory;
+        ConvertAs(golden.format, folder.Path(name), directory);
+        EXPECT_FALSE(directory.converted) << golden.file;
+        EXPECT_EQ(directory.problem, "is a folder");
+        std::filesystem::remove(folder.Path(name));
+    }
+}
+
+} // namespace
+} // namespace convfile::test

@@ -1,0 +1,255 @@
+// The routines that all converters share.
+
+#include "framework/Angles.h"
+#include "framework/CodePage.h"
+#include "framework/FileName.h"
+#include "framework/Numbers.h"
+#include "framework/Reduction.h"
+#include "framework/Text.h"
+#include "framework/TskFormat.h"
+#include "framework/TskString.h"
+#include "host/NoValue.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+/// Switches the process to a locale with decimal commas while it lives, where there is one.
+class CommaLocale {
+public:
+    CommaLocale() {
+        for (const char* name : {"it_IT.UTF-8", "de_DE.UTF-8", "Italian"}) {
+            if (std::setlocale(LC_ALL, name))
+                return;
+        }
+    }
+    CommaLocale(const CommaLocale&) = delete;
+    CommaLocale& operator=(const CommaLocale&) = delete;
+    ~CommaLocale() { std::setlocale(LC_ALL, "C"); }
+};
+
+TEST(Text, TrimsSpacesAndTabsOnly) {
+    EXPECT_EQ(TrimBoth(" \t a b\r \t"), "a b\r");
+    EXPECT_EQ(TrimBoth(" \t "), "");
+    EXPECT_EQ(TrimLeft("\n x "), "\n x ");
+    std::string text = "  x  ";
+    StringTrimRight(text);
+    EXPECT_EQ(text, "  x");
+    StringTrimLeft(text);
+    EXPECT_EQ(text, "x");
+    std::string blanks = "\t ";
+    StringTrimBoth(blanks);
+    EXPECT_EQ(blanks, "");
+}
+
+TEST(Text, PiecesPastTheEndAreEmpty) {
+    EXPECT_EQ(Piece("abc", 1, 9), "bc");
+    EXPECT_EQ(Piece("abc", 3), "");
+    EXPECT_EQ(Piece("abc", 99, 2), "");
+    EXPECT_EQ(DropLast(""), "");
+    EXPECT_EQ(DropLast("a"), "");
+}
+
+TEST(Text, CutsAtTheFirstSeparatorOnly) {
+    std::string_view text = "a,,b";
+    std::string_view field;
+    EXPECT_TRUE(CutAt(text, ',', field));
+    EXPECT_EQ(field, "a");
+    EXPECT_TRUE(CutAt(text, ',', field));
+    EXPECT_EQ(field, "");
+    EXPECT_FALSE(CutAt(text, ',', field));
+    EXPECT_EQ(text, "b");
+}
+
+TEST(Text, FindsEveryPositionOnce) {
+    const std::string text = " a\x20\xA0!\x1F  12345678 \x80\x21        x ";
+    std::vector<std::size_t> expected;
+    for (std::size_t i = text.find(' '); i != text.npos; i = text.find(' ', i + 1))
+        expected.push_back(i);
+    std::vector<std::size_t> positions;
+    ForEachPosition(text, ' ', [&](std::size_t i) { positions.push_back(i); });
+    EXPECT_EQ(positions, expected);
+}
+
+TEST(Text, UpperCasesAsciiOnly) {
+    std::string text = "az\xE8Z";
+    StringToUpper(text);
+    EXPECT_EQ(text, "AZ\xE8Z");
+    EXPECT_TRUE(EqualIgnoringCase(".Cam", ".cAM"));
+    EXPECT_FALSE(EqualIgnoringCase(".cam", ".ca"));
+}
+
+TEST(FileName, EndsAFolderAtEitherSeparator) {
+    const auto bare = [](std::string path) {
+        EstraiIlNomeFile(path);
+        return path;
+    };
+    const auto extension = [](std::string path) {
+        EstraiEstensFile(path);
+        return path;
+    };
+    EXPECT_EQ(bare("C:\\jobs\\site.gsi"), "site.gsi");
+    EXPECT_EQ(bare("/home/x\\y/site.a.gsi"), "site.a.gsi");
+    EXPECT_EQ(bare("site"), "site");
+    EXPECT_EQ(extension("/jobs.old/site"), "");
+    EXPECT_EQ(extension("a.b.Gts7"), "Gts7");
+    EXPECT_EQ(extension("site."), "");
+}
+
+TEST(CodePage, GoesBothWays) {
+    EXPECT_EQ(Utf8FromWindows1252("\x80 \x81 \xE8"), "\u20AC \xC2\x81 \u00E8");
+    std::string all;
+    for (int byte = 0; byte < 256; ++byte)
+        all += static_cast<char>(byte);
+    EXPECT_EQ(Windows1252FromUtf8(Utf8FromWindows1252(all)), all);
+    EXPECT_EQ(Windows1252FromUtf8("\u0416\U0001F600x"), "??x");
+    EXPECT_TRUE(IsUtf8("caff\xC3\xA8"));
+    for (const char* wrong : {"\xE8", "\xC3", "\xC0\x80", "\xED\xA0\x80", "\xF5\x80\x80\x80"})
+        EXPECT_FALSE(IsUtf8(wrong));
+}
+
+TEST(Numbers, ReadWhatStandsAtTheStart) {
+    EXPECT_EQ(DoubleDaString(" \t+12.50abc"), 12.5);
+    EXPECT_EQ(DoubleDaString("-.5"), -0.5);
+    EXPECT_EQ(DoubleDaString("5."), 5);
+    EXPECT_EQ(DoubleDaString("1e3x"), 1000);
+    EXPECT_EQ(DoubleDaString("1e"), 1);
+    EXPECT_EQ(DoubleDaString("1,5"), 1);
+    for (const char* none : {"", "  ", "abc", ".", "-", "+-5", "inf", "nan", "-inf", "\n5"}) {
+        EXPECT_EQ(DoubleDaString(none), 0) << none;
+        EXPECT_EQ(NumberOrNoValue(none), kNoValue) << none;
+    }
+    EXPECT_EQ(DoubleDaString("0x10"), 0);
+    EXPECT_EQ(NumberOrNoValue("0x10"), 0);
+    EXPECT_EQ(tsk_atof("2.5 m"), 2.5);
+}
+
+/// The short way for plain decimals must give the double that the general routine gives.
+TEST(Numbers, AreTheNearestDoubleHoweverTheyAreRead) {
+    std::mt19937_64 random(1);
+    for (int i = 0; i < 200000; ++i) {
+        std::string text = std::to_string(random() >> (random() % 64));
+        text.insert(0, random() % 9, '0');
+        if (random() % 2 == 0)
+            text.insert(random() % (text.size() + 1), ".");
+        if (random() % 8 == 0)
+            text.insert(random() % (text.size() + 1), "-");
+        const double expected = std::strtod(text.c_str(), nullptr);
+        ASSERT_EQ(DoubleDaString(text), expected) << text;
+    }
+}
+
+TEST(Numbers, TooLargeIsTheMarkerAndTooSmallIsZero) {
+    for (const char* large : {"1e400", "-1e400", "1.8e308", "1e99999999999999999999"})
+        EXPECT_EQ(DoubleDaString(large), kNoValue) << large;
+    EXPECT_EQ(DoubleDaString(std::string(310, '9')), kNoValue);
+    EXPECT_EQ(DoubleDaString("0.00001e400"), kNoValue);
+    for (const char* small : {"1e-400", "1e-99999999999999999999", "0.001e-330", "0e999"})
+        EXPECT_EQ(DoubleDaString(small), 0) << small;
+    EXPECT_EQ(DoubleDaString("0." + std::string(400, '0') + "1"), 0);
+    EXPECT_EQ(DoubleDaString("4.9e-324"), 4.9e-324);
+}
+
+TEST(Numbers, IntegersThatDoNotFitAreZero) {
+    EXPECT_EQ(IntDaStringNullZero(" +12x"), 12);
+    EXPECT_EQ(IntDaStringNullZero("-32768"), -32768);
+    EXPECT_EQ(IntDaStringNullZero("32768"), 0);
+    EXPECT_EQ(IntDaStringNullZero(""), 0);
+    EXPECT_EQ(IntDaStringNullZero("+-1"), 0);
+    EXPECT_EQ(LongDaStringNullZero("2147483647"), 2147483647L);
+    EXPECT_EQ(LongDaStringNullZero("99999999999999999999"), 0);
+}
+
+TEST(Numbers, AreWrittenAsInTheCLocale) {
+    const CommaLocale locale;
+    EXPECT_EQ(StringDaDouble(12.3456785, 0, 6), "12.345678");
+    EXPECT_EQ(StringDaDouble(0.5, 0, 0), "0");
+    EXPECT_EQ(StringDaDouble(17, 15, 0), "             17");
+    EXPECT_EQ(StringDaDouble(1.7e200, 0, 6).size(), 201U + 7U);
+    EXPECT_EQ(DoubleDaString("1.5"), 1.5);
+    char buffer[8];
+    EXPECT_EQ(tsk_sprintf(buffer, "%d/%.2f/%s", 7, 1.5, "abcdef"), 13);
+    EXPECT_STREQ(buffer, "7/1.50/");
+}
+
+TEST(Numbers, RoundHalvesAwayFromZeroAndLeaveWhatCannotBeRounded) {
+    EXPECT_EQ(ArrotondatoAtDec(2.5, 0), 3);
+    EXPECT_EQ(ArrotondatoAtDec(-2.5, 0), -3);
+    EXPECT_EQ(ArrotondatoAtDec(14.142135, 3), 14.142);
+    EXPECT_EQ(ArrotondatoAtDec(kNoValue, 3), kNoValue);
+    EXPECT_EQ(ArrotondatoAtDec(kInfinity, 3), kInfinity);
+    EXPECT_EQ(ArrotondatoAlVal(7.4, 5), 5);
+    EXPECT_EQ(ArrotondatoAlVal(7.5, 5), 10);
+    EXPECT_EQ(LongRound(-0.5), -1);
+    EXPECT_EQ(RoundedByLong(1.23456, 1000), 1.235);
+    EXPECT_EQ(RoundedByLong(2147483.6464, 1000), 2147483.646);
+    EXPECT_EQ(RoundedByLong(2147483.6486, 1000), 2147483.6486) << "beyond a 32-bit integer";
+    EXPECT_EQ(RoundedByLong(kNoValue, 1000), kNoValue);
+    EXPECT_EQ(RoundedByLong(-kInfinity, 1000), -kInfinity);
+}
+
+TEST(Angles, AreLimitedByWholeTurns) {
+    EXPECT_EQ(LimiteAng0_400(-1), 399);
+    EXPECT_EQ(LimiteAng0_400(400), 0);
+    EXPECT_EQ(LimiteAng0_400(-1e-20), 0);
+    EXPECT_EQ(LimiteAng0_400(1e15 + 300), std::fmod(1e15 + 300, 400));
+    EXPECT_EQ(LimiteAng0_400(kNoValue), kNoValue);
+    EXPECT_TRUE(std::isnan(LimiteAng0_400(std::nan(""))));
+    EXPECT_EQ(LimiteAng200_200(300), -100);
+    EXPECT_EQ(LimiteAng200_200(200), 200);
+    EXPECT_EQ(LimiteAng200_200(-200), 200);
+    EXPECT_EQ(LimiteAng200_200(-kInfinity), -kInfinity);
+}
+
+TEST(Angles, BearingsRunClockwiseFromNorth) {
+    EXPECT_EQ(AngoloDaAsseRifer(0, 5), 0);
+    EXPECT_NEAR(AngoloDaAsseRifer(5, 0), 100, 1e-7);
+    EXPECT_NEAR(AngoloDaAsseRifer(0, -5), 200, 1e-7);
+    EXPECT_NEAR(AngoloDaAsseRifer(-5, 0), 300, 1e-7);
+    EXPECT_EQ(GonFromDegrees(90), 100);
+}
+
+TEST(Reduction, GivesSlopeDistanceAndZenithAngle) {
+    const auto reduced = [](double d, double h) { return RoundedPolarFromReduced(d, h); };
+    EXPECT_EQ(reduced(10, 0).zenithAngle, 100);
+    EXPECT_EQ(reduced(10, 0).slopeDistance, 10);
+    EXPECT_EQ(reduced(10, -10).zenithAngle, 150);
+    EXPECT_EQ(reduced(10, -10).slopeDistance, 14.142);
+    EXPECT_EQ(reduced(0, 5).zenithAngle, 0);
+    EXPECT_EQ(reduced(0, 5).slopeDistance, 5);
+    EXPECT_EQ(PolarFromReduced(10, 10).zenithAngle, std::atan(1.0) * kGonPerRadian);
+    EXPECT_NE(PolarFromReduced(10, 10).zenithAngle, 50) << "pi has nine decimals here";
+}
+
+TEST(TskString, LeavesTheTextItWorksOnAsItIs) {
+    const tsk::String text = "00a,b,c";
+    EXPECT_EQ(text.IndexOf(',', 0), 3);
+    EXPECT_EQ(text.IndexOf(',', 4), 5);
+    EXPECT_EQ(text.IndexOf('x', 0), -1);
+    EXPECT_EQ(text.LastIndexOf(',', 4), 3);
+    EXPECT_EQ(text.LastIndexOf(',', -1), -1);
+    EXPECT_STREQ(text.Substring(4).CStr(), "b,c");
+    EXPECT_STREQ(text.Substring(2, 1).CStr(), "a");
+    EXPECT_STREQ(text.Substring(99, 1).CStr(), "");
+    EXPECT_STREQ(text.Erase(2, 2).CStr(), "00b,c");
+    EXPECT_STREQ(text.Replace(',', ' ').CStr(), "00a b c");
+    EXPECT_STREQ(text.TrimLeft('0').CStr(), "a,b,c");
+    EXPECT_STREQ(tsk::String("00").TrimLeft('0').CStr(), "");
+    EXPECT_STREQ(text.WriteChar(0, 'x').CStr(), "x0a,b,c");
+    EXPECT_EQ(text.ReadChar(7), '\0');
+    EXPECT_STREQ((text + "!").CStr(), "00a,b,c!");
+    EXPECT_EQ(text.Length(), 7);
+    EXPECT_STREQ(text.CStr(), "00a,b,c");
+}
+
+} // namespace

@@ -1,0 +1,48 @@
+#include "tests/support/Convert.h"
+
+#include "app/Display.h"
+#include "app/JsonOutput.h"
+
+#include <sstream>
+
+namespace convfile::test {
+
+void ConvertAs(const std::string& format, const std::string& path, app::Conversion& result) {
+    app::FormatChoice choice;
+    choice.name = format;
+    app::Convert(app::ChooseRoute(choice, path), path, result);
+}
+
+std::string JsonOf(const app::Conversion& conversion) {
+    std::ostringstream text;
+    app::Sink sink(text);
+    app::JsonOutput output(sink, 1);
+    output.Add(conversion);
+    output.End();
+    sink.Flush();
+    return text.str();
+}
+
+std::string ConvertToJson(const std::string& format, const std::string& path) {
+    app::Conversion conversion;
+    ConvertAs(format, path, conversion);
+    return JsonOf(conversion);
+}
+
+std::vector<std::string> PointLines(const memory::FieldBook& book) {
+    std::vector<std::string> lines;
+    for (const auto& job : book.Jobs()) {
+        for (const auto& station : job->stations) {
+            for (const auto& point : station->points) {
+                lines.push_back(point->GetNome() + "|" + point->Code() + "|" +
+                                app::ShownNumber(point->TargetHeight()) + "|" +
+                                app::ShownNumber(point->SlopeDistance()) + "|" +
+                                app::ShownNumber(point->VerticalAngle()) + "|" +
+                                app::ShownNumber(point->HorizontalAngle()));
+            }
+        }
+    }
+    return lines;
+}
+
+} // namespace convfile::test

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "app/Conversion.h"
+
+#include <string>
+
+namespace convfile::test {
+
+/// Converts a file in the format of that short name, as the program does.
+void ConvertAs(const std::string& format, const std::string& path, app::Conversion& result);
+
+/// The object that the program prints for a conversion.
+std::string JsonOf(const app::Conversion& conversion);
+
+/// Both at once.
+std::string ConvertToJson(const std::string& format, const std::string& path);
+
+/// All points of a field book in order, a line each: for comparing how far two books agree.
+std::vector<std::string> PointLines(const memory::FieldBook& book);
+
+} // namespace convfile::test

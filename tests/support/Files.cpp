@@ -1,0 +1,57 @@
+#include "tests/support/Files.h"
+
+#include <algorithm>
+#include <atomic>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+namespace convfile::test {
+
+namespace fs = std::filesystem;
+
+TempFolder::TempFolder() {
+    static std::atomic<unsigned> count{0};
+    std::random_device random;
+    const std::string name =
+        "convfile-test-" + std::to_string(random()) + "-" + std::to_string(count++);
+    folder_ = fs::temp_directory_path() / name;
+    fs::create_directories(folder_);
+}
+
+TempFolder::~TempFolder() {
+    std::error_code ignored;
+    fs::remove_all(folder_, ignored);
+}
+
+std::string TempFolder::Write(const std::string& name, std::string_view bytes) const {
+    WriteBytes(folder_ / name, bytes);
+    return Path(name);
+}
+
+std::string ReadBytes(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+void WriteBytes(const fs::path& file, std::string_view bytes) {
+    std::ofstream stream(file, std::ios::binary);
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+std::vector<Golden> GoldenFiles() {
+    std::vector<Golden> files;
+    for (const auto& folder : fs::directory_iterator(CONVFILE_GOLDEN_FOLDER)) {
+        for (const auto& entry : fs::directory_iterator(folder)) {
+            if (entry.path().extension() == ".json")
+                continue;
+            fs::path json = entry.path();
+            json.replace_extension(".json");
+            files.push_back({folder.path().filename().string(), entry.path(), json});
+        }
+    }
+    std::ranges::sort(files, {}, [](const Golden& golden) { return golden.file; });
+    return files;
+}
+
+} // namespace convfile::test

@@ -1,0 +1,94 @@
+// The one text-file reader: what it delivers is what the Windows text mode delivers.
+
+#include "framework/TextFile.h"
+#include "tests/support/Files.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace convfile::test {
+namespace {
+
+using testing::ElementsAre;
+
+std::vector<std::string> LinesOf(std::string_view bytes) {
+    const TempFolder folder;
+    TextFile file;
+    EXPECT_TRUE(file.Open(folder.Write("lines.txt", bytes)));
+    std::vector<std::string> lines;
+    std::string_view line;
+    while (file.ReadLine(line))
+        lines.emplace_back(line);
+    return lines;
+}
+
+TEST(TextFile, DropsACarriageReturnBeforeALineFeedOnly) {
+    EXPECT_THAT(LinesOf("a\r\nb\rc\nd\r\r\n\r"), ElementsAre("a\n", "b\rc\n", "d\r\n", "\r"));
+    EXPECT_THAT(LinesOf(""), ElementsAre());
+    EXPECT_THAT(LinesOf("\n\nx"), ElementsAre("\n", "\n", "x"));
+}
+
+TEST(TextFile, EndsAtCtrlZ) {
+    EXPECT_THAT(LinesOf("a\nb\x1A"
+                        "c\n"),
+                ElementsAre("a\n", "b"));
+    EXPECT_THAT(LinesOf("a\r\x1A\n"), ElementsAre("a\r"));
+}
+
+TEST(TextFile, ANulEndsTheTextOfItsLine) {
+    using std::string_literals::operator""s;
+    EXPECT_THAT(LinesOf("ab\0cd\n\0\nx\n"s), ElementsAre("ab", "", "x\n"));
+}
+
+TEST(TextFile, PiecesAreCountedAfterTranslation) {
+    const std::string x253(253, 'x');
+    const std::string x254(254, 'x');
+    EXPECT_THAT(LinesOf(x253 + "\r\ny\n"), ElementsAre(x253 + "\n", "y\n"));
+    EXPECT_THAT(LinesOf(x254 + "\r\ny\n"), ElementsAre(x254, "\n", "y\n"));
+    EXPECT_THAT(LinesOf(x253 + "\r\r\ny\n"), ElementsAre(x253 + "\r", "\n", "y\n"));
+    EXPECT_THAT(LinesOf(x254 + x254 + "z"), ElementsAre(x254, x254, "z"));
+}
+
+/// Line ends, Ctrl-Z and NUL on every side of the borders between the blocks that are read.
+TEST(TextFile, DeliversTheSameAcrossItsBlocks) {
+    constexpr std::size_t kBlock = 64UL * 1024;
+    for (std::size_t shift = 0; shift < 4; ++shift) {
+        std::string bytes(kBlock - 2 + shift, 'a');
+        for (std::size_t i = 99; i < bytes.size(); i += 100)
+            bytes[i] = '\n';
+        bytes[bytes.size() - 1] = 'b';
+        std::string expected = bytes + "\nend\n";
+        std::string all;
+        for (const std::string& line : LinesOf(bytes + "\r\nend\r\n"))
+            all += line;
+        EXPECT_EQ(all, expected) << shift;
+        EXPECT_EQ(LinesOf(bytes + "\r").back().back(), '\r') << shift;
+    }
+}
+
+TEST(TextFile, CharactersCanBeSteppedBackOver) {
+    const TempFolder folder;
+    const std::string bytes = std::string(64UL * 1024, 'a') + "\r\nb";
+    TextFile file;
+    ASSERT_TRUE(file.Open(folder.Write("chars.txt", bytes)));
+    std::string read;
+    for (int c = file.ReadChar(); c != TextFile::kEnd; c = file.ReadChar()) {
+        file.StepBack();
+        EXPECT_EQ(file.ReadChar(), c);
+        read += static_cast<char>(c);
+    }
+    EXPECT_EQ(read, std::string(64UL * 1024, 'a') + "\nb");
+}
+
+TEST(TextFile, DoesNotOpenAFolderOrNothing) {
+    const TempFolder folder;
+    TextFile file;
+    EXPECT_FALSE(file.Open(""));
+    EXPECT_FALSE(file.Open(folder.Path(".")));
+    EXPECT_FALSE(file.Open(folder.Path("missing")));
+    std::string_view line;
+    EXPECT_FALSE(file.ReadLine(line));
+}
+
+} // namespace
+} // namespace convfile::test

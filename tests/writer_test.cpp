@@ -1,0 +1,218 @@
+// The converter root: what it writes into the field book, and what it tells the user.
+
+#include "framework/ConvFileBase.h"
+#include "framework/ConvGen.h"
+#include "memory/FieldBook.h"
+#include "memory/LinkTimeHost.h"
+#include "tests/support/Files.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace convfile::test {
+namespace {
+
+using memory::Adder;
+using memory::FieldBook;
+using testing::ElementsAre;
+
+/// A converter of nothing, with the writers in the open.
+class OpenConverter : public CConvGen {
+public:
+    explicit OpenConverter(FieldBook& book) : CConvGen(book, &name) {}
+
+    using CConvGen::AggiungeJob;
+    using CConvGen::AggiungePun;
+    using CConvGen::AggiungeSta;
+    using CConvGen::GetNomeOfJob;
+    using CConvGen::SetDataAtJob;
+    using CConvGen::SetHStrumAtSta;
+    using CConvGen::SetNomeAtJob;
+    using CConvGen::SetOperAtJob;
+    using CConvGen::SetStrumAtJob;
+    using CConvGen::warningKind_;
+
+    void Sta(const char* staName) { AggiungeSta(staName, "", 1.5, kNoValue, kNoValue); }
+    void Pun(const char* punName) { AggiungePun(punName, "", "", 1.6, 10, 100, 50); }
+
+    std::string name = "site.txt";
+};
+
+TEST(Writer, StationsGoIntoTheLastJobThatWasThere) {
+    FieldBook book;
+    for (int i = 0; i < 3; ++i)
+        book.AddJob(true);
+    OpenConverter(book).Sta("S1");
+    EXPECT_EQ(book.GetStaArSize(2), 1);
+}
+
+TEST(Writer, APointAloneGetsAJobAndAnUnnamedStation) {
+    FieldBook book;
+    OpenConverter(book).Pun("1");
+    ASSERT_EQ(book.GetPunArSize(0, 0), 1);
+    const auto& station = *book.Jobs()[0]->stations[0];
+    EXPECT_EQ(station.GetNome(), "");
+    EXPECT_EQ(station.InstrumentHeight(), kNoValue);
+    EXPECT_EQ(station.points[0]->GetNome(), "1");
+}
+
+TEST(Writer, ANewJobEndsTheCurrentStation) {
+    FieldBook book;
+    OpenConverter converter(book);
+    converter.AggiungeJob("A", "op", "instr", "date");
+    converter.AggiungeJob("B", "", "", "");
+    converter.Sta("S1");
+    converter.Pun("1");
+    converter.AggiungeJob("C", "", "", "");
+    converter.Pun("2");
+    EXPECT_EQ(book.GetStaArSize(0), 0);
+    EXPECT_EQ(book.GetPunArSize(1, 0), 1);
+    EXPECT_EQ(book.GetPunArSize(2, 0), 1);
+    EXPECT_EQ(converter.GetNomeOfJob(), "C");
+    EXPECT_EQ(book.Jobs()[0]->Operator(), "op");
+}
+
+TEST(Writer, JobTextsAreTrimmedAndNeedAJob) {
+    FieldBook book;
+    OpenConverter converter(book);
+    converter.SetNomeAtJob("lost");
+    converter.SetHStrumAtSta(1);
+    EXPECT_EQ(converter.GetNomeOfJob(), "");
+    converter.AggiungeJob(" as it is ", "", "", "");
+    EXPECT_EQ(book.Jobs()[0]->Name(), " as it is ");
+    converter.SetNomeAtJob(" name\t");
+    converter.SetOperAtJob(" operator");
+    converter.SetStrumAtJob("instrument ");
+    converter.SetDataAtJob("\tdate");
+    const auto& job = *book.Jobs()[0];
+    EXPECT_EQ(job.Name(), "name");
+    EXPECT_EQ(job.Operator(), "operator");
+    EXPECT_EQ(job.Instrument(), "instrument");
+    EXPECT_EQ(job.Date(), "date");
+}
+
+TEST(Writer, GoesOnWhereABookDeclines) {
+    FieldBook book;
+    book.DeclineFrom(Adder::Station, 1);
+    OpenConverter converter(book);
+    converter.AggiungeJob("A", "", "", "");
+    converter.Sta("S1");
+    converter.Sta("declined");
+    converter.Pun("has no station now");
+    EXPECT_EQ(book.GetStaArSize(0), 1);
+    EXPECT_EQ(book.GetPunArSize(0, 0), 0);
+
+    FieldBook jobless;
+    jobless.DeclineFrom(Adder::Job, 0);
+    OpenConverter other(jobless);
+    other.AggiungeJob("A", "", "", "");
+    other.Sta("S1");
+    other.Pun("1");
+    EXPECT_EQ(jobless.GetJobArSize(), 0);
+}
+
+TEST(Writer, WhatIsNotFiniteIsAbsent) {
+    FieldBook book;
+    OpenConverter converter(book);
+    converter.AggiungeSta("S", "", std::nan(""), INFINITY, -INFINITY);
+    converter.AggiungePun("1", "", "", std::nan(""), INFINITY, -INFINITY, std::nan(""));
+    converter.SetHStrumAtSta(INFINITY);
+    const auto& station = *book.Jobs()[0]->stations[0];
+    const auto& point = *station.points[0];
+    for (const double value : {station.InstrumentHeight(), station.Temperature(),
+                               station.Pressure(), point.TargetHeight(), point.SlopeDistance(),
+                               point.VerticalAngle(), point.HorizontalAngle()}) {
+        EXPECT_EQ(value, kNoValue);
+    }
+}
+
+TEST(Writer, TellsTheLastWarningOnceAndInWindows1252) {
+    memory::TakeMessages();
+    FieldBook book;
+    {
+        OpenConverter converter(book);
+        converter.warningKind_ = 2;
+        converter.warningKind_ = 1;
+    }
+    auto messages = memory::TakeMessages();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_EQ(messages[0].title, "Import File");
+    EXPECT_EQ(messages[0].text,
+              "I dati convertiti erano nel formato Distanza ridotta / Dislivello !\n\n"
+              "Sono stati trasformati in Distanza inclinata / Angolo verticale.");
+    const auto warn = [&](int kind) {
+        OpenConverter converter(book);
+        converter.warningKind_ = kind;
+    };
+    for (const int kind : {2, 3, 4})
+        warn(kind);
+    messages = memory::TakeMessages();
+    ASSERT_EQ(messages.size(), 3U);
+    EXPECT_EQ(messages[0].text,
+              "I dati convertiti erano nel formato Distanza ridotta / Dislivello !\n\n"
+              "Il Dislivello \xE8 stato considerato a livello del terreno !\n\n"
+              "Sono stati trasformati in Distanza inclinata / Angolo verticale.");
+    EXPECT_EQ(messages[1].text,
+              "Alcuni dei dati presenti nel file sono stati convertiti poich\xE8 erano in formato "
+              "coordinate.\n\nSi prega di fare attenzione a questi dati poich\xE9 potrebbero "
+              "essere errati !");
+    EXPECT_EQ(messages[2].text,
+              "Alcuni dei dati presenti nel file sono stati convertiti poich\xE8 erano in formato "
+              "coordinate.\n\nSi \xE8 assunto che tutte le stazioni avessero coordinate 0,0,0.\n\n"
+              "Se cos\xEC non fosse, i dati convertiti sono errati !");
+    for (const int kind : {0, 5, -1})
+        warn(kind);
+    EXPECT_TRUE(memory::TakeMessages().empty());
+}
+
+TEST(Writer, CopiesShareTheCodeTableUntilTheLastIsGone) {
+    FieldBook book;
+    const int before = memory::LiveCodeTables();
+    {
+        auto first = std::make_unique<OpenConverter>(book);
+        const OpenConverter copy(*first);
+        EXPECT_EQ(memory::LiveCodeTables(), before + 1);
+        first.reset();
+        EXPECT_EQ(memory::LiveCodeTables(), before + 1);
+    }
+    EXPECT_EQ(memory::LiveCodeTables(), before);
+}
+
+/// Hands the lines it is given back.
+class LineKeeper : public CConvFileBase {
+public:
+    using CConvFileBase::CConvFileBase;
+    std::vector<std::string> lines;
+
+private:
+    void ProcessaRiga() override { lines.emplace_back(line_); }
+};
+
+TEST(LineDriven, DropsTheLastCharacterOfEveryLineAndPiece) {
+    const TempFolder folder;
+    FieldBook book;
+    std::string path = folder.Write("lines.txt", "one\r\n\n \n" + std::string(300, 'x') + "\nABC");
+    LineKeeper keeper(book, &path);
+    EXPECT_TRUE(keeper.Esegui());
+    EXPECT_THAT(keeper.lines,
+                ElementsAre("one", " ", std::string(253, 'x'), std::string(46, 'x'), "AB"));
+    EXPECT_EQ(book.Jobs().at(0)->Name(), "lines.txt");
+}
+
+TEST(LineDriven, NamesTheJobOfAnEmptyFileAndNothingWhereThereIsNone) {
+    const TempFolder folder;
+    FieldBook book;
+    std::string path = folder.Path("caff\u00E8 \u0416.txt");
+    EXPECT_FALSE(LineKeeper(book, &path).Esegui());
+    EXPECT_EQ(book.GetJobArSize(), 0);
+    WriteBytes(path, "");
+    EXPECT_TRUE(LineKeeper(book, &path).Esegui());
+#if !defined(_WIN32)
+    EXPECT_EQ(book.Jobs().at(0)->Name(), "caff\xE8 ?.txt");
+#endif
+}
+
+} // namespace
+} // namespace convfile::test

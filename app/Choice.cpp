@@ -20,18 +20,23 @@ std::string UpperExtension(const std::string& path) {
 }
 
 Route DownloadRoute(const std::string& path) {
-    return {.download = true,
-            .code = 0,
-            .format = FormatByDownloadExtension(UpperExtension(path)),
-            .problem = {}};
+    Route route;
+    route.download = true;
+    route.format = FormatByDownloadExtension(UpperExtension(path));
+    return route;
 }
 
 Route CodeRoute(int code) {
-    return {.download = false, .code = code, .format = FormatByCode(code), .problem = {}};
+    Route route;
+    route.code = code;
+    route.format = FormatByCode(code);
+    return route;
 }
 
 Route NoRoute(std::string problem) {
-    return {.download = false, .code = 0, .format = nullptr, .problem = std::move(problem)};
+    Route route;
+    route.problem = std::move(problem);
+    return route;
 }
 
 /// A format that has no code is reached by the file's extension alone.
@@ -55,8 +60,9 @@ Route ExtensionRoute(const std::string& path) {
         return DownloadRoute(path);
     if (const Format* const format = FormatByExtension(extension))
         return CodeRoute(format->code);
-    return NoRoute("its extension tells no format; choose one with --format or --code:\n" +
-                   FormatList());
+    Route route = NoRoute("its extension tells no format; choose one with --format or --code");
+    route.unknownExtension = true;
+    return route;
 }
 
 } // namespace
@@ -64,8 +70,8 @@ Route ExtensionRoute(const std::string& path) {
 Route ChooseRoute(const FormatChoice& choice, const std::string& path) {
     if (choice.code)
         return CodeRoute(*choice.code);
-    if (!choice.name.empty())
-        return NamedRoute(choice.name, path);
+    if (choice.name)
+        return NamedRoute(*choice.name, path);
     return choice.download ? DownloadRoute(path) : ExtensionRoute(path);
 }
 

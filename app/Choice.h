@@ -10,7 +10,7 @@ namespace convfile::app {
 /// How the user wants the format of the files chosen. With nothing set, each file's extension does.
 struct FormatChoice {
     std::optional<int> code;
-    std::string name;
+    std::optional<std::string> name;
     bool download = false;
 };
 
@@ -20,6 +20,7 @@ struct Route {
     int code = 0;
     const Format* format = nullptr; ///< the format that this reaches; null: none
     std::string problem;            ///< why there is no way for this file; empty: there is
+    bool unknownExtension = false;  ///< the user would be helped by the list of formats
 };
 
 /// The way a file takes. A choice that reaches no converter is a way all the same: the entry

@@ -32,23 +32,26 @@ std::string OpeningProblem(const std::string& path) {
 }
 
 std::string ProblemOf(const Route& route, const std::string& path) {
+    std::string problem = OpeningProblem(path);
+    if (!problem.empty())
+        return problem;
+    if (!route.problem.empty())
+        return route.problem;
     if (!route.format && route.download)
         return "its extension is none of a downloaded file that can be read";
     if (!route.format)
         return "format code " + std::to_string(route.code) + " has no converter";
-    std::string problem = OpeningProblem(path);
-    if (problem.empty())
-        problem = "cannot be read as " + std::string(route.format->name);
-    return problem;
+    return "cannot be read as " + std::string(route.format->name);
 }
 
 } // namespace
 
 void Convert(const Route& route, const std::string& path, Conversion& result) {
     result.path = path;
-    result.problem = route.problem;
-    if (!route.problem.empty())
+    if (!route.problem.empty()) {
+        result.problem = ProblemOf(route, path);
         return;
+    }
     memory::AnswerDialogs({.confirmed = true, .fileName = path, .formatCode = route.code});
     if (route.download) {
         memory::PointLibrary pointLibrary(result.notifications);

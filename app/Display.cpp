@@ -70,10 +70,16 @@ std::string ShownAngle(double gon) {
 }
 
 std::string ShownNumber(double value) {
-    if (!IsPresent(value))
-        return std::string(kAbsent);
+    return IsPresent(value) ? ShortestNumber(value) : std::string(kAbsent);
+}
+
+std::string ShortestNumber(double value) {
+    const double size = std::fabs(value);
+    const bool plain = size == 0 || (size >= 1e-4 && size < 1e16);
     std::array<char, 64> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                   plain ? std::chars_format::fixed : std::chars_format::scientific)
+                         .ptr;
     return {digits.data(), end};
 }
 

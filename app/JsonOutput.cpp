@@ -1,19 +1,54 @@
 #include "app/JsonOutput.h"
 
+#include "app/Display.h"
 #include "framework/CodePage.h"
 #include "host/NoValue.h"
 
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/writer.h>
 
-#include <array>
-#include <charconv>
+#include <string>
+#include <string_view>
 
 namespace convfile::app {
 
 namespace {
 
 using namespace convfile::memory;
+
+/// Where the JSON library writes: it escapes the control characters below 20 hex, and this the others
+/// (7F, and the upper ones, which UTF-8 has as C2 80 to C2 9F). They only occur in texts.
+class EscapingSink {
+public:
+    using Ch = char;
+
+    explicit EscapingSink(Sink& sink) : sink_(sink) {}
+
+    void Put(char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (held_ && byte >= 0xA0)
+            sink_.Put(kUpperLead);
+        if ((held_ && byte < 0xA0) || byte == 0x7F)
+            PutEscaped(byte);
+        else if (c != kUpperLead)
+            sink_.Put(c);
+        held_ = c == kUpperLead;
+    }
+    void Flush() {}
+
+private:
+    static constexpr char kUpperLead = '\xC2';
+
+    void PutEscaped(unsigned char byte) {
+        constexpr std::string_view kHex = "0123456789ABCDEF";
+        sink_.Write("\\u00");
+        sink_.Put(kHex[byte >> 4]);
+        sink_.Put(kHex[byte & 0xF]);
+    }
+
+    Sink& sink_;
+    bool held_ = false; ///< the lead byte of a character that may be a control character
+};
 
 /// Writes one conversion, member by member, with either of the two writers of the JSON library.
 template <class Writer>
@@ -61,10 +96,8 @@ private:
             json_.Null();
             return;
         }
-        std::array<char, 64> digits{};
-        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-        json_.RawValue(digits.data(), static_cast<std::size_t>(end - digits.data()),
-                       rapidjson::kNumberType);
+        const std::string digits = ShortestNumber(value);
+        json_.RawValue(digits.data(), digits.size(), rapidjson::kNumberType);
     }
 
     void Number(std::string_view name, double value) {
@@ -253,7 +286,8 @@ void JsonOutput::Add(const Conversion& conversion) {
     if (array_)
         sink_.Write(first_ ? "[\n" : ",\n");
     first_ = false;
-    rapidjson::PrettyWriter<Sink> writer(sink_);
+    EscapingSink escaping(sink_);
+    rapidjson::PrettyWriter<EscapingSink> writer(escaping);
     writer.SetIndent(' ', 2);
     JsonObject(writer).Write(conversion);
 }
@@ -265,7 +299,8 @@ void JsonOutput::End() {
 }
 
 void JsonLinesOutput::Add(const Conversion& conversion) {
-    rapidjson::Writer<Sink> writer(sink_);
+    EscapingSink escaping(sink_);
+    rapidjson::Writer<EscapingSink> writer(escaping);
     JsonObject(writer).Write(conversion);
     sink_.Write("\n");
     sink_.Flush();

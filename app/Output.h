@@ -12,8 +12,6 @@ namespace convfile::app {
 /// Where results go: a buffer in front of a stream.
 class Sink {
 public:
-    using Ch = char; ///< so that a JSON writer can write into it
-
     explicit Sink(std::ostream& stream) : stream_(stream) {}
     Sink(const Sink&) = delete;
     Sink& operator=(const Sink&) = delete;

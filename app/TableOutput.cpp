@@ -5,7 +5,10 @@
 #include "app/TextTable.h"
 #include "host/NoValue.h"
 
+#include <algorithm>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace convfile::app {
 
@@ -42,18 +45,16 @@ Counts CountsOf(const FieldBook& book) {
     return counts;
 }
 
-/// A message text may have several lines; they are shown indented below each other.
-void PrintMessage(Sink& sink, const Message& message) {
-    sink.Write("  [" + Shown(message.title) + "] ");
-    std::string_view rest = message.text;
-    for (std::size_t end = rest.find('\n'); end != rest.npos; end = rest.find('\n')) {
-        if (end > 0)
-            sink.Write(Shown(rest.substr(0, end)) + "\n    ");
-        rest.remove_prefix(end + 1);
-    }
-    sink.Write(Shown(rest) + "\n");
+/// A message in one line, wherever its text breaks.
+std::string ShownMessage(const Message& message) {
+    std::string text = message.text;
+    std::ranges::replace(text, '\n', ' ');
+    const auto bothBlank = [](char left, char right) { return left == ' ' && right == ' '; };
+    text.erase(std::unique(text.begin(), text.end(), bothBlank), text.end());
+    std::string shown = "[" + Shown(message.title) + "] " + Shown(text);
     if (message.hasLink)
-        sink.Write("    " + Shown(message.linkLabel) + ": " + Shown(message.linkTarget) + "\n");
+        shown += " " + Shown(message.linkLabel) + ": " + Shown(message.linkTarget);
+    return shown;
 }
 
 std::string ShownCounts(const FieldBook& book) {
@@ -71,14 +72,15 @@ std::string ShownCounts(const FieldBook& book) {
 }
 
 void PrintSummary(Sink& sink, const Conversion& conversion) {
-    sink.Write(ShownUtf8(BareName(conversion.path)) + ": ");
-    if (!conversion.converted)
-        sink.Write("not converted");
-    else
-        sink.Write(ShownCounts(conversion.fieldBook));
-    sink.Put('\n');
+    std::string line = ShownUtf8(BareName(conversion.path)) + ": ";
+    line += conversion.converted ? ShownCounts(conversion.fieldBook) : "not converted";
     for (const Message& message : conversion.messages)
-        PrintMessage(sink, message);
+        line += "; " + ShownMessage(message);
+    sink.Write(line + "\n");
+}
+
+std::string NameOrUnnamed(const std::string& name) {
+    return name.empty() ? "(unnamed)" : Shown(name);
 }
 
 std::string ShownCoordinates(const Extras& extras) {
@@ -106,17 +108,23 @@ std::string ShownPhotos(const std::vector<Photo>& photos) {
     return shown;
 }
 
+/// The columns for what every entity may have.
 template <class Record>
-Column<Record> CoordinatesColumn() {
-    return {"X Y Z [m]", Align::Left,
-            [](const Record& r) { return ShownCoordinates(r.GetExtras()); }, true};
+void AddExtraColumns(std::vector<Column<Record>>& columns) {
+    const auto add = [&](const char* head, auto cellOf) {
+        columns.push_back(
+            {head, Align::Left, [cellOf](const Record& r) { return cellOf(r.GetExtras()); }, true});
+    };
+    add("Note", [](const Extras& e) { return Shown(e.note); });
+    add("X Y Z [m]", ShownCoordinates);
+    add("Marks", [](const Extras& e) { return ShownMarks(e.marks); });
+    add("Photos", [](const Extras& e) { return ShownPhotos(e.photos); });
+    add("Terrain note", [](const Extras& e) { return Shown(e.terrainNote); });
+    add("Attribute", [](const Extras& e) { return Shown(e.drawingAttribute); });
 }
 
 TextTable<Point> PointTable() {
-    const auto text = [](auto member) {
-        return [member](const Point& p) { return Shown(p.GetExtras().*member); };
-    };
-    return TextTable<Point>({
+    std::vector<Column<Point>> columns = {
         {"Point", Align::Left, [](const Point& p) { return Shown(p.GetNome()); }},
         {"Code", Align::Left, [](const Point& p) { return Shown(p.Code()); }},
         {"Target height [m]", Align::Right,
@@ -127,34 +135,32 @@ TextTable<Point> PointTable() {
          [](const Point& p) { return ShownAngle(p.VerticalAngle()); }},
         {"Horizontal angle [gon]", Align::Right,
          [](const Point& p) { return ShownAngle(p.HorizontalAngle()); }},
-        {"Note", Align::Left, text(&Extras::note), true},
-        CoordinatesColumn<Point>(),
-        {"Marks", Align::Left, [](const Point& p) { return ShownMarks(p.GetMarks()); }, true},
-        {"Photos", Align::Left, [](const Point& p) { return ShownPhotos(p.GetExtras().photos); },
-         true},
-        {"Terrain note", Align::Left, text(&Extras::terrainNote), true},
-        {"Attribute", Align::Left, text(&Extras::drawingAttribute), true},
-    });
+    };
+    AddExtraColumns(columns);
+    return TextTable<Point>(std::move(columns));
 }
 
-void PrintStationHead(Sink& sink, const Station& station) {
-    const std::string name = Shown(station.GetNome());
-    std::string line = "\n  Station " + (name.empty() ? "(unnamed)" : name);
-    if (!station.Identifier().empty())
-        line += "  code " + Shown(station.Identifier());
-    line += "  instrument height [m] " + ShownLength(station.InstrumentHeight()) +
-            "  temperature " + ShownNumber(station.Temperature()) + "  pressure " +
-            ShownNumber(station.Pressure());
-    if (IsPresent(station.Orientation()))
-        line += "  orientation [gon] " + ShownAngle(station.Orientation());
-    const std::string place = ShownCoordinates(station.GetExtras());
-    if (!place.empty())
-        line += "  X Y Z [m] " + place;
-    sink.Write(line + "\n");
+TextTable<Station> StationTable() {
+    std::vector<Column<Station>> columns = {
+        {"Station", Align::Left, [](const Station& s) { return NameOrUnnamed(s.GetNome()); }},
+        {"Code", Align::Left, [](const Station& s) { return Shown(s.Identifier()); }},
+        {"Instrument height [m]", Align::Right,
+         [](const Station& s) { return ShownLength(s.InstrumentHeight()); }},
+        {"Temperature", Align::Right,
+         [](const Station& s) { return ShownNumber(s.Temperature()); }},
+        {"Pressure", Align::Right, [](const Station& s) { return ShownNumber(s.Pressure()); }},
+        {"Orientation [gon]", Align::Right,
+         [](const Station& s) {
+             return IsPresent(s.Orientation()) ? ShownAngle(s.Orientation()) : std::string();
+         },
+         true},
+    };
+    AddExtraColumns(columns);
+    return TextTable<Station>(std::move(columns));
 }
 
 void PrintJobHead(Sink& sink, const Job& job) {
-    std::string line = "\nJob " + Shown(job.Name());
+    std::string line = "\nJob " + NameOrUnnamed(job.Name());
     const auto add = [&](const char* label, const std::string& text) {
         if (!text.empty())
             line += std::string("  ") + label + " " + Shown(text);
@@ -168,21 +174,26 @@ void PrintJobHead(Sink& sink, const Job& job) {
 }
 
 void PrintFieldBook(Sink& sink, const FieldBook& book) {
-    TextTable<Point> table = PointTable();
+    TextTable<Station> stations = StationTable();
+    TextTable<Point> points = PointTable();
     for (const auto& job : book.Jobs()) {
         for (const auto& station : job->stations) {
+            stations.Measure(*station);
             for (const auto& point : station->points)
-                table.Measure(*point);
+                points.Measure(*point);
         }
     }
+    constexpr std::size_t kIndent = 2;
     for (const auto& job : book.Jobs()) {
         PrintJobHead(sink, *job);
         for (const auto& station : job->stations) {
-            PrintStationHead(sink, *station);
+            sink.Put('\n');
+            stations.PrintHead(sink, kIndent);
+            stations.Print(sink, *station, kIndent);
             if (!station->points.empty())
-                table.PrintHead(sink);
+                points.PrintHead(sink, 2 * kIndent);
             for (const auto& point : station->points)
-                table.Print(sink, *point);
+                points.Print(sink, *point, 2 * kIndent);
         }
     }
 }
@@ -191,9 +202,8 @@ void PrintOrientationPoints(Sink& sink, const FieldBook& book) {
     const auto& points = book.OrientationPoints();
     if (points.empty())
         return;
-    TextTable<OrientationPoint> table({
+    std::vector<Column<OrientationPoint>> columns = {
         {"Point", Align::Left, [](const OrientationPoint& p) { return Shown(p.GetNome()); }},
-        CoordinatesColumn<OrientationPoint>(),
         {"Reliability", Align::Right,
          [](const OrientationPoint& p) {
              return p.Reliability() ? std::to_string(*p.Reliability()) : std::string();
@@ -201,13 +211,16 @@ void PrintOrientationPoints(Sink& sink, const FieldBook& book) {
          true},
         {"Comment", Align::Left, [](const OrientationPoint& p) { return Shown(p.Comment()); },
          true},
-    });
+    };
+    AddExtraColumns(columns);
+    TextTable<OrientationPoint> table(std::move(columns));
     for (const auto& point : points)
         table.Measure(*point);
+    constexpr std::size_t kIndent = 2;
     sink.Write("\nOrientation points\n");
-    table.PrintHead(sink);
+    table.PrintHead(sink, kIndent);
     for (const auto& point : points)
-        table.Print(sink, *point);
+        table.Print(sink, *point, kIndent);
 }
 
 } // namespace

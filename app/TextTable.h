@@ -35,26 +35,28 @@ public:
         for (std::size_t i = 0; i < columns_.size(); ++i)
             widths_[i] = std::max(widths_[i], ShownWidth(columns_[i].cell(record)));
     }
-    void PrintHead(Sink& sink) const {
-        PrintLine(sink, [](const Column<Record>& column) { return column.head; });
+    void PrintHead(Sink& sink, std::size_t indent) const {
+        PrintLine(sink, indent, [](const Column<Record>& column) { return column.head; });
     }
-    void Print(Sink& sink, const Record& record) const {
-        PrintLine(sink, [&](const Column<Record>& column) { return column.cell(record); });
+    void Print(Sink& sink, const Record& record, std::size_t indent) const {
+        PrintLine(sink, indent, [&](const Column<Record>& column) { return column.cell(record); });
     }
 
 private:
     bool Shows(std::size_t i) const { return !columns_[i].optional || widths_[i] > 0; }
 
     template <class CellOf>
-    void PrintLine(Sink& sink, CellOf cellOf) const {
-        std::string line;
+    void PrintLine(Sink& sink, std::size_t indent, CellOf cellOf) const {
+        std::string line(indent, ' ');
+        const char* gap = "";
         for (std::size_t i = 0; i < columns_.size(); ++i) {
             if (!Shows(i))
                 continue;
             const std::string cell = cellOf(columns_[i]);
             const std::size_t width = std::max(widths_[i], ShownWidth(columns_[i].head));
             const std::string padding(width - ShownWidth(cell), ' ');
-            line += "  ";
+            line += gap;
+            gap = "  ";
             line += columns_[i].align == Align::Left ? cell + padding : padding + cell;
         }
         line.erase(line.find_last_not_of(' ') + 1);

@@ -2,15 +2,19 @@
 
 #include "app/Choice.h"
 #include "app/Conversion.h"
+#include "app/Display.h"
 #include "app/Output.h"
 #include "app/Platform.h"
+#include "framework/CodePage.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <limits>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -31,14 +35,35 @@ struct Options {
     bool listFormats = false;
 };
 
+/// Says something on standard error. What comes from outside must not steer the terminal.
 void Tell(const std::string& text) {
     std::cerr << "convfile: " << text << '\n';
 }
 
+void TellOfFile(const std::string& file, const std::string& text) {
+    Tell((IsUtf8(file) ? ShownUtf8(file) : Shown(file)) + ": " + text);
+}
+
+/// Any integer; one that no format code can be is as good as the nearest that can.
+int ReadCode(const std::string& text) {
+    long long code = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), code);
+    if (error == std::errc::result_out_of_range)
+        code = text.starts_with('-') ? std::numeric_limits<int>::min()
+                                     : std::numeric_limits<int>::max();
+    if (error == std::errc::invalid_argument || end != text.data() + text.size())
+        throw CLI::ValidationError("--code", "\"" + text + "\" is no integer");
+    return static_cast<int>(std::clamp<long long>(code, std::numeric_limits<int>::min(),
+                                                  std::numeric_limits<int>::max()));
+}
+
 void Declare(CLI::App& app, Options& options) {
-    auto* const code = app.add_option("--code", options.choice.code,
-                                      "Format code, as the host's dialog would return it");
+    auto* const code = app.add_option_function<std::string>(
+        "--code", [&options](const std::string& text) { options.choice.code = ReadCode(text); },
+        "Format code, as the host's dialog would return it");
+    code->type_name("N");
     auto* const name = app.add_option("--format", options.choice.name, "Format by its short name");
+    name->type_name("NAME");
     auto* const download =
         app.add_flag("--download", options.choice.download,
                      "Files downloaded from an instrument: the format by the file's extension");
@@ -57,17 +82,34 @@ void Declare(CLI::App& app, Options& options) {
                "Exit status: 0 all converted, 1 at least one was not, 2 wrong usage.");
 }
 
+/// The arguments as the parser takes them: it would split a name in square brackets at its commas.
+std::vector<std::string> Arguments(int argc, char** argv) {
+    std::vector<std::string> arguments(argv + 1, argv + argc);
+    for (std::string& argument : arguments) {
+        if (argument.starts_with('[') && argument.ends_with(']'))
+            argument.insert(0, "./");
+    }
+    std::ranges::reverse(arguments); // which is how the parser wants them
+    return arguments;
+}
+
 /// Converts the files one after another; each is shown and forgotten before the next is read.
 int Run(const Options& options, std::ostream& out) {
     Sink sink(out);
     const auto output = MakeOutput(options.view, sink, options.files.size());
     bool allConverted = true;
+    bool formatsTold = false;
     for (const std::string& file : options.files) {
+        const Route route = ChooseRoute(options.choice, file);
         Conversion conversion;
-        Convert(ChooseRoute(options.choice, file), file, conversion);
+        Convert(route, file, conversion);
         if (!conversion.converted) {
             allConverted = false;
-            Tell(file + ": " + conversion.problem);
+            TellOfFile(file, conversion.problem);
+        }
+        if (route.unknownExtension && !formatsTold) {
+            Tell("the formats are:\n" + FormatList());
+            formatsTold = true;
         }
         output->Add(conversion);
     }
@@ -80,11 +122,14 @@ int Run(const Options& options, std::ostream& out) {
     return allConverted ? kAllConverted : kNotAllConverted;
 }
 
-/// True where writing the result would overwrite one of the files it is made from.
+/// True where writing the result would overwrite one of the files it is made from, or make a file that
+/// is missing.
 bool OverwritesInput(const Options& options) {
     return std::ranges::any_of(options.files, [&](const std::string& file) {
-        std::error_code different;
-        return std::filesystem::equivalent(file, options.outputFile, different);
+        std::error_code ignored;
+        return std::filesystem::equivalent(file, options.outputFile, ignored) ||
+               std::filesystem::weakly_canonical(file, ignored) ==
+                   std::filesystem::weakly_canonical(options.outputFile, ignored);
     });
 }
 
@@ -92,15 +137,23 @@ int RunInto(const Options& options) {
     if (options.outputFile.empty())
         return Run(options, std::cout);
     if (OverwritesInput(options)) {
-        Tell(options.outputFile + ": is one of the files to convert");
+        TellOfFile(options.outputFile, "is one of the files to convert");
         return kWrongUsage;
     }
     std::ofstream out(options.outputFile, std::ios::binary);
     if (!out) {
-        Tell(options.outputFile + ": cannot be written");
+        TellOfFile(options.outputFile, "cannot be written");
         return kNotAllConverted;
     }
     return Run(options, out);
+}
+
+int ListFormats() {
+    std::cout << FormatList() << std::flush;
+    if (std::cout)
+        return kAllConverted;
+    Tell("the list could not be written");
+    return kNotAllConverted;
 }
 
 } // namespace
@@ -112,20 +165,18 @@ int main(int argc, char** argv) {
                  "convfile");
     Declare(app, options);
     try {
-        app.parse(argc, argv);
+        app.parse(Arguments(argc, argv));
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kAllConverted : kWrongUsage;
     }
-    if (options.choice.name.size() > 0 && !FormatByName(options.choice.name)) {
-        Tell("there is no format named \"" + options.choice.name + "\"; there are:\n" +
+    if (options.choice.name && !FormatByName(*options.choice.name)) {
+        Tell("there is no format named \"" + ShownUtf8(*options.choice.name) + "\"; there are:\n" +
              FormatList());
         return kWrongUsage;
     }
-    if (options.listFormats) {
-        std::cout << FormatList();
-        return kAllConverted;
-    }
-    if (options.files.empty()) {
+    if (options.listFormats && options.files.empty())
+        return ListFormats();
+    if (options.listFormats || options.files.empty()) {
         std::cerr << app.help();
         return kWrongUsage;
     }

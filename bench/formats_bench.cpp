@@ -39,14 +39,41 @@ std::size_t RecordCount(const std::string& bytes, bool binary) {
     return static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n'));
 }
 
+/// A day's work without what would end the reading, or shift the records of the next repetition: a
+/// closing "END" line, a last line without its end, a last record cut short.
+std::string RepeatableDay(const fs::path& golden) {
+    std::string day = ReadBytes(golden);
+    if (day.find('\0') != std::string_view::npos)
+        return day.substr(0, day.size() / kBinaryRecord * kBinaryRecord);
+    const std::size_t end = day.find("\nEND\r\n");
+    day.resize(end != std::string_view::npos ? end + 1 : day.rfind('\n') + 1);
+    return day;
+}
+
+/// The lines of a text that are no titles of a report.
+std::string WithoutTitles(const std::string& text) {
+    std::string rest;
+    for (std::size_t begin = 0, end = 0; begin < text.size(); begin = end) {
+        end = std::min(text.find('\n', begin), text.size() - 1) + 1;
+        const std::string line = text.substr(begin, end - begin);
+        if (line.find("|TI ") == std::string_view::npos)
+            rest += line;
+    }
+    return rest;
+}
+
 Subject MakeSubject(const std::string& format, const fs::path& golden) {
-    const std::string day = ReadBytes(golden);
-    Subject subject{format, day.find('\0') != day.npos, nullptr};
+    const std::string day = RepeatableDay(golden);
+    Subject subject{format, day.find('\0') != std::string_view::npos, nullptr};
     subject.file = std::make_unique<BenchFile>(golden.filename().string());
+    // A report has its titles once: they add up in the job's texts.
+    const std::size_t titles = format == "elt" ? day.find("|PI") : 0;
     std::ofstream out = subject.file->Create();
-    const std::size_t each = std::max<std::size_t>(1, RecordCount(day, subject.binary));
+    out << day.substr(0, titles);
+    const std::string body = WithoutTitles(day.substr(titles));
+    const std::size_t each = std::max<std::size_t>(1, RecordCount(body, subject.binary));
     for (std::size_t i = 0; i < kRecords / each; ++i)
-        out << day;
+        out << body;
     return subject;
 }
 

@@ -12,7 +12,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <map>
-#include <vector>
 
 namespace {
 
@@ -56,38 +55,42 @@ struct PlainPoint {
     char name[24];
 };
 
-/// The data of a word: what follows its key, information and sign.
-double WordValue(const char* line, const char* key) {
-    const char* const word = std::strstr(line, key);
-    return word && std::strlen(word) > 8 ? std::strtod(word + 8, nullptr) : 0;
-}
-
 /// The plainest loop in C.
 void ReadPlainly(const char* path) {
-    std::vector<PlainPoint> points;
+    PlainPoint* points = nullptr;
+    std::size_t count = 0;
+    std::size_t room = 0;
     std::FILE* const file = std::fopen(path, "rt");
     char line[255];
     while (std::fgets(line, sizeof line, file)) {
-        PlainPoint point{};
+        if (count == room) {
+            room = room == 0 ? 1024 : 2 * room;
+            points = static_cast<PlainPoint*>(std::realloc(points, room * sizeof *points));
+        }
+        PlainPoint& point = points[count++];
         const char* const keys[] = {" 21.", " 22.", " 31.", " 32.", " 33.", " 87."};
-        for (std::size_t i = 0; i < 6; ++i)
-            point.values[i] = WordValue(line, keys[i]);
+        for (std::size_t i = 0; i < 6; ++i) {
+            const char* const word = std::strstr(line, keys[i]);
+            point.values[i] = word ? std::strtod(word + 8, nullptr) : 0;
+        }
         benchmark::DoNotOptimize(std::strstr(line, " 71."));
         benchmark::DoNotOptimize(std::strstr(line, " 88."));
         std::memcpy(point.name, line + 8, 16);
-        points.push_back(point);
+        point.name[16] = '\0';
     }
     std::fclose(file);
-    benchmark::DoNotOptimize(points.data());
+    benchmark::DoNotOptimize(points);
+    std::free(points);
 }
 
 /// Each iteration is a process of its own, so that every size finds memory as fresh as the other.
 void InItsOwnProcess(benchmark::State& state, const std::string& work) {
     const std::string& path = GsiFile(state.range(0));
+    const std::string command = work + " " + path;
     const Cost start = RunAnew(work + " /dev/null");
     double peak = 0;
     for (auto _ : state) {
-        const Cost cost = RunAnew(work + " " + path);
+        const Cost cost = RunAnew(command);
         state.SetIterationTime(cost.seconds);
         peak = cost.peakBytes;
     }

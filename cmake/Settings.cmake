@@ -4,6 +4,7 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
   set(CMAKE_BUILD_TYPE Release)
 endif()
 
+option(CONVFILE_LTO "Optimise across sources (gcc)" OFF)
 set(CONVFILE_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
 
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
@@ -31,5 +32,16 @@ function(convfile_settings target)
       -fsanitize=${CONVFILE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
       $<$<CXX_COMPILER_ID:Clang>:-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/sanitizer-ignore.txt>)
     target_link_options(${target} PRIVATE -fsanitize=${CONVFILE_SANITIZE})
+  endif()
+endfunction()
+
+# What is worth optimising across its sources: the library, what is linked into it, and the programs that
+# are measured. Objects keep ordinary code beside it, so that the tests still link fast.
+function(convfile_optimise_across)
+  if(CONVFILE_LTO)
+    foreach(target IN LISTS ARGN)
+      target_compile_options(${target} PRIVATE -flto=auto -ffat-lto-objects)
+      target_link_options(${target} PRIVATE -flto=auto)
+    endforeach()
   endif()
 endfunction()

@@ -20,7 +20,6 @@
 #include "converters/ConvFileGSI.h"
 
 #include "framework/Numbers.h"
-#include "framework/Reduction.h"
 #include "framework/Text.h"
 
 #include <algorithm>
@@ -34,6 +33,9 @@ constexpr std::size_t kUnit = 6;
 constexpr std::size_t kSign = 7;
 constexpr std::size_t kData = 8;
 
+/// A slope distance up to this one, metres, was not measured.
+constexpr double kLongestNoDistance = 0.001;
+
 /// A key of blank, word index and point; longer ones go on with literal points.
 constexpr std::size_t kPlainKey = 4;
 constexpr std::size_t kNoIndex = 100;
@@ -42,17 +44,17 @@ constexpr std::uint8_t kNoWord = 255; ///< a line has 254 characters, and fewer 
 /// The blank that ends the first word is looked for from here.
 constexpr std::size_t kFirstWordEnd = 3;
 
-/// True where the line is marked as one to leave out. Looked at on every line, and nearly never
-/// there, so all positions are tested at once instead of one after the other.
+/// True where the line is marked as one to leave out, by "25.342" anywhere in it. Looked at on every
+/// line, so by its rarest character.
 bool HoldsIgnoredMark(std::string_view line) {
     constexpr std::string_view kMark = "25.342";
-    const auto same = [](char a, char b) { return static_cast<unsigned>(a == b); };
-    unsigned char candidates = 0;
-    for (std::size_t i = 0; i + kMark.size() <= line.size(); ++i) {
-        candidates |= static_cast<unsigned char>(
-            same(line[i], kMark[0]) & same(line[i + 1], kMark[1]) & same(line[i + 2], kMark[2]));
-    }
-    return candidates != 0 && Contains(line, kMark);
+    constexpr std::size_t kPoint = 2;
+    bool holds = false;
+    ForEachPosition(line, '.', [&](std::size_t point) {
+        holds = holds || (point >= kPoint && line[point - 1] == kMark[1] &&
+                          line.substr(point - kPoint).starts_with(kMark));
+    });
+    return holds;
 }
 
 /// The data of a word in metres or gon, by the unit digit alone: an angle word and a distance word
@@ -105,7 +107,7 @@ bool CConvFileGSI::OpenFile() {
 bool CConvFileGSI::LeggeUnaRigaGSI() {
     if (!file_.ReadLine(line_))
         return false;
-    line_ = line_.size() > 1 && line_.front() != '!' ? DropLast(line_) : std::string_view{};
+    line_ = line_.starts_with('!') ? std::string_view{} : DropLast(line_);
     return true;
 }
 
@@ -114,16 +116,16 @@ bool CConvFileGSI::SeparaCampi() {
     if (HoldsIgnoredMark(line_))
         return false;
     FindWords();
-    if (line_.starts_with("41"))
+    if (Begins(line_, "41"))
         return TrattaRiga41();
-    if (line_.starts_with("*41.."))
+    if (Begins(line_, "*41.."))
         return TrattaRiga41Stonex();
-    if (line_.starts_with("*41"))
+    if (Begins(line_, "*41"))
         return TrattaRiga41PuntoStonex();
 
     // Only the presence of word 84 makes a station; its coordinates are not read, on purpose.
     stationLine_ = FindKey(" 84.") != kNoWord;
-    name_ = NameInFirstWord();
+    name_ = std::string(NameInFirstWord());
     if (stationLine_)
         StationLine();
     else
@@ -152,17 +154,15 @@ void CConvFileGSI::PointLine() {
         const double horizontalDistance = TrovaDoubleInCmpConCod(" 32.");
         const double heightDifference = TrovaDoubleInCmpConCod(" 33.");
         if (IsPresent(horizontalDistance) && IsPresent(heightDifference)) {
-            const PolarReading polar =
-                RoundedPolarFromReduced(horizontalDistance, heightDifference);
+            const PolarReading polar = ReducedReading(horizontalDistance, heightDifference);
             slopeDistance_ = polar.slopeDistance;
             if (!IsPresent(verticalAngle_))
                 verticalAngle_ = polar.zenithAngle;
             if (!IsPresent(targetHeight_))
                 targetHeight_ = 0;
-            warningKind_ = kReduced;
         }
     }
-    if (!(slopeDistance_ > 0.001)) // the instrument writes a millimetre where it measured nothing
+    if (!(slopeDistance_ > kLongestNoDistance))
         slopeDistance_ = kNoValue;
 
     code_ = TrovaStrInCmpConCod(" 71.");
@@ -281,7 +281,7 @@ std::size_t CConvFileGSI::BlankFrom(std::size_t position, std::size_t word) cons
 std::string_view CConvFileGSI::NameInFirstWord() const {
     const std::size_t plus = line_.find('+');
     const std::size_t blank = BlankFrom(kFirstWordEnd);
-    if (plus == line_.npos || plus >= blank)
+    if (plus == std::string_view::npos || plus >= blank)
         return {};
     std::string_view name = TrimBoth(line_.substr(plus + 1, blank - plus - 1));
     EliminaZeriIniz(name);
@@ -297,7 +297,7 @@ std::string CConvFileGSI::TrovaStrInCmpConCod(std::string_view key) const {
     const std::size_t search = blanks_[word] + kTextSearch;
     const std::size_t plus = line_.find('+', search);
     const std::size_t blank = BlankFrom(search, word);
-    if (plus == line_.npos || plus >= blank)
+    if (plus == std::string_view::npos || plus >= blank)
         return {};
     std::string_view digits = TrimBoth(line_.substr(plus + 1, blank - plus - 1));
     EliminaZeriIniz(digits);
@@ -316,7 +316,7 @@ double CConvFileGSI::TrovaDoubleInCmpConCod(std::string_view key) const {
     const std::size_t end = BlankFrom(position + kData, word);
     const std::string_view data = line_.substr(position + kData, end - position - kData);
     double value = NumberOrNoValue(data);
-    if (!IsPresent(value))
+    if (value == kNoValue)
         return kNoValue;
     if (line_[position + kSign] == '-')
         value = -value;

@@ -20,7 +20,8 @@ double LimiteAng0_400(double angle) {
     double limited = std::fmod(angle, kTurn);
     if (limited < 0)
         limited += kTurn;
-    return limited < kTurn ? limited : 0; // a tiny negative angle rounds up to a whole turn
+    // A tiny negative angle rounds up to a whole turn; a whole turn back leaves -0.
+    return limited < kTurn ? limited + 0.0 : 0;
 }
 
 double LimiteAng200_200(double angle) {

@@ -1,14 +1,12 @@
 #include "framework/ConvFileBase.h"
 
-#include "framework/Text.h"
-
 CConvFileBase::CConvFileBase(CLibCmp& fieldBook, std::string* fileName)
-    : CConvGen(fieldBook, fileName) {}
+    : CConvGen(fieldBook, fileName), path_(*fileName) {}
 
 bool CConvFileBase::Esegui() {
     if (!OpenFile())
         return false;
-    AggiungeJobDelFile();
+    AggiungeJobDelFile(path_);
     while (LeggeUnaRigaDaFile()) {
         if (!line_.empty())
             ProcessaRiga();
@@ -19,15 +17,9 @@ bool CConvFileBase::Esegui() {
 }
 
 bool CConvFileBase::OpenFile() {
-    return file_.Open(*fileName_);
+    return file_.Open(path_);
 }
 
-/// The last character goes, whatever it is: the line feed of an ordinary line, but the last real
-/// character of a file that ends without one, and of every piece of a line of more than 254
-/// characters. Instruments end every line, so this is kept as it is.
 bool CConvFileBase::LeggeUnaRigaDaFile() {
-    if (!file_.ReadLine(line_))
-        return false;
-    line_ = DropLast(line_);
-    return true;
+    return file_.ReadLineWithoutLast(line_);
 }

@@ -3,6 +3,7 @@
 #include "framework/ConvGen.h"
 #include "framework/TextFile.h"
 
+#include <string>
 #include <string_view>
 
 /// Base of the converters whose file is read one line at a time. A subclass supplies ProcessaRiga
@@ -25,5 +26,6 @@ private:
     bool OpenFile();
     bool LeggeUnaRigaDaFile();
 
+    std::string path_; ///< the file's name as it was given
     TextFile file_;
 };

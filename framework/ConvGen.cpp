@@ -35,10 +35,14 @@ void CConvGen::AggiungeJob(std::string name, std::string operatorName, std::stri
     staIndex_ = -1;
 }
 
-void CConvGen::AggiungeJobDelFile() {
-    std::string name = TextOfPath(*fileName_);
+void CConvGen::AggiungeJobDelFile(const std::string& path) {
+    AggiungeJob(NomeDelFile(path), "", "", "");
+}
+
+std::string CConvGen::NomeDelFile(const std::string& path) {
+    std::string name = path;
     EstraiIlNomeFile(name);
-    AggiungeJob(std::move(name), "", "", "");
+    return TextOfPath(name);
 }
 
 void CConvGen::AggiungeSta(std::string name, std::string code, double instrumentHeight,
@@ -117,6 +121,13 @@ void CConvGen::SetAtJob(JobSetter set, std::string text) {
 void CConvGen::SetHStrumAtSta(double height) {
     if (CSta* const station = CurrentStation())
         station->SetAltStr(FiniteOrNoValue(height));
+}
+
+PolarReading CConvGen::ReducedReading(double horizontalDistance, double heightDifference) {
+    if (!IsPresent(horizontalDistance) || !IsPresent(heightDifference))
+        return {.slopeDistance = kNoValue, .zenithAngle = kNoValue};
+    warningKind_ = kReduced;
+    return RoundedPolarFromReduced(horizontalDistance, heightDifference);
 }
 
 std::string CConvGen::GetNomeOfJob() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/Export.h"
+#include "framework/Reduction.h"
 #include "host/LibCmp.h"
 
 #include <memory>
@@ -38,7 +39,10 @@ protected:
     void AggiungeJob(std::string name, std::string operatorName, std::string instrument,
                      std::string date);
     /// Appends a job named after the file.
-    void AggiungeJobDelFile();
+    void AggiungeJobDelFile() { AggiungeJobDelFile(*fileName_); }
+    void AggiungeJobDelFile(const std::string& path);
+    /// The bare name of a file, as the field book holds it.
+    static std::string NomeDelFile(const std::string& path);
     /// Appends a station to the current job and makes it the current one.
     void AggiungeSta(std::string name, std::string code, double instrumentHeight,
                      double temperature, double pressure);
@@ -53,6 +57,10 @@ protected:
     void SetDataAtJob(std::string date);
     /// Sets the instrument height of the current station.
     void SetHStrumAtSta(double height);
+
+    /// The polar reading for a horizontal distance and a height difference, rounded, and the
+    /// warning that it was computed. Where either is absent so is the reading, and nothing is said.
+    PolarReading ReducedReading(double horizontalDistance, double heightDifference);
 
     /// Name of the current job; empty where there is none.
     std::string GetNomeOfJob();

@@ -14,14 +14,12 @@ bool Convert(const ConversionTarget& target, std::string* fileName) {
     return Converter(target.fieldBook, fileName).Esegui();
 }
 
+// clang-format off
 constexpr Format kFormats[] = {
-    {.code = 1,
-     .name = "gsi",
-     .extensions = "GSI",
-     .downloadExtensions = "",
-     .title = "GSI-8 and GSI-16 word files, with code blocks",
-     .convert = Convert<CConvFileGSI>},
+    // code, name, usual extensions, download extensions, title, converter
+    {1, "gsi", "GSI", "", "GSI-8 and GSI-16 word files, with code blocks", Convert<CConvFileGSI>},
 };
+// clang-format on
 
 bool ListHolds(std::string_view list, std::string_view word) {
     std::string_view field;

@@ -17,8 +17,8 @@ constexpr bool IsDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-/// Drops leading blanks and a plus sign, which std::from_chars does not take. Nothing is left where
-/// the text cannot be a number.
+/// Drops leading blanks and a plus sign, which std::from_chars does not take; everything where a minus
+/// sign follows it.
 std::string_view NumberText(std::string_view text) {
     text = TrimLeft(text);
     if (text.starts_with('+')) {
@@ -33,7 +33,7 @@ std::string_view NumberText(std::string_view text) {
 /// of its first digit other than 0. Only asked where std::from_chars could represent neither.
 bool IsTooLarge(std::string_view number) {
     number.remove_prefix(number.starts_with('-') ? 1 : 0);
-    long power = 0;
+    std::int64_t power = 0;
     bool pointSeen = false;
     bool leading = true;
     std::size_t i = 0;
@@ -54,9 +54,10 @@ bool IsTooLarge(std::string_view number) {
     const bool negative = number.starts_with('-');
     if (negative || number.starts_with('+'))
         number.remove_prefix(1);
-    long exponent = 0;
+    constexpr std::int64_t kFarAway = 1'000'000'000;
+    std::int64_t exponent = 0;
     for (const char digit : number)
-        exponent = std::min(exponent * 10 + (digit - '0'), 1000000000L);
+        exponent = std::min(exponent * 10 + (digit - '0'), kFarAway);
     return power + (negative ? -exponent : exponent) > 0;
 }
 
@@ -131,6 +132,8 @@ Integer IntegerAtStart(std::string_view text) {
 } // namespace
 
 bool NumberAtStart(std::string_view text, double& number) {
+    if (!text.empty() && IsDigit(text[0]) && PlainDecimal(text, number))
+        return true; // nearly always
     text = NumberText(text);
     const std::size_t digits = text.starts_with('-') ? 1 : 0;
     if (PlainDecimal(text.substr(digits), number)) {
@@ -163,6 +166,11 @@ double DoubleDaString(std::string_view text) {
     return number;
 }
 
+double DividedNumber(std::string_view text, double divisor) {
+    const double number = DoubleDaString(text);
+    return IsPresent(number) ? number / divisor : number;
+}
+
 double tsk_atof(const char* text) {
     return DoubleDaString(text);
 }
@@ -173,6 +181,13 @@ short IntDaStringNullZero(std::string_view text) {
 
 long LongDaStringNullZero(std::string_view text) {
     return IntegerAtStart<long>(text);
+}
+
+std::string WithImpliedPoint(std::string_view text, std::size_t decimals) {
+    std::string pointed(text);
+    if (text.size() >= decimals && text.find('.') == std::string_view::npos)
+        pointed.insert(text.size() - decimals, 1, '.');
+    return pointed;
 }
 
 std::string StringDaDouble(double value, int width, int decimals) {
@@ -208,7 +223,10 @@ long LongRound(double value) {
     constexpr double kHighest = std::numeric_limits<std::int32_t>::max();
     if (std::isnan(value))
         return 0;
-    return std::lround(std::clamp(value, kLowest, kHighest));
+    const double limited = std::clamp(value, kLowest, kHighest);
+    const auto whole = static_cast<std::int32_t>(limited);
+    const double rest = limited - whole; // exact, so halves are told exactly
+    return whole + (rest >= 0.5 ? 1 : 0) - (rest <= -0.5 ? 1 : 0);
 }
 
 double RoundedByLong(double value, double scale) {

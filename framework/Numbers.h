@@ -22,7 +22,11 @@ double NumberOrNoValue(std::string_view text);
 /// read as 0 was not measured).
 double DoubleDaString(std::string_view text);
 
-/// As DoubleDaString, with the name under which the C library has it.
+/// The number at the start of the text, divided, as formats that leave the decimal point out need it;
+/// an absent one stays absent.
+double DividedNumber(std::string_view text, double divisor);
+
+/// As DoubleDaString, for a C string.
 double tsk_atof(const char* text);
 
 /// The integer at the start of the text: leading blanks, an optional sign, digits. 0 where there
@@ -30,8 +34,12 @@ double tsk_atof(const char* text);
 short IntDaStringNullZero(std::string_view text);
 long LongDaStringNullZero(std::string_view text);
 
-/// The value with that many decimals, padded with spaces on the left to `width`, as sprintf's
-/// "%*.*f" writes it in the C locale.
+/// The text of a number that leaves its decimal point out, with a "." before its last `decimals`
+/// characters. A text that has a "." or is too short to take one stays as it is.
+std::string WithImpliedPoint(std::string_view text, std::size_t decimals);
+
+/// The value with that many decimals (0 to 100), padded with spaces on the left to `width` (0 or
+/// more), as sprintf's "%*.*f" writes it in the C locale.
 std::string StringDaDouble(double value, int width, int decimals);
 
 /// The value rounded to that number of decimals, halves away from zero. An absent or non-finite
@@ -46,13 +54,13 @@ double ArrotondatoAlVal(double value, double step);
 /// end of it (0 for a NaN).
 long LongRound(double value);
 
-/// LongRound(value x scale) / scale: how some instruments' formats keep millimetres and tenths of
-/// milligons. An absent value, and one whose scaled form fits no 32-bit integer, stays as it is.
+/// LongRound(value x scale) / scale: how some formats keep millimetres, or decimals of a gon. An absent value, and one whose scaled form fits no 32-bit integer, stays as it is.
 double RoundedByLong(double value, double scale);
 
-/// The value itself, or the no-value marker where arithmetic on bad input left no finite number.
+/// A measurement as it goes into the field book: the no-value marker where arithmetic on bad input
+/// left no finite number, and no negative zero (atan and "-0" give one).
 inline double FiniteOrNoValue(double value) {
-    return std::isfinite(value) ? value : kNoValue;
+    return std::isfinite(value) ? value + 0.0 : kNoValue;
 }
 
 /// A slope distance as read: exactly 0 means that no distance was measured.

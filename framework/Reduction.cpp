@@ -14,7 +14,8 @@ PolarReading PolarFromReduced(double horizontalDistance, double heightDifference
         if (zenith < 0)
             zenith += 200;
     }
-    return {.slopeDistance = std::sqrt(d * d + h * h), .zenithAngle = zenith};
+    // Straight down atan gives -0.
+    return {.slopeDistance = std::sqrt(d * d + h * h), .zenithAngle = zenith + 0.0};
 }
 
 PolarReading RoundedPolarFromReduced(double horizontalDistance, double heightDifference) {

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <bit>
-#include <cstdint>
-#include <cstring>
 #include <string>
 #include <string_view>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 /// Texts, as the converters work on them: bytes in Windows-1252. A blank is the space and the tab,
 /// nothing else.
@@ -56,28 +58,46 @@ constexpr std::string_view DropLast(std::string_view text) {
     return text.substr(0, text.empty() ? 0 : text.size() - 1);
 }
 
+/// The columns of a field, as formats with fixed columns have them.
+struct Columns {
+    std::size_t first; ///< counted from 0
+    std::size_t count;
+};
+
+/// The text in those columns; less of it, or none, where the line ends before.
+constexpr std::string_view Piece(std::string_view line, Columns columns) {
+    return Piece(line, columns.first, columns.count);
+}
+
+/// True where `text` begins with that literal; compared in place, without a call.
+template <std::size_t Size>
+constexpr bool Begins(std::string_view text, const char (&literal)[Size]) {
+    constexpr std::size_t kLength = Size - 1;
+    bool begins = text.size() >= kLength;
+    for (std::size_t i = 0; begins && i < kLength; ++i)
+        begins = text[i] == literal[i];
+    return begins;
+}
+
 /// True where `text` holds `piece` anywhere.
 constexpr bool Contains(std::string_view text, std::string_view piece) {
     return text.find(piece) != std::string_view::npos;
 }
 
-/// Calls `found` with every position of `wanted`, first to last. Looks at eight characters at once:
-/// what is looked for turns into zero bytes, and those into set top bits.
+/// Calls `found` with every position of `wanted`, first to last; sixteen characters at a time where the
+/// processor can.
 template <class Found>
 void ForEachPosition(std::string_view text, char wanted, Found found) {
     std::size_t i = 0;
-    if constexpr (std::endian::native == std::endian::little) {
-        constexpr std::uint64_t kLow7 = 0x7F7F7F7F7F7F7F7F;
-        const std::uint64_t pattern = 0x0101010101010101 * static_cast<unsigned char>(wanted);
-        for (; i + sizeof pattern <= text.size(); i += sizeof pattern) {
-            std::uint64_t bytes = 0;
-            std::memcpy(&bytes, text.data() + i, sizeof bytes);
-            bytes ^= pattern;
-            std::uint64_t hits = ~(((bytes & kLow7) + kLow7) | bytes | kLow7);
-            for (; hits != 0; hits &= hits - 1)
-                found(i + static_cast<std::size_t>(std::countr_zero(hits)) / 8);
-        }
+#if defined(__SSE2__)
+    const __m128i pattern = _mm_set1_epi8(wanted);
+    for (; i + sizeof pattern <= text.size(); i += sizeof pattern) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + i));
+        auto hits = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, pattern)));
+        for (; hits != 0; hits &= hits - 1)
+            found(i + static_cast<std::size_t>(std::countr_zero(hits)));
     }
+#endif
     for (; i < text.size(); ++i) {
         if (text[i] == wanted)
             found(i);
@@ -94,4 +114,12 @@ constexpr bool CutAt(std::string_view& text, char separator, std::string_view& f
     field = text.substr(0, end);
     text.remove_prefix(end + 1);
     return true;
+}
+
+/// Takes the text up to the first `separator` off the front of `text`; all of it where there is none.
+constexpr std::string_view TakeField(std::string_view& text, char separator) {
+    std::string_view field = text;
+    if (!CutAt(text, separator, field))
+        text = {};
+    return field;
 }

@@ -10,8 +10,6 @@ constexpr char kCtrlZ = '\x1A';
 
 /// Bytes that a line must be cut from: 254 characters, and a CR that may turn out not to be one.
 constexpr std::size_t kLineBytes = TextFile::kLongestLine + 1;
-/// What may be left over when a block is added, and a character to step back over.
-constexpr std::size_t kCarried = kLineBytes + 1;
 
 const char* Find(const char* bytes, char wanted, std::size_t size) {
     return static_cast<const char*>(std::memchr(bytes, wanted, size));
@@ -23,7 +21,7 @@ bool TextFile::Open(const std::string& name) {
     Close();
     if (!file_.Open(name))
         return false;
-    block_ = std::make_unique_for_overwrite<char[]>(kCarried + kBlock);
+    block_ = std::make_unique_for_overwrite<char[]>(kLineBytes + kBlock);
     atEnd_ = false;
     return true;
 }
@@ -63,10 +61,9 @@ bool TextFile::ReadLine(std::string_view& line) {
 void TextFile::Fill() {
     if (atEnd_)
         return;
-    const std::size_t kept = position_ > 0 ? position_ - 1 : 0;
-    std::memmove(block_.get(), block_.get() + kept, end_ - kept);
-    position_ -= kept;
-    end_ -= kept;
+    std::memmove(block_.get(), block_.get() + position_, end_ - position_);
+    end_ -= position_;
+    position_ = 0;
 
     char* const fresh = block_.get() + end_;
     std::size_t size = file_.Read(fresh, kBlock);

@@ -3,11 +3,11 @@
 #include <cstdarg>
 #include <cstddef>
 
-#if defined(_WIN32)
 #include <locale.h>
+
+#if defined(_WIN32)
 using tsk_locale_t = _locale_t;
 #else
-#include <locale.h>
 using tsk_locale_t = locale_t;
 #endif
 

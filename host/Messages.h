@@ -9,7 +9,7 @@ class String;
 }
 
 /// The window handle of the platform, spelled so that <windows.h> may come before, after or never.
-struct HWND__;
+struct HWND__; // NOLINT(bugprone-reserved-identifier): the platform's own name
 using HWND = HWND__*;
 
 /// Modal message with an exclamation mark and an OK button. The library passes no owner (null);

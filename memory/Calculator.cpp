@@ -13,10 +13,6 @@ bool HasPlan(const Coordinates& place) {
     return IsPresent(place.x) && IsPresent(place.y);
 }
 
-double ValueOrZero(double value) {
-    return IsPresent(value) ? value : 0;
-}
-
 } // namespace
 
 std::optional<Observation> Calculator::Observe(const Coordinates& station, double instrumentHeight,

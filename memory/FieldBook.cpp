@@ -43,7 +43,7 @@ CSta* FieldBook::AddSta(int job, bool) {
     if (Declines(Adder::Station) || !owner)
         return nullptr;
     const int index = static_cast<int>(owner->stations.size());
-    return owner->stations.emplace_back(std::make_unique<Station>(job, index)).get();
+    return owner->stations.emplace_back(std::make_unique<Station>(job, index, codes_)).get();
 }
 
 int FieldBook::GetStaArSize(int job) {

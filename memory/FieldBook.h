@@ -58,7 +58,8 @@ private:
     Job* FindJob(int job);
     Station* FindStation(int job, int sta);
 
-    PointStorage pointStorage_; ///< outlives the jobs below
+    PointStorage pointStorage_; ///< outlives the jobs below, as do the codes
+    TextPool codes_;
     std::vector<std::unique_ptr<Job>> jobs_;
     std::vector<std::unique_ptr<OrientationPoint>> orientationPoints_;
     Calculator calculator_;

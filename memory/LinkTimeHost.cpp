@@ -15,6 +15,7 @@ struct ThreadState {
     DialogAnswer answer;
     DialogCall call;
     std::vector<Message> messages;
+    CodeTable codes;
     int codeTables = 0;
 };
 
@@ -35,6 +36,10 @@ DialogCall TakeDialogCall() {
 
 std::vector<Message> TakeMessages() {
     return std::exchange(State().messages, {});
+}
+
+void UseCodeTable(CodeTable table) {
+    State().codes = std::move(table);
 }
 
 int LiveCodeTables() {
@@ -76,10 +81,8 @@ void MessageBoxWithLink(HWND, const tsk::String& title, const tsk::String& messa
                                 .hasLink = true});
 }
 
-// The code table of the host in memory has no entries: a code is stored as it was read.
-
-struct CConvCod::Table {
-    Table() { ++State().codeTables; }
+struct CConvCod::Table : convfile::memory::CodeTable {
+    Table() : CodeTable(State().codes) { ++State().codeTables; }
     Table(const Table&) = delete;
     Table& operator=(const Table&) = delete;
     ~Table() { --State().codeTables; }
@@ -90,14 +93,17 @@ CConvCod::~CConvCod() {
     delete table_;
 }
 const std::string& CConvCod::CodeConvertito(const std::string& code) {
-    return code;
+    const auto found = table_->pointCodes.find(code);
+    return found == table_->pointCodes.end() ? code : found->second;
 }
 const std::string& CConvCod::IdenConvertito(const std::string& code) {
-    return code;
+    const auto found = table_->stationIdentifiers.find(code);
+    return found == table_->stationIdentifiers.end() ? code : found->second;
 }
-std::string CConvCod::ModalitaConver(const std::string&) {
-    return {};
+std::string CConvCod::ModalitaConver(const std::string& code) {
+    const auto found = table_->drawingAttributes.find(code);
+    return found == table_->drawingAttributes.end() ? std::string() : found->second;
 }
 bool CConvCod::GetModoConver() const {
-    return false;
+    return table_->conversionMode;
 }

@@ -2,6 +2,7 @@
 
 #include "host/HostExport.h"
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -33,10 +34,21 @@ struct Message {
     bool hasLink = false;
 };
 
+/// What is stored for the codes that are read; a code without an entry stays as it is, and has no
+/// drawing attribute.
+struct CodeTable {
+    std::map<std::string, std::string> pointCodes;
+    std::map<std::string, std::string> stationIdentifiers;
+    std::map<std::string, std::string> drawingAttributes;
+    bool conversionMode = false;
+};
+
 CONVFILE_HOST_API void AnswerDialogs(DialogAnswer answer);
 CONVFILE_HOST_API DialogCall TakeDialogCall();
 /// The messages shown on this thread since they were last taken.
 CONVFILE_HOST_API std::vector<Message> TakeMessages();
+/// The table of the conversions that begin on this thread from now on.
+CONVFILE_HOST_API void UseCodeTable(CodeTable table);
 /// How many code tables of this thread are alive.
 CONVFILE_HOST_API int LiveCodeTables();
 

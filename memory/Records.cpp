@@ -1,8 +1,13 @@
 #include "memory/Records.h"
 
 #include "memory/Calculator.h"
+#include "memory/PageHint.h"
 
 namespace convfile::memory {
+
+void Point::SetCode(const std::string& code) {
+    code_ = &station_->Codes().Keep(code);
+}
 
 void Point::SetDtIntAng(double slopeDistance, double verticalAngle, double horizontalAngle) {
     slopeDistance_ = slopeDistance;

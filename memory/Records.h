@@ -10,19 +10,39 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace convfile::memory {
 
 class Station;
 
+/// Texts that many records have in common, each kept once. A text stays where it is while the pool
+/// lives.
+class TextPool {
+public:
+    const std::string& Keep(const std::string& text) {
+        if (*last_ != text)
+            last_ = &*texts_.insert(text).first;
+        return *last_;
+    }
+    static const std::string& Empty() {
+        static const std::string empty;
+        return empty;
+    }
+
+private:
+    std::unordered_set<std::string> texts_;
+    const std::string* last_ = &Empty(); ///< most often the next one is the same
+};
+
 /// An observed point as the field book in memory keeps it.
 class Point final : public Entity<CPun> {
 public:
     explicit Point(const Station& station) : station_(&station) {}
 
-    void SetCode(const std::string& code) override { code_ = code; }
-    const std::string& GetCode() override { return code_; }
+    void SetCode(const std::string& code) override;
+    const std::string& GetCode() override { return *code_; }
     void SetAltPri(double height) override { targetHeight_ = height; }
     void SetAngO(double angle) override { horizontalAngle_ = angle; }
     double GetAngO() override { return horizontalAngle_; }
@@ -35,7 +55,7 @@ public:
     void SetCoordEtCalcMisure(bool setting, double x, double y, double z, CCalcDsOr& calculator,
                               double, double) override;
 
-    const std::string& Code() const { return code_; }
+    const std::string& Code() const { return *code_; }
     double TargetHeight() const { return targetHeight_; }
     double SlopeDistance() const { return slopeDistance_; }
     double VerticalAngle() const { return verticalAngle_; }
@@ -43,7 +63,7 @@ public:
     const Station& Owner() const { return *station_; }
 
 private:
-    std::string code_;
+    const std::string* code_ = &TextPool::Empty(); ///< in the pool of the book
     double targetHeight_ = kNoValue;
     double slopeDistance_ = kNoValue;
     double verticalAngle_ = kNoValue;
@@ -74,7 +94,7 @@ private:
 /// An instrument station with its points.
 class Station final : public Entity<CSta> {
 public:
-    Station(int job, int index) : job_(job), index_(index) {}
+    Station(int job, int index, TextPool& codes) : codes_(codes), job_(job), index_(index) {}
 
     void SetIden(const std::string& identifier) override { identifier_ = identifier; }
     const std::string& GetIden() override { return identifier_; }
@@ -91,6 +111,8 @@ public:
     double Orientation() const { return orientation_; }
     int JobIndex() const { return job_; }
     int Index() const { return index_; }
+    /// The codes of the book's points.
+    TextPool& Codes() const { return codes_; }
 
     std::vector<PointOwner> points;
 
@@ -100,6 +122,7 @@ private:
     double temperature_ = kNoValue;
     double pressure_ = kNoValue;
     double orientation_ = kNoValue;
+    TextPool& codes_;
     int job_;
     int index_;
 };

@@ -42,7 +42,7 @@ TEST(Golden, EveryFileGivesItsFieldBook) {
     const char* const update = std::getenv("CONVFILE_UPDATE_GOLDEN");
     for (const Golden& golden : GoldenFiles()) {
         const std::string expected = ReadBytes(golden.json);
-        const std::string actual = ConvertToJson(golden.format, golden.file.string());
+        const std::string actual = ConvertToJson(golden.format, golden.Path());
         EXPECT_EQ(FirstDifference(expected, actual), "") << golden.file;
         if (update && expected != actual)
             WriteBytes(golden.json, actual);
@@ -54,8 +54,10 @@ TEST(Golden, EveryFormatHasFilesAndEveryFolderAFormat) {
     for (const Golden& golden : GoldenFiles())
         folders.insert(golden.format);
     std::set<std::string> formats;
-    for (const Format& format : Formats())
-        formats.insert(std::string(format.name));
+    for (const Format& format : Formats()) {
+        if (CanConvert(format.name))
+            formats.insert(std::string(format.name));
+    }
     EXPECT_EQ(folders, formats);
 }
 

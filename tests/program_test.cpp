@@ -16,6 +16,8 @@
 namespace convfile::test {
 namespace {
 
+using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -46,10 +48,13 @@ protected:
     }
 
     std::string Gsi(const std::string& name) const {
-        folder_.Write(name, "110001+00000001 21.322+10000000 22.322+10000000 32..00+00010000 "
-                            "33..00+00000000 71....+0000P\xE8\x81\n");
+        folder_.Write(name, kOnePoint);
         return Quoted(name);
     }
+
+    static constexpr std::string_view kOnePoint =
+        "110001+00000001 21.322+10000000 22.322+10000000 32..00+00010000 "
+        "33..00+00000000 71....+0000P\xE8\x81\n";
 
     TempFolder folder_;
 };
@@ -57,7 +62,7 @@ protected:
 TEST_F(ProgramTest, WrongUsageIsStatusTwo) {
     for (const char* arguments :
          {"", "--to xml x.gsi", "--code x x.gsi", "--code 1 --download x.gsi", "--frmat gsi x.gsi",
-          "--format nosuch x.gsi"}) {
+          "--format nosuch x.gsi", "--format \"\" x.gsi", "formats x.gsi", "--code 1,2 x.gsi"}) {
         const Outcome outcome = Run(arguments);
         EXPECT_EQ(outcome.status, 2) << arguments;
         EXPECT_EQ(outcome.out, "") << arguments;
@@ -76,25 +81,30 @@ TEST_F(ProgramTest, ShowsPeopleATable) {
     const Outcome outcome = Run(Gsi("site.gsi"));
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    EXPECT_THAT(outcome.out, StartsWith("site.gsi: 1 job, 1 station, 1 point (without distance 0"));
-    EXPECT_THAT(outcome.out, HasSubstr("Import File"));
+    const std::string summary =
+        "site.gsi: 1 job, 1 station, 1 point (without distance 0, without zenith angle 0, without "
+        "horizontal angle 0); [Import File] I dati convertiti";
+    EXPECT_THAT(outcome.out, StartsWith(summary));
     EXPECT_THAT(outcome.out, HasSubstr("Slope distance [m]"));
     EXPECT_THAT(outcome.out, HasSubstr("P\u00E8\\x81"));
-    EXPECT_THAT(Run("--to summary " + Gsi("site.gsi")).out, Not(HasSubstr("Slope")));
+    const Outcome lines = Run("--to summary " + Gsi("site.gsi") + " " + Gsi("other.gsi"));
+    EXPECT_THAT(lines.out, AllOf(StartsWith(summary), HasSubstr("\nother.gsi: 1 job")));
+    EXPECT_EQ(std::ranges::count(lines.out, '\n'), 2) << "one line a file, warnings and all";
 }
 
 TEST_F(ProgramTest, PrintsOneObjectOrAnArray) {
     const Outcome one = Run("--to json " + Gsi("a.gsi"));
     EXPECT_THAT(one.out, StartsWith("{\n  \"file\": \"a.gsi\",\n  \"converted\": true,\n"));
-    EXPECT_THAT(one.out, HasSubstr("\"code\": \"P\u00E8\u0081\""));
+    EXPECT_THAT(one.out, HasSubstr("\"code\": \"P\u00E8\\u0081\""));
     EXPECT_THAT(one.out, HasSubstr("\"slope_distance\": 10,"));
     const Outcome two = Run("--to json " + Gsi("a.gsi") + " " + Gsi("b.gsi"));
-    EXPECT_EQ(two.out.front(), '[');
+    EXPECT_THAT(two.out, AllOf(StartsWith("[\n{\n"), HasSubstr("},\n{\n"), EndsWith("}\n]\n")));
     EXPECT_THAT(two.out, HasSubstr("\"b.gsi\""));
 }
 
 TEST_F(ProgramTest, GoesOnAfterAFileThatCannotBeConverted) {
     std::filesystem::create_directory(folder_.Path("folder.gsi"));
+    folder_.Write("site.what", kOnePoint);
     const Outcome outcome = Run("--to jsonl " + Quoted("missing.gsi") + " " + Quoted("folder.gsi") +
                                 " " + Quoted("site.what") + " " + Gsi("good.gsi"));
     EXPECT_EQ(outcome.status, 1);
@@ -104,15 +114,28 @@ TEST_F(ProgramTest, GoesOnAfterAFileThatCannotBeConverted) {
     EXPECT_THAT(outcome.err, HasSubstr("missing.gsi: cannot be opened"));
     EXPECT_THAT(outcome.err, HasSubstr("folder.gsi: is a folder"));
     EXPECT_THAT(outcome.err, HasSubstr("site.what: its extension tells no format"));
-    EXPECT_THAT(outcome.err, HasSubstr("gsi   "));
+    EXPECT_THAT(outcome.err, HasSubstr("gsi   ")) << "the list of formats";
 }
 
 TEST_F(ProgramTest, SaysWhatHasNoConverter) {
     EXPECT_THAT(Run("--code 2 " + Gsi("a.gsi")).err, HasSubstr("format code 2 has no converter"));
     EXPECT_THAT(Run("--code -7 " + Gsi("a.gsi")).err, HasSubstr("format code -7 has no converter"));
+    EXPECT_THAT(Run("--code 010 " + Gsi("a.gsi")).err, HasSubstr("format code 10 has no"));
+    EXPECT_THAT(Run("--code 99999999999 " + Gsi("a.gsi")).err, HasSubstr("has no converter"));
     const Outcome download = Run("--download " + Gsi("a.gsi"));
     EXPECT_EQ(download.status, 1);
     EXPECT_THAT(download.err, HasSubstr("a.gsi: its extension is none of"));
+}
+
+TEST_F(ProgramTest, TakesNamesAsTheyAre) {
+    EXPECT_EQ(Run("--to summary " + Gsi("[a,b].gsi")).status, 0);
+    std::filesystem::current_path(folder_.Path("."));
+    EXPECT_THAT(Run("--code 1 [a,b].gsi").out, StartsWith("[a,b].gsi: 1 job"));
+    std::filesystem::current_path("/");
+#if !defined(_WIN32)
+    const Outcome coloured = Run("--to summary " + Quoted("\x1B[31mred.gsi"));
+    EXPECT_THAT(coloured.out + coloured.err, Not(HasSubstr("\x1B"))) << "no steering of terminals";
+#endif
 }
 
 TEST_F(ProgramTest, PrintsIntoAFile) {
@@ -123,6 +146,8 @@ TEST_F(ProgramTest, PrintsIntoAFile) {
     const std::string before = ReadBytes(folder_.Path("a.gsi"));
     EXPECT_EQ(Run("-o " + Quoted("a.gsi") + " " + Quoted("a.gsi")).status, 2);
     EXPECT_EQ(ReadBytes(folder_.Path("a.gsi")), before) << "never over its own input";
+    EXPECT_EQ(Run("-o " + Quoted("none.gsi") + " " + Quoted("none.gsi")).status, 2);
+    EXPECT_FALSE(std::filesystem::exists(folder_.Path("none.gsi"))) << "nor made where it misses";
     EXPECT_EQ(Run("-o " + Quoted("no/such/folder") + " " + Quoted("a.gsi")).status, 1);
 #if !defined(_WIN32)
     if (std::filesystem::exists("/dev/full")) {

@@ -74,7 +74,7 @@ TEST(Text, CutsAtTheFirstSeparatorOnly) {
 TEST(Text, FindsEveryPositionOnce) {
     const std::string text = " a\x20\xA0!\x1F  12345678 \x80\x21        x ";
     std::vector<std::size_t> expected;
-    for (std::size_t i = text.find(' '); i != text.npos; i = text.find(' ', i + 1))
+    for (std::size_t i = text.find(' '); i != std::string_view::npos; i = text.find(' ', i + 1))
         expected.push_back(i);
     std::vector<std::size_t> positions;
     ForEachPosition(text, ' ', [&](std::size_t i) { positions.push_back(i); });

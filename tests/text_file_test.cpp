@@ -10,6 +10,7 @@ namespace convfile::test {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsSupersetOf;
 
 std::vector<std::string> LinesOf(std::string_view bytes) {
     const TempFolder folder;
@@ -63,6 +64,11 @@ TEST(TextFile, DeliversTheSameAcrossItsBlocks) {
             all += line;
         EXPECT_EQ(all, expected) << shift;
         EXPECT_EQ(LinesOf(bytes + "\r").back().back(), '\r') << shift;
+        const std::string last = bytes.substr(bytes.rfind('\n') + 1);
+        EXPECT_EQ(LinesOf(bytes + "\x1Alost\n").back(), last) << shift;
+        EXPECT_THAT(LinesOf(bytes + std::string("\0lost\nend\n", 10)),
+                    IsSupersetOf({last, std::string("end\n")}))
+            << shift;
     }
 }
 

@@ -12,8 +12,9 @@ namespace {
 
 std::vector<std::string> ConvertAll(const std::vector<Golden>& files) {
     std::vector<std::string> results;
+    results.reserve(files.size());
     for (const Golden& golden : files)
-        results.push_back(ConvertToJson(golden.format, golden.file.string()));
+        results.push_back(ConvertToJson(golden.format, golden.Path()));
     return results;
 }
 

@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <limits>
 
 namespace convfile::test {
 namespace {
@@ -113,12 +113,39 @@ TEST(Writer, GoesOnWhereABookDeclines) {
     EXPECT_EQ(jobless.GetJobArSize(), 0);
 }
 
-TEST(Writer, WhatIsNotFiniteIsAbsent) {
+/// A book that took no job is begun anew: the next job counts as the first, and an unnamed one is
+/// taken to be the first wherever it stands.
+TEST(Writer, CountsJobsFromTheFirstAfterADeclinedOne) {
+    constexpr std::size_t kAccept = 99;
     FieldBook book;
     OpenConverter converter(book);
-    converter.AggiungeSta("S", "", std::nan(""), INFINITY, -INFINITY);
-    converter.AggiungePun("1", "", "", std::nan(""), INFINITY, -INFINITY, std::nan(""));
-    converter.SetHStrumAtSta(INFINITY);
+    converter.AggiungeJob("A", "", "", "");
+    converter.AggiungeJob("B", "", "", "");
+    book.DeclineFrom(Adder::Job, 2);
+    converter.AggiungeJob("declined", "", "", "");
+    book.DeclineFrom(Adder::Job, kAccept);
+    converter.AggiungeJob("C", "", "", "");
+    EXPECT_EQ(converter.GetNomeOfJob(), "A");
+    book.DeclineFrom(Adder::Job, 0);
+    converter.AggiungeJob("declined", "", "", "");
+    book.DeclineFrom(Adder::Job, kAccept);
+    book.DeclineFrom(Adder::Station, 0);
+    converter.Sta("declined");
+    converter.Pun("lost");
+    book.DeclineFrom(Adder::Station, kAccept);
+    converter.Pun("1");
+    EXPECT_EQ(book.GetJobArSize(), 4);
+    EXPECT_EQ(book.GetPunArSize(0, 0), 1);
+}
+
+TEST(Writer, WhatIsNotFiniteIsAbsent) {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+    FieldBook book;
+    OpenConverter converter(book);
+    converter.AggiungeSta("S", "", kNan, kInfinity, -kInfinity);
+    converter.AggiungePun("1", "", "", kNan, kInfinity, -kInfinity, kNan);
+    converter.SetHStrumAtSta(kInfinity);
     const auto& station = *book.Jobs()[0]->stations[0];
     const auto& point = *station.points[0];
     for (const double value : {station.InstrumentHeight(), station.Temperature(),
@@ -165,6 +192,27 @@ TEST(Writer, TellsTheLastWarningOnceAndInWindows1252) {
     for (const int kind : {0, 5, -1})
         warn(kind);
     EXPECT_TRUE(memory::TakeMessages().empty());
+}
+
+TEST(Writer, CodesGoThroughTheHostsTableOnce) {
+    memory::UseCodeTable({.pointCodes = {{"12", "MURO"}, {"MURO", "twice"}},
+                          .stationIdentifiers = {{"12", "CAPOSALDO"}},
+                          .drawingAttributes = {{"12", "LINEA"}, {"MURO", "of the stored code"}},
+                          .conversionMode = true});
+    FieldBook book;
+    {
+        OpenConverter converter(book);
+        memory::UseCodeTable({});
+        converter.AggiungeSta("S", "12", 1.5, kNoValue, kNoValue);
+        converter.AggiungePun("1", "12", "", 1.6, 10, 100, 50);
+        converter.AggiungePun("2", "13", "", 1.6, 10, 100, 50);
+    }
+    const auto& station = *book.Jobs()[0]->stations[0];
+    EXPECT_EQ(station.Identifier(), "CAPOSALDO");
+    EXPECT_EQ(station.points[0]->Code(), "MURO");
+    EXPECT_EQ(station.points[0]->GetExtras().drawingAttribute, "LINEA");
+    EXPECT_EQ(station.points[1]->Code(), "13");
+    EXPECT_EQ(station.points[1]->GetExtras().drawingAttribute, "");
 }
 
 TEST(Writer, CopiesShareTheCodeTableUntilTheLastIsGone) {

@@ -1,6 +1,5 @@
 #include "tests/support/Convert.h"
 
-#include "app/Display.h"
 #include "app/JsonOutput.h"
 
 #include <sstream>
@@ -29,20 +28,15 @@ std::string ConvertToJson(const std::string& format, const std::string& path) {
     return JsonOf(conversion);
 }
 
-std::vector<std::string> PointLines(const memory::FieldBook& book) {
-    std::vector<std::string> lines;
+std::vector<std::string> PointNames(const memory::FieldBook& book) {
+    std::vector<std::string> names;
     for (const auto& job : book.Jobs()) {
         for (const auto& station : job->stations) {
-            for (const auto& point : station->points) {
-                lines.push_back(point->GetNome() + "|" + point->Code() + "|" +
-                                app::ShownNumber(point->TargetHeight()) + "|" +
-                                app::ShownNumber(point->SlopeDistance()) + "|" +
-                                app::ShownNumber(point->VerticalAngle()) + "|" +
-                                app::ShownNumber(point->HorizontalAngle()));
-            }
+            for (const auto& point : station->points)
+                names.push_back(point->GetNome() + "|" + point->Code());
         }
     }
-    return lines;
+    return names;
 }
 
 } // namespace convfile::test

@@ -3,6 +3,7 @@
 #include "app/Conversion.h"
 
 #include <string>
+#include <vector>
 
 namespace convfile::test {
 
@@ -15,7 +16,7 @@ std::string JsonOf(const app::Conversion& conversion);
 /// Both at once.
 std::string ConvertToJson(const std::string& format, const std::string& path);
 
-/// All points of a field book in order, a line each: for comparing how far two books agree.
-std::vector<std::string> PointLines(const memory::FieldBook& book);
+/// Names and codes of all points of a field book in order: for comparing how far two books agree.
+std::vector<std::string> PointNames(const memory::FieldBook& book);
 
 } // namespace convfile::test

@@ -26,14 +26,21 @@ private:
 std::string ReadBytes(const std::filesystem::path& file);
 void WriteBytes(const std::filesystem::path& file, std::string_view bytes);
 
-/// A reference file, beside it the field book it must give.
+/// A reference file, beside it the field book it must give. The paths are relative, so that what a
+/// conversion says of its file is the same on every machine.
 struct Golden {
     std::string format; ///< short name of the format, which its folder is named after
     std::filesystem::path file;
     std::filesystem::path json;
+
+    std::string Path() const { return file.generic_string(); }
 };
 
-/// All reference files, folder by folder. A converter joins by adding its folder.
+/// All reference files that can be converted here, folder by folder. A converter joins by adding its
+/// folder. The folder that has them all becomes the process's own.
 std::vector<Golden> GoldenFiles();
+
+/// True where files of that format can be converted here: not every build reads databases.
+bool CanConvert(std::string_view format);
 
 } // namespace convfile::test

@@ -1,0 +1,33 @@
+#include "framework/Offset.h"
+
+#include "framework/Angles.h"
+
+#include <cmath>
+
+namespace {
+
+/// How far the line of sight turns for a lateral offset at a horizontal distance, gon.
+double TurnFor(double lateral, double horizontal) {
+    if (horizontal == 0)
+        return std::copysign(100.0, lateral);
+    return std::atan(lateral / horizontal) * kGonPerRadian;
+}
+
+} // namespace
+
+Sighting SightingAtOffset(const Sighting& reference, const Offset& offset) {
+    const double zenith = reference.zenithAngle * kRadiansPerGon;
+    const double h = reference.slopeDistance * std::sin(zenith) + offset.along;
+    const double v = reference.slopeDistance * std::cos(zenith) + offset.vertical;
+    const double horizontal = std::sqrt(h * h + offset.lateral * offset.lateral);
+
+    Sighting moved = reference;
+    moved.slopeDistance = std::sqrt(horizontal * horizontal + v * v);
+    moved.zenithAngle = horizontal == 0 ? 100 : 100 - std::atan(v / horizontal) * kGonPerRadian;
+    if (reference.zenithAngle >= 200)
+        moved.zenithAngle = 400 - moved.zenithAngle;
+    if (offset.lateral != 0)
+        moved.horizontalAngle =
+            LimiteAng0_400(reference.horizontalAngle + TurnFor(offset.lateral, h));
+    return moved;
+}

@@ -1,0 +1,106 @@
+// docs/formats.md stays true: each of its samples is converted and must give what stands under it, and
+// each format has a sample.
+
+#include "app/TableOutput.h"
+#include "framework/CodePage.h"
+#include "framework/FormatTable.h"
+#include "tests/support/Convert.h"
+#include "tests/support/Files.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <sstream>
+
+namespace convfile::test {
+namespace {
+
+/// A fenced block of the page: the words behind its fence, and its lines.
+struct Block {
+    std::vector<std::string> words;
+    std::vector<std::string> lines;
+};
+
+std::vector<Block> BlocksOf(const std::string& page) {
+    std::vector<Block> blocks;
+    bool inside = false;
+    std::istringstream stream(page);
+    for (std::string line; std::getline(stream, line);) {
+        if (line.starts_with("```")) {
+            inside = !inside;
+            if (!inside)
+                continue;
+            Block& block = blocks.emplace_back();
+            std::istringstream words(line.substr(3));
+            for (std::string word; words >> word;)
+                block.words.push_back(word);
+        } else if (inside) {
+            blocks.back().lines.push_back(line);
+        }
+    }
+    return blocks;
+}
+
+std::string Replaced(std::string text, std::string_view shown, char meant) {
+    for (std::size_t i = text.find(shown); i != std::string_view::npos; i = text.find(shown, i))
+        text.replace(i, shown.size(), 1, meant);
+    return text;
+}
+
+/// The bytes of a sample: its lines with CR LF, signs for what cannot be seen put back; or what its
+/// hexadecimal digits say.
+std::string BytesOf(const Block& block) {
+    std::string bytes;
+    const bool isHex = block.words.size() > 3 && block.words[3] == "hex";
+    for (std::string line : block.lines) {
+        if (isHex) {
+            std::istringstream digits(line);
+            for (unsigned byte = 0; digits >> std::hex >> byte;)
+                bytes += static_cast<char>(byte);
+            continue;
+        }
+        line = Replaced(line, "\u21E5", '\t');
+        line = Replaced(line, "\u2420", ' ');
+        line = Replaced(line, "\u241D", '\x1D');
+        line = Replaced(line, "\u2414", '\x14');
+        bytes += Windows1252FromUtf8(line) + "\r\n";
+    }
+    return bytes;
+}
+
+std::string TableOf(const std::string& format, const std::string& path) {
+    app::Conversion conversion;
+    ConvertAs(format, path, conversion);
+    std::ostringstream text;
+    app::Sink sink(text);
+    app::TableOutput(sink).Add(conversion);
+    sink.Flush();
+    return text.str();
+}
+
+TEST(Docs, SamplesGiveWhatStandsUnderThem) {
+    const TempFolder folder;
+    const std::vector<Block> blocks = BlocksOf(ReadBytes(CONVFILE_FORMATS_PAGE));
+    std::set<std::string_view> shown;
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        if (blocks[i].words.empty() || blocks[i].words[0] != "sample")
+            continue;
+        ASSERT_GE(blocks[i].words.size(), 3U);
+        const std::string& format = blocks[i].words[1];
+        shown.insert(format);
+        ASSERT_LT(i + 1, blocks.size());
+        std::string expected;
+        for (const std::string& line : blocks[i + 1].lines)
+            expected += line + "\n";
+        const std::string path = folder.Write(blocks[i].words[2], BytesOf(blocks[i]));
+        EXPECT_EQ(TableOf(format, path), expected) << format;
+    }
+    for (const Format& format : Formats()) {
+        if (format.name != "tlsv") { // a database cannot be printed
+            EXPECT_TRUE(shown.contains(format.name)) << format.name << " has no sample";
+        }
+    }
+}
+
+} // namespace
+} // namespace convfile::test

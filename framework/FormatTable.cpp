@@ -1,6 +1,9 @@
 #include "framework/FormatTable.h"
 
+#include "converters/ConvFileFOIF.h"
 #include "converters/ConvFileGSI.h"
+#include "converters/ConvFileGT7.h"
+#include "converters/ConvFilePhenix.h"
 #include "framework/Text.h"
 
 #include <algorithm>
@@ -18,6 +21,9 @@ bool Convert(const ConversionTarget& target, std::string* fileName) {
 constexpr Format kFormats[] = {
     // code, name, usual extensions, download extensions, title, converter
     {1, "gsi", "GSI", "", "GSI-8 and GSI-16 word files, with code blocks", Convert<CConvFileGSI>},
+    {23, "foif", "", "", "FOIF keyword records", Convert<CConvFileFOIF>},
+    {29, "phenix", "", "", "Phenix keyword records", Convert<CConvFilePhenix>},
+    {0, "gt7", "", "GT7 GTS7 DAT", "Keyword records as downloaded", Convert<CConvFileGT7>},
 };
 // clang-format on
 

@@ -117,6 +117,14 @@ TEST_F(ProgramTest, GoesOnAfterAFileThatCannotBeConverted) {
     EXPECT_THAT(outcome.err, HasSubstr("gsi   ")) << "the list of formats";
 }
 
+TEST_F(ProgramTest, GoesByTheExtensionWhereNothingIsChosen) {
+    // .dat is a downloaded file first, though format code 8 has that extension, too
+    folder_.Write("day.DAT", "JOB A,\nJOB SITE,\nSTN S1,1.500,\n");
+    EXPECT_THAT(Run("--to json " + Quoted("day.DAT")).out, HasSubstr("\"name\": \"SITE\""));
+    EXPECT_THAT(Run("--to json --code 8 " + Quoted("day.DAT")).out, Not(HasSubstr("\"SITE\"")));
+    EXPECT_EQ(Run("--to json --format gsi " + Quoted("day.DAT")).status, 0);
+}
+
 TEST_F(ProgramTest, SaysWhatHasNoConverter) {
     EXPECT_THAT(Run("--code 2 " + Gsi("a.gsi")).err, HasSubstr("format code 2 has no converter"));
     EXPECT_THAT(Run("--code -7 " + Gsi("a.gsi")).err, HasSubstr("format code -7 has no converter"));

@@ -1,0 +1,168 @@
+// A Phenix file: one record a line, a keyword, a blank, values separated by commas.
+//
+//   STA 100,1545,CHIODO             station: name, instrument height, code
+//   ENZ 1000.000,5000.000,100.000   its coordinates: east, north, height
+//   FS 101,1.600,SPIGOLO            foresight: name, target height, code
+//   HVD 324000,322450,25.417        horizontal and zenith angle in seconds of arc, slope distance
+//   SS 102,1.600,PALO,LUCE          side shot: the fourth value goes on with the code
+//   HV 162000,324000                angles only
+//   HD 12000,30.000,-0.250          horizontal angle, horizontal distance, height difference
+//   NEZ 5012.500,1003.250,101.870   coordinates of the sighted point: north, east, height
+//
+// Angles come out in gon, lengths are metres; an instrument height of three characters or more without
+// a point is millimetres. A sighted point that is given by coordinates becomes an observation from its
+// station. A record is written when the next one shows that it is complete.
+
+#include "converters/ConvFilePhenix.h"
+
+#include "framework/Angles.h"
+#include "framework/Numbers.h"
+#include "framework/Reduction.h"
+#include "framework/Text.h"
+#include "resources/Texts.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t kMillimetres = 3;
+
+double GonFromArcSeconds(double seconds) {
+    return IsPresent(seconds) ? seconds * kGonPerArcSecond : seconds;
+}
+
+} // namespace
+
+struct CConvFilePhenix::Keyword {
+    std::string_view keyword;
+    void (CConvFilePhenix::*handle)();
+};
+
+constexpr CConvFilePhenix::Keyword CConvFilePhenix::kKeywords[] = {
+    {"STA", &CConvFilePhenix::CampoSTA}, {"NEZ", &CConvFilePhenix::CampoNEZ},
+    {"ENZ", &CConvFilePhenix::CampoENZ}, {"FS", &CConvFilePhenix::CampoFS},
+    {"SS", &CConvFilePhenix::CampoSS},   {"HV", &CConvFilePhenix::CampoHV},
+    {"HVD", &CConvFilePhenix::CampoHVD}, {"SD", &CConvFilePhenix::CampoSx},
+    {"SC", &CConvFilePhenix::CampoSx},   {"SA", &CConvFilePhenix::CampoSx},
+    {"HD", &CConvFilePhenix::CampoHD},
+};
+
+CConvFilePhenix::CConvFilePhenix(CLibCmp& fieldBook, std::string* fileName)
+    : CConvPendingRecords(fieldBook, fileName) {}
+
+CConvFilePhenix::~CConvFilePhenix() {
+    FlushAll();
+}
+
+void CConvFilePhenix::AnalizzaRiga(std::string_view keyword) {
+    const auto* const found = std::ranges::find(kKeywords, keyword, &Keyword::keyword);
+    if (found != std::end(kKeywords))
+        (this->*found->handle)();
+}
+
+void CConvFilePhenix::CampoSTA() {
+    StationRecord();
+}
+
+void CConvFilePhenix::CampoFS() {
+    SightedPoint();
+}
+
+void CConvFilePhenix::CampoSS() {
+    SideShot();
+}
+
+void CConvFilePhenix::CampoSx() {
+    CampoSS();
+}
+
+void CConvFilePhenix::CampoHV() {
+    AnglesReading();
+}
+
+void CConvFilePhenix::CampoHVD() {
+    PolarRecord();
+}
+
+/// The distance is kept without decimals, and the angle, though in gon, is scaled like any other when
+/// the point is written: both on purpose.
+void CConvFilePhenix::CampoHD() {
+    ReducedRecord(0);
+}
+
+void CConvFilePhenix::CampoNEZ() {
+    const std::string north(SeparaCampo());
+    const std::string east(SeparaCampo());
+    CampoCoordinate(east, north, std::string(SeparaCampo()));
+}
+
+void CConvFilePhenix::CampoENZ() {
+    const std::string east(SeparaCampo());
+    const std::string north(SeparaCampo());
+    CampoCoordinate(east, north, std::string(SeparaCampo()));
+}
+
+/// Coordinates belong to the record that is pending; where none or both are, to nothing.
+void CConvFilePhenix::CampoCoordinate(const std::string& east, const std::string& north,
+                                      const std::string& height) {
+    if (stationPending_ && !pointPending_)
+        StationCoordinates(east, north, height);
+    else if (!stationPending_ && pointPending_)
+        PointCoordinates(east, north, height);
+}
+
+void CConvFilePhenix::StationCoordinates(const std::string& east, const std::string& north,
+                                         const std::string& height) {
+    const bool given = !east.empty() && !north.empty();
+    x_ = given ? DoubleDaString(east) : kNoValue;
+    y_ = given ? DoubleDaString(north) : kNoValue;
+    z_ = given ? DoubleDaString(height) : kNoValue;
+}
+
+/// Turns the coordinates of the sighted point into an observation and writes it. Without what that
+/// needs they are dropped and the point stays pending; the user is warned all the same. The height
+/// is not asked for, on purpose: an empty one counts as 0.
+void CConvFilePhenix::PointCoordinates(const std::string& east, const std::string& north,
+                                       const std::string& height) {
+    warningKind_ = kFromCoordinates;
+    const bool stationKnown =
+        IsPresent(instrumentHeight_) && IsPresent(x_) && IsPresent(y_) && IsPresent(z_);
+    if (east.empty() || north.empty() || !stationKnown)
+        return;
+    const double targetHeight = DoubleDaString(slots_[kHeight]);
+    const double dE = DoubleDaString(east) - x_;
+    const double dN = DoubleDaString(north) - y_;
+    const double dZ = DoubleDaString(height) - z_ - instrumentHeight_ + targetHeight;
+    const double distance = std::sqrt(dN * dN + dE * dE + dZ * dZ);
+    const double zenith = distance == 0 ? 100 : std::acos(dZ / distance) * kGonPerRadian;
+    const std::string note = "N = " + north + "\r\nE = " + east + "\r\nQ = " + height;
+
+    const CPun* const before = LastPoint();
+    AggiungePun(slots_[kName], slots_[kCode], note, targetHeight, distance, zenith,
+                AngoloDaAsseRifer(dE, dN));
+    CPun* const added = LastPoint();
+    if (added != before) // the field book took it
+        added->SetTerScri(LoadText(TextId::ConvertedFromCoordinates));
+    pointPending_ = false;
+    AnnullaCampi();
+}
+
+/// No keyword fills temperature and pressure, which are read from empty texts as 0.
+void CConvFilePhenix::SalvaRigaS() {
+    instrumentHeight_ = DoubleDaString(WithImpliedPoint(slots_[kHeight], kMillimetres));
+    AggiungeSta(slots_[kName], slots_[kCode], instrumentHeight_,
+                DoubleDaString(slots_[kTemperature]), DoubleDaString(slots_[kPressure]));
+    stationPending_ = false;
+    AnnullaCampi();
+}
+
+void CConvFilePhenix::SalvaRigaP() {
+    AggiungePun(slots_[kName], slots_[kCode], slots_[kNote], DoubleDaString(slots_[kHeight]),
+                DistanceOrNoValue(DoubleDaString(slots_[kDistance])),
+                GonFromArcSeconds(DoubleDaString(slots_[kZenithAngle])),
+                GonFromArcSeconds(DoubleDaString(slots_[kHorizontalAngle])));
+    pointPending_ = false;
+    AnnullaCampi();
+}

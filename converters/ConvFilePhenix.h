@@ -1,0 +1,45 @@
+#pragma once
+
+#include "converters/PendingRecords.h"
+#include "host/NoValue.h"
+
+#include <string>
+#include <string_view>
+
+/// Reads Phenix keyword files.
+class CONVFILE_API CConvFilePhenix : public CConvPendingRecords {
+public:
+    CConvFilePhenix(CLibCmp& fieldBook, std::string* fileName);
+    /// Writes what is pending: job, station, point.
+    ~CConvFilePhenix() override;
+
+private:
+    void AnalizzaRiga(std::string_view keyword) override;
+    void CampoSTA();
+    void CampoFS();
+    void CampoSS();
+    void CampoSx();
+    void CampoHV();
+    void CampoHVD();
+    void CampoHD();
+    void CampoNEZ();
+    void CampoENZ();
+    void CampoCoordinate(const std::string& east, const std::string& north,
+                         const std::string& height);
+    void SalvaRigaS() override;
+    void SalvaRigaP() override;
+
+    struct Keyword;
+    static const Keyword kKeywords[];
+
+    void StationCoordinates(const std::string& east, const std::string& north,
+                            const std::string& height);
+    void PointCoordinates(const std::string& east, const std::string& north,
+                          const std::string& height);
+
+    /// The current station; coordinates stay until the next ones come, on purpose.
+    double instrumentHeight_ = kNoValue;
+    double x_ = kNoValue;
+    double y_ = kNoValue;
+    double z_ = kNoValue;
+};

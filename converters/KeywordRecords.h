@@ -1,0 +1,84 @@
+#pragma once
+
+#include "converters/PendingRecords.h"
+#include "framework/Offset.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// In what the two kinds of keyword file differ.
+struct KeywordDialect {
+    /// Everything up to and including the first line that begins with a letter is a header.
+    bool hasHeader;
+    /// PTL_OFF is read like OFFSET.
+    bool hasPtlOff;
+    /// A number without a point has its decimals implied: three for lengths, four for angles.
+    bool impliedDecimals;
+    /// Decimals with which a distance computed from an HD record is kept.
+    int reducedDistanceDecimals;
+    /// An OFFSET renames the point it starts from; otherwise it names the new one differently.
+    bool offsetRenamesOldPoint;
+};
+
+/// Reads keyword record files of either kind.
+class CONVFILE_API CConvKeywordRecords : public CConvPendingRecords {
+public:
+    CConvKeywordRecords(CLibCmp& fieldBook, std::string* fileName, const KeywordDialect& dialect);
+    /// Writes what is pending: job, station, point.
+    ~CConvKeywordRecords() override;
+
+protected:
+    void ProcessaRiga() override;
+
+private:
+    /// The point written last, for OFFSET; its distance as it was read.
+    struct WrittenPoint {
+        std::string name;
+        std::string code;
+        double targetHeight = 0;
+        Sighting sighting{0, 0, 0};
+    };
+
+    void AnalizzaRiga(std::string_view keyword) override;
+    void CampoJOB();
+    void CampoDATE();
+    void CampoNAME();
+    void CampoINST();
+    void CampoATMOS();
+    void CampoSTN();
+    void CampoBKB();
+    void CampoBS();
+    void CampoRES_OBS();
+    void CampoFS();
+    void CampoSS();
+    void CampoCTL();
+    void CampoHV();
+    void CampoSD();
+    void CampoHD();
+    void CampoNOTE();
+    void CampoUNITS();
+    void CampoOFFSET();
+
+    void SalvaRigaS() override;
+    void SalvaRigaP() override;
+    void SalvaRigaRES_OBS();
+
+    struct Keyword;
+    static const Keyword kKeywords[];
+
+    bool SkipsHeaderLine();
+    void JobText(std::size_t slot, std::string_view text);
+    Sighting SightingOfSlots() const;
+    double LengthOf(const std::string& text) const;
+    double AngleOf(const std::string& text) const;
+    double UncheckedLengthOf(std::string_view text) const;
+
+    const KeywordDialect& dialect_;
+    bool inHeader_;
+    char distanceUnit_ = 'M'; ///< read, never applied: distances are taken as metres, on purpose
+    char angleUnit_ = 'G';
+    bool resection_ = false;              ///< from RES_OBS until the station is written
+    std::vector<std::string> resections_; ///< observations of the station that is pending
+    WrittenPoint last_;
+};

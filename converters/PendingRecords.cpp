@@ -1,0 +1,135 @@
+#include "converters/PendingRecords.h"
+
+#include "framework/Numbers.h"
+#include "framework/Reduction.h"
+#include "framework/Text.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::size_t kShortestKeyword = 2;
+
+} // namespace
+
+CConvPendingRecords::CConvPendingRecords(CLibCmp& fieldBook, std::string* fileName)
+    : CConvFileBase(fieldBook, fileName) {}
+
+void CConvPendingRecords::ProcessaRiga() {
+    if (line_.size() < kShortestLine)
+        return;
+    const std::size_t blank = line_.find(' ');
+    if (blank == std::string_view::npos || blank < kShortestKeyword)
+        return;
+    fields_ = TrimBoth(line_.substr(blank));
+    AnalizzaRiga(line_.substr(0, blank));
+}
+
+std::string_view CConvPendingRecords::SeparaCampo() {
+    return TakeField(fields_, ',');
+}
+
+void CConvPendingRecords::FlushJob() {
+    if (jobPending_)
+        SalvaRigaL();
+}
+
+void CConvPendingRecords::FlushStation() {
+    if (stationPending_)
+        SalvaRigaS();
+}
+
+void CConvPendingRecords::FlushPoint() {
+    if (pointPending_)
+        SalvaRigaP();
+}
+
+void CConvPendingRecords::FlushAll() {
+    FlushJob();
+    FlushStation();
+    FlushPoint();
+}
+
+bool CConvPendingRecords::HasAny(std::initializer_list<std::size_t> slots) const {
+    return std::ranges::any_of(slots, [&](std::size_t slot) { return !slots_[slot].empty(); });
+}
+
+void CConvPendingRecords::BeginPoint(std::initializer_list<std::size_t> slots) {
+    FlushJob();
+    FlushStation();
+    if (HasAny(slots))
+        SalvaRigaP();
+    pointPending_ = true;
+}
+
+void CConvPendingRecords::FillNameHeightCode() {
+    slots_[kName] = SeparaCampo();
+    slots_[kHeight] = SeparaCampo();
+    slots_[kCode] = SeparaCampo();
+}
+
+void CConvPendingRecords::StationRecord() {
+    FlushJob();
+    FlushPoint();
+    if (HasAny({kName, kHeight, kCode}))
+        SalvaRigaS();
+    FillNameHeightCode();
+    stationPending_ = true;
+}
+
+void CConvPendingRecords::SightedPoint() {
+    BeginPoint({kName, kHeight, kCode});
+    FillNameHeightCode();
+}
+
+/// The fourth field goes on with the code.
+void CConvPendingRecords::SideShot() {
+    SightedPoint();
+    const std::string_view more = SeparaCampo();
+    if (!more.empty())
+        slots_[kCode].append(" ").append(more);
+}
+
+void CConvPendingRecords::AnglesReading() {
+    BeginPoint({kHorizontalAngle, kZenithAngle});
+    slots_[kHorizontalAngle] = SeparaCampo();
+    slots_[kZenithAngle] = SeparaCampo();
+}
+
+void CConvPendingRecords::PolarRecord() {
+    BeginPoint({kHorizontalAngle, kZenithAngle, kDistance});
+    slots_[kHorizontalAngle] = SeparaCampo();
+    slots_[kZenithAngle] = SeparaCampo();
+    slots_[kDistance] = SeparaCampo();
+}
+
+void CConvPendingRecords::ReducedRecord(int distanceDecimals) {
+    BeginPoint({kHorizontalAngle, kZenithAngle, kDistance});
+    slots_[kHorizontalAngle] = SeparaCampo();
+    const double horizontalDistance = DoubleDaString(SeparaCampo());
+    const double heightDifference = DoubleDaString(SeparaCampo());
+    const PolarReading polar = PolarFromReduced(horizontalDistance, heightDifference);
+    slots_[kZenithAngle] = StringDaDouble(polar.zenithAngle, 0, 6);
+    slots_[kDistance] = StringDaDouble(polar.slopeDistance, 0, distanceDecimals);
+    warningKind_ = kReduced;
+}
+
+/// The first job record is that of the job named after the file; every later one opens a job.
+void CConvPendingRecords::SalvaRigaL() {
+    if (updatesJob_) {
+        SetNomeAtJob(slots_[kName]);
+        SetOperAtJob(slots_[kOperator]);
+        SetStrumAtJob(slots_[kInstrument]);
+        SetDataAtJob(slots_[kDate]);
+        updatesJob_ = false;
+    } else {
+        AggiungeJob(slots_[kName], slots_[kOperator], slots_[kInstrument], slots_[kDate]);
+    }
+    jobPending_ = false;
+    AnnullaCampi();
+}
+
+void CConvPendingRecords::AnnullaCampi() {
+    for (std::string& slot : slots_)
+        slot.clear();
+}

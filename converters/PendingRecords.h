@@ -1,0 +1,75 @@
+#pragma once
+
+#include "framework/ConvFileBase.h"
+
+#include <array>
+#include <cstddef>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+/// Base of the converters of keyword lines whose records are gathered in a buffer and written only
+/// when a later line, or the end, shows that they are complete. What opens a record writes those that
+/// are pending of the two other kinds first.
+class CONVFILE_API CConvPendingRecords : public CConvFileBase {
+public:
+    CConvPendingRecords(CLibCmp& fieldBook, std::string* fileName);
+
+protected:
+    static constexpr std::size_t kShortestLine = 4; ///< shorter ones hold no record
+
+    // What a slot holds, in each kind of record.
+    static constexpr std::size_t kName = 0;
+    static constexpr std::size_t kOperator = 1;
+    static constexpr std::size_t kInstrument = 2;
+    static constexpr std::size_t kDate = 3;
+    static constexpr std::size_t kCode = 1;
+    static constexpr std::size_t kHeight = 2;
+    static constexpr std::size_t kTemperature = 3;
+    static constexpr std::size_t kPressure = 4;
+    static constexpr std::size_t kHorizontalAngle = 3;
+    static constexpr std::size_t kZenithAngle = 4;
+    static constexpr std::size_t kDistance = 5;
+    static constexpr std::size_t kNote = 6;
+
+    /// Cuts keyword and fields of a line apart; lines without a keyword are skipped.
+    void ProcessaRiga() override;
+    virtual void AnalizzaRiga(std::string_view keyword) = 0;
+    virtual void SalvaRigaL();
+    virtual void SalvaRigaS() = 0;
+    virtual void SalvaRigaP() = 0;
+    void AnnullaCampi();
+
+    /// The next field of the line, as it stands; without a comma all that is left.
+    std::string_view SeparaCampo();
+
+    void FlushJob();
+    void FlushStation();
+    void FlushPoint();
+    /// Job, station and point, for the destructors.
+    void FlushAll();
+    bool HasAny(std::initializer_list<std::size_t> slots) const;
+    /// Part of a point: writes what is pending of jobs and stations, and the point itself where it
+    /// has one of those values already.
+    void BeginPoint(std::initializer_list<std::size_t> slots);
+
+    void StationRecord();
+    void SightedPoint();
+    void SideShot();
+    void AnglesReading();
+    void PolarRecord();
+    /// Horizontal angle, horizontal distance and height difference; the slope distance is kept with
+    /// so many decimals.
+    void ReducedRecord(int distanceDecimals);
+
+    std::array<std::string, 7> slots_; ///< the texts of the record in hand
+    std::string_view fields_;          ///< what is left of the current line's fields
+    bool jobPending_ = false;
+    bool stationPending_ = false;
+    bool pointPending_ = false;
+
+private:
+    void FillNameHeightCode();
+
+    bool updatesJob_ = true; ///< the first job record is that of the job named after the file
+};

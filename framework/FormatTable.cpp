@@ -1,8 +1,14 @@
 #include "framework/FormatTable.h"
 
+#include "converters/ConvFileCAM.h"
+#include "converters/ConvFileELT.h"
+#include "converters/ConvFileFLD.h"
 #include "converters/ConvFileFOIF.h"
+#include "converters/ConvFileGEO.h"
 #include "converters/ConvFileGSI.h"
 #include "converters/ConvFileGT7.h"
+#include "converters/ConvFileODB.h"
+#include "converters/ConvFileOVD.h"
 #include "converters/ConvFilePhenix.h"
 #include "framework/Text.h"
 
@@ -21,6 +27,12 @@ bool Convert(const ConversionTarget& target, std::string* fileName) {
 constexpr Format kFormats[] = {
     // code, name, usual extensions, download extensions, title, converter
     {1, "gsi", "GSI", "", "GSI-8 and GSI-16 word files, with code blocks", Convert<CConvFileGSI>},
+    {4, "fld", "FLD", "", "FLD coded lines", Convert<CConvFileFLD>},
+    {6, "geo", "GEO", "", "GEO coded lines", Convert<CConvFileGEO>},
+    {13, "cam", "CAM", "", "CAM comma-separated observations, two layouts", Convert<CConvFileCAM>},
+    {14, "elt", "ELT", "", "ELT report files", Convert<CConvFileELT>},
+    {15, "ovd", "OVD", "", "OVD comma-separated observations", Convert<CConvFileOVD>},
+    {16, "odb", "ODB", "", "ODB observations separated by blanks", Convert<CConvFileODB>},
     {23, "foif", "", "", "FOIF keyword records", Convert<CConvFileFOIF>},
     {29, "phenix", "", "", "Phenix keyword records", Convert<CConvFilePhenix>},
     {0, "gt7", "", "GT7 GTS7 DAT", "Keyword records as downloaded", Convert<CConvFileGT7>},

@@ -1,0 +1,301 @@
+// An ELT file: the printed report of the instrument. Each value stands behind a tag that begins
+// with a bar; titles come in German, Italian and English, in an 8-bit character set.
+//
+//   |TI  Lavoro    VIA ROMA 12|
+//   |TI  Operatore ROSSI|
+//   |TI  Strum.N°  362245|
+//   INPUT VALORI       |hp 1.600   |hs 1.545
+//   MISURE
+//   |PI 100    |CHIODO  |O                                      station
+//   |PI 101    |SPIGOLO |SD 25.417 |Hz 123.4567 |V1 98.7654     slope distance, angles
+//   |PI 102    |PALO    |HD 12.300 |Hz 130.0000 |h -0.450       horizontal distance, difference
+//   |PI        |Tr 0.350                                        lateral offset of the next point
+//
+// Lengths are metres, angles gon. Files without station lines name the station before the point in
+// each measurement line ("|PI 100   101   SPIGOLO |SD ...").
+
+#include "converters/ConvFileELT.h"
+
+#include "framework/Angles.h"
+#include "framework/Numbers.h"
+#include "framework/Reduction.h"
+#include "framework/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <span>
+
+namespace {
+
+constexpr std::size_t kShortestLine = 4;
+constexpr std::string_view kPoint = "|PI";
+
+/// Where names begin in a measurement line, counted from "|PI".
+constexpr std::size_t kFirstName = 4;
+constexpr std::size_t kSecondName = 10;
+constexpr std::size_t kCodeAfterOneName = 12;
+constexpr std::size_t kCodeAfterTwoNames = 16;
+
+/// A value begins this far from its tag's bar; what of the tag that leaves is trimmed.
+constexpr std::size_t kValue = 3;
+
+/// A shorter slope distance is none.
+constexpr double kShortestDistance = 0.001;
+
+// Titles, in the order in which a later one overrides an earlier.
+constexpr std::string_view kJobTitles[] = {"|TI  Lavoro", "|TI  Projekt"};
+constexpr std::string_view kOperatorTitles[] = {"|TI  Descriz.",   "|TI  Operatore",
+                                                "|TI  Cannegg.",   "|TI  Auftrgeber",
+                                                "|TI  Beobachter", "|TI  Reflektor"};
+constexpr std::string_view kInstrumentTitles[] = {"|TI  Strum.tipo", "|TI  Instr.typ"};
+constexpr std::string_view kSerialTitles[] = {"|TI  Instr.Nr.", "|TI  Strum.N\xB0"};
+constexpr std::string_view kDateTitles[] = {"|TI  Data", "|TI  Datum"};
+
+bool ContainsAny(std::string_view line, std::initializer_list<std::string_view> words) {
+    return std::ranges::any_of(words, [&](std::string_view word) { return Contains(line, word); });
+}
+
+/// The offset to the other side; an absent one stays absent.
+double Opposite(double offset) {
+    return IsPresent(offset) ? -offset : offset;
+}
+
+void AppendWithBlank(std::string& text, const std::string& part) {
+    if (!part.empty())
+        text.append(part).append(" ");
+}
+
+} // namespace
+
+CConvFileELT::CConvFileELT(CLibCmp& fieldBook, std::string* fileName)
+    : CConvFileBase(fieldBook, fileName) {}
+
+void CConvFileELT::ProcessaRiga() {
+    if (line_.size() < kShortestLine)
+        return;
+    FindBars();
+    if (HasTag(kPoint))
+        ConvertiRigaPI();
+    else
+        ConvertiAltraRiga();
+}
+
+void CConvFileELT::ConvertiAltraRiga() {
+    if (ContainsAny(line_, {"EINGABEWERTE", "INPUT VALORI"}))
+        InputValues();
+    else if (ContainsAny(line_, {"MISURE", "MESSUNG", "MEASURE"}))
+        StartOfMeasurements();
+    else if (ContainsAny(line_, {"Setta Hz", "Set Hz"}))
+        setsHz_ = true;
+    else if (ContainsAny(line_, {"Orientamento Locale", "Local orientation"}))
+        setsHz_ = false;
+    else
+        TitleLine();
+}
+
+/// Values go in pairs: one that its line does not have becomes absent with the other.
+void CConvFileELT::InputValues() {
+    if (HasTag("|hp ") || HasTag("|hs ")) {
+        targetHeight_ = SeparaCampoDouble("|hp ");
+        instrumentHeight_ = SeparaCampoDouble("|hs ");
+    } else if (HasTag("|th ") || HasTag("|ih ")) {
+        targetHeight_ = SeparaCampoDouble("|th ");
+        instrumentHeight_ = SeparaCampoDouble("|ih ");
+    } else if (HasTag("|T_ ") || HasTag("|P  ")) {
+        temperature_ = SeparaCampoDouble("|T_ ");
+        pressure_ = SeparaCampoDouble("|P  ");
+    }
+}
+
+void CConvFileELT::StartOfMeasurements() {
+    setsHz_ = false;
+    if (!jobName_.empty())
+        SetNomeAtJob(jobName_);
+    if (!operator_.empty())
+        SetOperAtJob(operator_);
+    if (!instrument_.empty())
+        SetStrumAtJob(instrument_);
+    if (!date_.empty())
+        SetDataAtJob(date_);
+}
+
+/// Operator and instrument gather over the title lines, each part followed by a blank. The job's title
+/// is added to the name that the job has by now; the date is replaced.
+void CConvFileELT::TitleLine() {
+    const auto findAll = [this](std::span<const std::string_view> tags, std::string& text) {
+        for (const std::string_view tag : tags)
+            FindTag(tag, text);
+    };
+    std::string job;
+    std::string operatorName;
+    std::string instrument;
+    findAll(kJobTitles, job);
+    findAll(kOperatorTitles, operatorName);
+    findAll(kInstrumentTitles, instrument);
+    for (const std::string_view tag : kSerialTitles) {
+        if (FindTag(tag, instrument))
+            instrument.insert(0, "s.n.");
+    }
+    findAll(kDateTitles, date_);
+
+    if (!job.empty())
+        jobName_ = GetNomeOfJob() + " " + job;
+    AppendWithBlank(operator_, operatorName);
+    AppendWithBlank(instrument_, instrument);
+}
+
+void CConvFileELT::ConvertiRigaPI() {
+    if (HasTag("|dl ") || OffsetLine())
+        return;
+    if (line_.back() == 'O') {
+        hasStationLines_ = true;
+        stationName_ = SeparaCampoNome(kPoint, kFirstName, ' ');
+        stationCode_ = SeparaCampoNome(kPoint, kCodeAfterOneName, '|');
+        return;
+    }
+    if (NamesOfLine())
+        MeasurementLine();
+    alongOffset_ = lateralOffset_ = verticalOffset_ = kNoValue;
+}
+
+/// An offset of the next measurement; one a line.
+bool CConvFileELT::OffsetLine() {
+    if (HasTag("|Tv "))
+        alongOffset_ = SeparaCampoDouble("|Tv ");
+    else if (HasTag("|Th "))
+        alongOffset_ = Opposite(SeparaCampoDouble("|Th "));
+    else if (HasTag("|Tr "))
+        lateralOffset_ = SeparaCampoDouble("|Tr ");
+    else if (HasTag("|Tl "))
+        lateralOffset_ = Opposite(SeparaCampoDouble("|Tl "));
+    else if (HasTag("|Ts "))
+        verticalOffset_ = SeparaCampoDouble("|Ts ");
+    else
+        return false;
+    return true;
+}
+
+/// Reads the names of a measurement line; false where it names no point.
+bool CConvFileELT::NamesOfLine() {
+    if (hasStationLines_) {
+        pointName_ = SeparaCampoNome(kPoint, kFirstName, ' ');
+        pointCode_ = SeparaCampoNome(kPoint, kCodeAfterOneName, '|');
+    } else {
+        stationName_ = SeparaCampoNome(kPoint, kFirstName, ' ');
+        pointName_ = SeparaCampoNome(kPoint, kSecondName, ' ');
+        pointCode_ = SeparaCampoNome(kPoint, kCodeAfterTwoNames, '|');
+    }
+    return !pointName_.empty() && pointName_.front() != '|';
+}
+
+void CConvFileELT::MeasurementLine() {
+    Measurement measured{.slopeDistance = SeparaCampoDouble("|SD "),
+                         .horizontalAngle = SeparaCampoDouble("|Hz "),
+                         .verticalAngle = SeparaCampoDouble("|V1 ")};
+    const double horizontalDistance = SeparaCampoDouble("|HD ");
+    const double heightDifference = SeparaCampoDouble("|h ");
+    if (!IsPresent(measured.slopeDistance))
+        measured.slopeDistance = SeparaCampoDouble("|D ");
+
+    if (IsPresent(horizontalDistance) && IsPresent(heightDifference)) {
+        const bool repeats = !IsPresent(measured.slopeDistance) && pointName_ == lastPoint_ &&
+                             measured.horizontalAngle == lastHorizontalAngle_;
+        if (repeats) {
+            measured.horizontalAngle = measured.verticalAngle = kNoValue;
+        } else {
+            // Also where slope distance and zenith angle were read, on purpose.
+            const PolarReading polar =
+                RoundedPolarFromReduced(horizontalDistance, heightDifference);
+            measured.slopeDistance = polar.slopeDistance;
+            measured.verticalAngle = polar.zenithAngle;
+            warningKind_ = kReduced;
+        }
+    }
+    if (measured.slopeDistance < kShortestDistance)
+        measured.slopeDistance = kNoValue;
+
+    if (HasAngles(measured) && IsPresent(measured.slopeDistance))
+        ApplyOffsets(measured);
+    if (!HasAngles(measured) || (setsHz_ && !IsPresent(measured.slopeDistance)))
+        return;
+    AggiungiPunto(measured.slopeDistance, measured.horizontalAngle, measured.verticalAngle);
+    if (!IsPresent(horizontalDistance) && !IsPresent(heightDifference)) {
+        lastPoint_ = pointName_;
+        lastHorizontalAngle_ = measured.horizontalAngle;
+    }
+}
+
+bool CConvFileELT::HasAngles(const Measurement& measured) {
+    return IsPresent(measured.horizontalAngle) && IsPresent(measured.verticalAngle);
+}
+
+void CConvFileELT::ApplyOffsets(Measurement& measured) const {
+    double& distance = measured.slopeDistance;
+    if (IsPresent(alongOffset_))
+        distance += alongOffset_ / std::sin(measured.verticalAngle * kRadiansPerGon);
+    if (IsPresent(lateralOffset_)) {
+        measured.horizontalAngle += std::atan(lateralOffset_ / distance) * kGonPerRadian;
+        distance = std::sqrt(distance * distance + lateralOffset_ * lateralOffset_);
+    }
+    if (IsPresent(verticalOffset_)) {
+        const double zenith = measured.verticalAngle * kRadiansPerGon;
+        const PolarReading polar = RoundedPolarFromReduced(
+            distance * std::sin(zenith), distance * std::cos(zenith) + verticalOffset_);
+        distance = polar.slopeDistance;
+        measured.verticalAngle = polar.zenithAngle;
+    }
+}
+
+/// A station is written with its first point, not before.
+void CConvFileELT::AggiungiPunto(double slopeDistance, double horizontalAngle,
+                                 double verticalAngle) {
+    if (stationName_ != previousStation_)
+        AggiungeSta(stationName_, stationCode_, instrumentHeight_, temperature_, pressure_);
+    AggiungePun(pointName_, pointCode_, "", targetHeight_, slopeDistance, verticalAngle,
+                horizontalAngle);
+    previousStation_ = stationName_;
+}
+
+void CConvFileELT::FindBars() {
+    barCount_ = 0;
+    ForEachPosition(line_, '|', [this](std::size_t bar) {
+        bars_[barCount_++] = static_cast<std::uint8_t>(bar);
+    });
+}
+
+/// Where a tag stands first; npos: nowhere.
+std::size_t CConvFileELT::PositionOf(std::string_view tag) const {
+    for (std::size_t i = 0; i < barCount_; ++i) {
+        const std::string_view here = line_.substr(bars_[i]);
+        if (here.size() >= tag.size() && here[1] == tag[1] && here.starts_with(tag))
+            return bars_[i];
+    }
+    return std::string_view::npos;
+}
+
+/// The text between a tag and the next bar (or the line's end); true where it is not empty. `text`
+/// is left alone where the tag is absent, and emptied where the tag has nothing behind it.
+bool CConvFileELT::FindTag(std::string_view tag, std::string& text) const {
+    const std::size_t position = PositionOf(tag);
+    if (position == std::string_view::npos)
+        return false;
+    const std::string_view rest = line_.substr(position + tag.size());
+    text = TrimBoth(rest.substr(0, rest.find('|')));
+    return !text.empty();
+}
+
+/// The text that begins `skip` characters after a tag's position, up to the first `stop` behind its
+/// leading blanks; empty where the tag is absent.
+std::string_view CConvFileELT::SeparaCampoNome(std::string_view tag, std::size_t skip,
+                                               char stop) const {
+    const std::size_t position = PositionOf(tag);
+    if (position == std::string_view::npos)
+        return {};
+    const std::string_view rest = TrimBoth(Piece(line_, position + skip));
+    return TrimBoth(rest.substr(0, rest.find(stop)));
+}
+
+double CConvFileELT::SeparaCampoDouble(std::string_view tag) const {
+    return NumberOrNoValue(SeparaCampoNome(tag, kValue, ' '));
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "framework/ConvFileBase.h"
+#include "host/NoValue.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// Reads ELT report files, with German, Italian and English titles.
+class CONVFILE_API CConvFileELT : public CConvFileBase {
+public:
+    CConvFileELT(CLibCmp& fieldBook, std::string* fileName);
+
+protected:
+    void ProcessaRiga() override;
+
+private:
+    /// The values of one measurement line.
+    struct Measurement {
+        double slopeDistance;
+        double horizontalAngle;
+        double verticalAngle;
+    };
+
+    void ConvertiRigaPI();
+    void ConvertiAltraRiga();
+    bool FindTag(std::string_view tag, std::string& text) const;
+    std::string_view SeparaCampoNome(std::string_view tag, std::size_t skip, char stop) const;
+    double SeparaCampoDouble(std::string_view tag) const;
+    void AggiungiPunto(double slopeDistance, double horizontalAngle, double verticalAngle);
+
+    void FindBars();
+    std::size_t PositionOf(std::string_view tag) const;
+    bool HasTag(std::string_view tag) const { return PositionOf(tag) != std::string_view::npos; }
+    void InputValues();
+    void StartOfMeasurements();
+    void TitleLine();
+    bool OffsetLine();
+    bool NamesOfLine();
+    void MeasurementLine();
+    static bool HasAngles(const Measurement& measured);
+    void ApplyOffsets(Measurement& measured) const;
+
+    /// Where the bars of the current line are: every tag begins with one.
+    std::array<std::uint8_t, TextFile::kLongestLine> bars_{};
+    std::size_t barCount_ = 0;
+
+    std::string jobName_;
+    std::string operator_;
+    std::string instrument_;
+    std::string date_;
+
+    std::string stationName_;
+    std::string stationCode_;
+    std::string pointName_;
+    std::string pointCode_;
+    std::string previousStation_; ///< the station under which the last point was written
+
+    /// The last point written from a line without reduced values: a reduced line that follows may
+    /// only say the same again.
+    std::string lastPoint_;
+    double lastHorizontalAngle_ = kNoValue;
+
+    double instrumentHeight_ = 0;
+    double targetHeight_ = 0;
+    double temperature_ = kNoValue;
+    double pressure_ = kNoValue;
+
+    double alongOffset_ = kNoValue;
+    double lateralOffset_ = kNoValue;
+    double verticalOffset_ = kNoValue;
+
+    bool hasStationLines_ = false; ///< the file names its stations on lines of their own
+    bool setsHz_ = false;          ///< the circle is being set: angles alone are no points
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "converters/LineRecords.h"
+
+#include <string>
+#include <string_view>
+
+/// Reads GEO files: one value a line behind a short code.
+class CONVFILE_API CConvFileGEO : public CConvLineRecords {
+public:
+    CConvFileGEO(CLibCmp& fieldBook, std::string* fileName);
+
+    /// False where the file cannot be opened.
+    bool Esegui();
+
+private:
+    bool LeggeUnaRiga();
+    void ConvertiRiga();
+    void Information();
+    void WriteJob();
+    void OpenRecord(RecordType type, std::string_view name);
+
+    static const SlotCode kSlotCodes[];
+
+    std::string_view line_; ///< the current line, without its line end
+    std::string_view data_; ///< of the current line
+    std::string jobName_;
+    bool jobNamed_ = false;   ///< an information line has named the job
+    bool jobWritten_ = false; ///< it is written when the first record opens
+    std::string information_; ///< becomes the code of the next station or point
+};

@@ -1,0 +1,53 @@
+// An OVD file: one observation a line, which also names its station; fields separated by commas, the
+// rest of the line the code.
+//
+//   100,101,123.4567,98.7654,25.417,1.545,1.600,SPIGOLO CASA
+//     station, point, horizontal angle, zenith angle, slope distance, instrument height, target
+//     height, code
+//
+// Metres and gon. A station begins where its name changes; a change of the instrument height alone
+// begins none.
+
+#include "converters/ConvFileOVD.h"
+
+#include "framework/Text.h"
+
+CConvFileOVD::CConvFileOVD(CLibCmp& fieldBook, std::string* fileName)
+    : CConvObservationLines(fieldBook, fileName) {}
+
+bool CConvFileOVD::Esegui() {
+    if (!OpenFile())
+        return false;
+    while (LeggeUnaRiga())
+        ConvertiRigaOVD();
+    return true;
+}
+
+/// The line is trimmed with each field that is cut off it. What follows the last comma is no field:
+/// it is left for the code.
+std::string_view CConvFileOVD::SeparaCampoOVD() {
+    std::string_view field;
+    if (!CutAt(line_, ',', field))
+        return {};
+    line_ = TrimBoth(line_);
+    return TrimBoth(field);
+}
+
+void CConvFileOVD::ConvertiRigaOVD() {
+    if (line_.size() < 2)
+        return;
+    Fields fields;
+    fields.station = SeparaCampoOVD();
+    fields.point = SeparaCampoOVD();
+    fields.horizontalAngle = SeparaCampoOVD();
+    fields.verticalAngle = SeparaCampoOVD();
+    fields.slopeDistance = SeparaCampoOVD();
+    fields.instrumentHeight = SeparaCampoOVD();
+    fields.targetHeight = SeparaCampoOVD();
+    fields.code = line_;
+
+    if (fields.station != previousStation_)
+        AggiungiStazione(fields);
+    AggiungiPunto(fields);
+    previousStation_ = fields.station;
+}

@@ -1,0 +1,69 @@
+#include "converters/LineRecords.h"
+
+#include "framework/Numbers.h"
+#include "framework/Reduction.h"
+
+#include <algorithm>
+
+CConvLineRecords::CConvLineRecords(CLibCmp& fieldBook, std::string* fileName)
+    : CConvGen(fieldBook, fileName) {}
+
+bool CConvLineRecords::OpenFile() {
+    return file_.Open(*fileName_);
+}
+
+void CConvLineRecords::NuovoRecord(RecordType type, std::string_view name) {
+    SalvaRecord();
+    type_ = type;
+    for (std::string& slot : slots_)
+        slot.clear();
+    slots_[kName] = name;
+}
+
+bool CConvLineRecords::FillSlot(std::span<const SlotCode> table, std::string_view code,
+                                std::string_view value) {
+    const auto found = std::ranges::find(table, code, &SlotCode::code);
+    if (found == table.end())
+        return false;
+    slots_[found->slot] = value;
+    if (found->mode != DistanceMode::Unchanged)
+        mode_ = found->mode;
+    return true;
+}
+
+void CConvLineRecords::SalvaRecord() {
+    switch (type_) {
+    case RecordType::None:
+        break;
+    case RecordType::Job:
+        SalvaRigaL();
+        break;
+    case RecordType::Station:
+        SalvaRigaS();
+        break;
+    case RecordType::Point:
+        SalvaRigaP();
+        break;
+    }
+}
+
+void CConvLineRecords::SalvaRigaL() {
+    AggiungeJob(slots_[0], slots_[1], slots_[2], slots_[3]);
+}
+
+/// No code is meant to fill temperature and pressure; they are absent unless a line that belongs to
+/// jobs or points stood in the station's record.
+void CConvLineRecords::SalvaRigaS() {
+    AggiungeSta(slots_[kName], slots_[kCode], NumberOrNoValue(slots_[kHeight]),
+                NumberOrNoValue(slots_[3]), NumberOrNoValue(slots_[4]));
+}
+
+void CConvLineRecords::SalvaRigaP() {
+    PolarReading polar{.slopeDistance = NumberOrNoValue(slots_[kDistance]),
+                       .zenithAngle = NumberOrNoValue(slots_[kVertical])};
+    if (mode_ == DistanceMode::Reduced)
+        polar = ReducedReading(polar.slopeDistance, polar.zenithAngle);
+    AggiungePun(slots_[kName], slots_[kCode], "", NumberOrNoValue(slots_[kHeight]),
+                DistanceOrNoValue(polar.slopeDistance), polar.zenithAngle,
+                NumberOrNoValue(slots_[kHorizontalAngle]));
+}

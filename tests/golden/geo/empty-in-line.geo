@@ -1,0 +1,3 @@
+In
+In Secondo
+hs 1.5

@@ -1,0 +1,4 @@
+St P1
+In Tardi
+Pt P2
+In Dopo

@@ -1,0 +1,13 @@
+St P1
+ZH 3.2
+Pt P2
+Az 10
+Pt P3
+DO 30
+ZH -2
+Pt P4
+Zn 95
+DO 12
+Pt P5
+ZH 1.5
+Dt 0

@@ -1,14 +1,21 @@
 #include "framework/FormatTable.h"
 
 #include "converters/ConvFileCAM.h"
+#include "converters/ConvFileDAT.h"
+#include "converters/ConvFileDTM.h"
+#include "converters/ConvFileDTM2.h"
 #include "converters/ConvFileELT.h"
 #include "converters/ConvFileFLD.h"
 #include "converters/ConvFileFOIF.h"
 #include "converters/ConvFileGEO.h"
 #include "converters/ConvFileGSI.h"
 #include "converters/ConvFileGT7.h"
+#include "converters/ConvFileMM2.h"
+#include "converters/ConvFileMMT.h"
 #include "converters/ConvFileODB.h"
 #include "converters/ConvFileOVD.h"
+#include "converters/ConvFilePentaxATS100.h"
+#include "converters/ConvFilePentaxR100.h"
 #include "converters/ConvFilePhenix.h"
 #include "framework/Text.h"
 
@@ -29,13 +36,20 @@ constexpr Format kFormats[] = {
     {1, "gsi", "GSI", "", "GSI-8 and GSI-16 word files, with code blocks", Convert<CConvFileGSI>},
     {4, "fld", "FLD", "", "FLD coded lines", Convert<CConvFileFLD>},
     {6, "geo", "GEO", "", "GEO coded lines", Convert<CConvFileGEO>},
+    {8, "dat", "DAT", "", "DAT records separated by spaces", Convert<CConvFileDAT>},
     {13, "cam", "CAM", "", "CAM comma-separated observations, two layouts", Convert<CConvFileCAM>},
     {14, "elt", "ELT", "", "ELT report files", Convert<CConvFileELT>},
     {15, "ovd", "OVD", "", "OVD comma-separated observations", Convert<CConvFileOVD>},
     {16, "odb", "ODB", "", "ODB observations separated by blanks", Convert<CConvFileODB>},
+    {18, "dtm", "DTM", "", "DTM blocks of value lines", Convert<CConvFileDTM>},
+    {21, "pentax-r100", "", "", "Pentax R100 tagged lines", Convert<CConvFilePentaxR100>},
+    {22, "pentax-ats100", "", "", "Pentax ATS100 tab-separated exports", Convert<CConvFilePentaxATS100>},
     {23, "foif", "", "", "FOIF keyword records", Convert<CConvFileFOIF>},
+    {24, "dtm2", "", "", "DTM2 comma-separated typed records", Convert<CConvFileDTM2>},
     {29, "phenix", "", "", "Phenix keyword records", Convert<CConvFilePhenix>},
     {0, "gt7", "", "GT7 GTS7 DAT", "Keyword records as downloaded", Convert<CConvFileGT7>},
+    {0, "mm2", "", "MM2", "MM2 downloads", Convert<CConvFileMM2>},
+    {0, "mmt", "", "MMT", "MMT downloads", Convert<CConvFileMMT>},
 };
 // clang-format on
 

@@ -1,0 +1,158 @@
+// A DTM file: every value stands on a line of its own, groups of them behind a keyword line. What a
+// line means follows from its place in the group.
+//
+//   @JN           job: 4 lines
+//   VIA ROMA        0 job name
+//   NULL
+//   ROSSI           2 operator
+//   A               3 "A": points carry zenith angle and slope distance;
+//                     anything else: height difference and horizontal distance
+//   @ST           station: 13 lines
+//   NULL
+//   'S1             1 name behind a mark of one character
+//   ...
+//   1545            5 instrument height, millimetres
+//   ...
+//   CHIODO         12 code
+//   @SS           side shot: 22 lines
+//   NULL
+//   '101            1 name behind a mark of one character
+//   ...
+//   1600            7 target height, millimetres
+//   NULL
+//   123.4567        9 horizontal angle, gon
+//   98.7654        10 zenith angle, gon         or   height difference, metres
+//   25.417         11 slope distance, metres    or   horizontal distance, metres
+//   ...
+//   SPIGOLO        21 code
+//
+// "NULL" is an empty value. Lines between the groups are skipped.
+
+#include "converters/ConvFileDTM.h"
+
+#include "framework/Numbers.h"
+#include "framework/Reduction.h"
+#include "framework/Text.h"
+#include "host/NoValue.h"
+
+#include <algorithm>
+#include <span>
+
+namespace {
+
+constexpr std::size_t kKeywordLength = 3;
+
+// The values of a group.
+constexpr std::size_t kName = 0;
+constexpr std::size_t kOperatorOrCode = 1;
+constexpr std::size_t kHeight = 2;
+constexpr std::size_t kHorizontalAngle = 3;
+constexpr std::size_t kVertical = 4;
+constexpr std::size_t kDistance = 5;
+constexpr std::size_t kMode = 6; ///< of the job, good for the points that follow
+
+/// A line of a group that is kept: its place and the value it becomes.
+struct Kept {
+    std::size_t line;
+    std::size_t value;
+};
+
+constexpr Kept kJobLines[] = {{0, kName}, {2, kOperatorOrCode}, {3, kMode}};
+constexpr Kept kStationLines[] = {{1, kName}, {5, kHeight}, {12, kOperatorOrCode}};
+constexpr Kept kPointLines[] = {{1, kName},      {7, kHeight},    {9, kHorizontalAngle},
+                                {10, kVertical}, {11, kDistance}, {21, kOperatorOrCode}};
+
+constexpr double kMillimetres = 1000;
+
+/// Names are written behind a mark of one character, whatever it is.
+std::string WithoutMark(const std::string& name) {
+    return std::string(Piece(name, 1));
+}
+
+} // namespace
+
+struct CConvFileDTM::Group {
+    std::string_view keyword;
+    std::size_t lines;
+    std::span<const Kept> kept;
+    void (CConvFileDTM::*write)();
+};
+
+constexpr CConvFileDTM::Group CConvFileDTM::kGroups[] = {
+    {"@JN", 4, kJobLines, &CConvFileDTM::AggiungiLav},
+    {"@ST", 13, kStationLines, &CConvFileDTM::AggiungiSta},
+    {"@SS", 22, kPointLines, &CConvFileDTM::AggiungiPun},
+};
+
+CConvFileDTM::CConvFileDTM(CLibCmp& fieldBook, std::string* fileName)
+    : CConvGen(fieldBook, fileName) {}
+
+/// Adds no job of its own: stations before the first "@JN" go into the last job that is there.
+bool CConvFileDTM::Esegui() {
+    if (!OpenFile())
+        return false;
+    while (LeggeUnaRigaDTM()) {
+        const auto* const group = std::ranges::find(kGroups, keyword_, &Group::keyword);
+        if (group != std::end(kGroups))
+            ReadGroup(*group);
+    }
+    file_.Close();
+    return true;
+}
+
+bool CConvFileDTM::OpenFile() {
+    return file_.Open(*fileName_);
+}
+
+/// Past the end of the file a line is empty, keyword and all.
+bool CConvFileDTM::LeggeUnaRigaDTM() {
+    line_ = keyword_ = {};
+    std::string_view line;
+    if (!file_.ReadLineWithoutLast(line))
+        return false;
+    line_ = TrimBoth(line);
+    keyword_ = line_.substr(0, kKeywordLength);
+    if (line_ == "NULL")
+        line_ = {};
+    return true;
+}
+
+/// A group cut short by the end of the file is written with the values it has.
+void CConvFileDTM::ReadGroup(const Group& group) {
+    for (std::size_t line = 0; line < group.lines; ++line) {
+        LeggeUnaRigaDTM();
+        const auto kept = std::ranges::find(group.kept, line, &Kept::line);
+        if (kept == group.kept.end())
+            continue;
+        std::string& value = kept->value == kMode ? mode_ : values_[kept->value];
+        value = line_;
+    }
+    (this->*group.write)();
+    ClearValues();
+}
+
+void CConvFileDTM::AggiungiLav() {
+    AggiungeJob(values_[kName], values_[kOperatorOrCode], "", "");
+}
+
+/// Temperature and pressure are not in the file and are 0, not absent, on purpose.
+void CConvFileDTM::AggiungiSta() {
+    AggiungeSta(WithoutMark(values_[kName]), values_[kOperatorOrCode],
+                DividedNumber(values_[kHeight], kMillimetres), 0, 0);
+}
+
+void CConvFileDTM::AggiungiPun() {
+    PolarReading polar{.slopeDistance = DoubleDaString(values_[kDistance]),
+                       .zenithAngle = DoubleDaString(values_[kVertical])};
+    if (mode_ != "A")
+        polar = ReducedReading(polar.slopeDistance, polar.zenithAngle);
+    AggiungePun(WithoutMark(values_[kName]), values_[kOperatorOrCode], "",
+                DividedNumber(values_[kHeight], kMillimetres),
+                DistanceOrNoValue(polar.slopeDistance), polar.zenithAngle,
+                DoubleDaString(values_[kHorizontalAngle]));
+}
+
+void CConvFileDTM::ClearValues() {
+    for (std::string& value : values_)
+        value.clear();
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "framework/ConvGen.h"
+#include "framework/TextFile.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+
+/// Reads DTM files: blocks of value lines behind keyword lines.
+class CONVFILE_API CConvFileDTM : public CConvGen {
+public:
+    CConvFileDTM(CLibCmp& fieldBook, std::string* fileName);
+
+    /// False where the file cannot be opened.
+    bool Esegui();
+
+private:
+    bool OpenFile();
+    bool LeggeUnaRigaDTM();
+    void AggiungiLav();
+    void AggiungiSta();
+    void AggiungiPun();
+
+    struct Group;
+    static const Group kGroups[];
+
+    void ReadGroup(const Group& group);
+    void ClearValues();
+
+    std::string mode_;         ///< of the last job: "A" where points carry angle and slope distance
+    std::string_view line_;    ///< the current line, trimmed; "NULL" is empty
+    std::string_view keyword_; ///< its first three characters
+    std::array<std::string, 6> values_; ///< of the group in hand
+    TextFile file_;
+};

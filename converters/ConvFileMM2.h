@@ -1,0 +1,31 @@
+#pragma once
+
+#include "framework/ConvGen.h"
+#include "framework/TextFile.h"
+
+#include <string>
+#include <string_view>
+
+/// Reads MM2 downloads: records of fields closed by a control character.
+class CONVFILE_API CConvFileMM2 : public CConvGen {
+public:
+    CConvFileMM2(CLibCmp& fieldBook, std::string* fileName);
+
+    /// False where the file cannot be opened. Jobs are added by the file's own job records.
+    bool Esegui();
+
+private:
+    bool OpenFile();
+    bool LeggeUnaRigaMM2();
+    std::string_view SeparaCampo();
+    void ConversioneRigaL();
+    void ConversioneRigaS();
+    void ConversioneRigaP();
+    void ConversioneRigaR();
+
+    double SeparaNumero();
+
+    char type_ = '\0';      ///< of the current record
+    std::string_view rest_; ///< what is left of the current line
+    TextFile file_;
+};

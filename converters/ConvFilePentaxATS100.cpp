@@ -1,0 +1,172 @@
+// A Pentax ATS100 export: tab-separated lines (shown as | here) in station and point sections. Each
+// section begins with a title and a line that names its columns.
+//
+//   Dati stazione
+//   PN|H|Descrizione|
+//   S|100|1.545|CHIODO |
+//   Dati punti
+//   PN|HP|n|AV|DO|Desc|
+//   M|101|1.600|123.4567|98.7654|25.417|SPIGOLO |
+//
+// Columns: P name, HP target height, H instrument height, n horizontal angle, A zenith angle,
+// DO slope distance, DR horizontal distance, Di height difference, De code; any other is skipped.
+// Without a DO column slope distance and zenith angle are computed from DR and Di, which go from
+// ground to ground. Metres and gon. A data line's first column ("S", "M") is its mark; column names
+// count from there on.
+
+#include "converters/ConvFilePentaxATS100.h"
+
+#include "framework/Numbers.h"
+#include "framework/Reduction.h"
+#include "framework/Text.h"
+
+#include <algorithm>
+
+/// What a column's name begins with, and the value that such a column holds: a text or a number.
+struct CConvFilePentaxATS100::ColumnName {
+    std::string_view begins;
+    std::string_view Values::*text;
+    double Values::*number;
+};
+
+// The first row that fits counts.
+constexpr CConvFilePentaxATS100::ColumnName CConvFilePentaxATS100::kColumnNames[] = {
+    {"P", &Values::name, nullptr},
+    {"HP", nullptr, &Values::targetHeight},
+    {"H", nullptr, &Values::instrumentHeight},
+    {"n", nullptr, &Values::horizontalAngle},
+    {"A", nullptr, &Values::verticalAngle},
+    {"DR", nullptr, &Values::horizontalDistance},
+    {"DO", nullptr, &Values::slopeDistance},
+    {"Di", nullptr, &Values::heightDifference},
+    {"De", &Values::code, nullptr},
+};
+
+namespace {
+
+/// Calls `take` with each tab-separated piece and whether it is the last.
+template <class Take>
+void ForEachColumn(std::string_view line, Take take) {
+    std::string_view column;
+    while (CutAt(line, '\t', column))
+        take(column, false);
+    take(line, true);
+}
+
+} // namespace
+
+CConvFilePentaxATS100::CConvFilePentaxATS100(CLibCmp& fieldBook, std::string* fileName)
+    : CConvGen(fieldBook, fileName) {}
+
+bool CConvFilePentaxATS100::Esegui() {
+    if (!OpenFile())
+        return false;
+    AggiungeJobDelFile();
+    while (LeggeUnaRigaDAT()) {
+        if (!line_.empty())
+            IndividuaCampi();
+    }
+    file_.Close();
+    return true;
+}
+
+bool CConvFilePentaxATS100::OpenFile() {
+    return file_.Open(*fileName_);
+}
+
+/// The line end stays: it is the first of the two characters that a line's last value loses.
+bool CConvFilePentaxATS100::LeggeUnaRigaDAT() {
+    if (!file_.ReadLine(line_))
+        return false;
+    if (line_.size() < 2)
+        line_ = {};
+    return true;
+}
+
+/// A line that names columns and begins with "S" or "M" is also read as data, on purpose.
+void CConvFilePentaxATS100::IndividuaCampi() {
+    if (stationTitle_)
+        LeggeCampi(stationMap_);
+    else if (pointTitle_)
+        LeggeCampi(pointMap_);
+
+    if (Contains(line_, "Dati stazione"))
+        stationTitle_ = true;
+    else if (Contains(line_, "Dati punti"))
+        pointTitle_ = true;
+    else if (line_.front() == 'S')
+        LeggeDati(stationMap_, true);
+    else if (line_.front() == 'M' && Piece(line_, 1, 1) != "E")
+        LeggeDati(pointMap_, false);
+}
+
+/// A name that is not known leaves what an earlier section said of its column.
+void CConvFilePentaxATS100::LeggeCampi(ColumnMap& map) {
+    stationTitle_ = pointTitle_ = false;
+    std::size_t column = 0;
+    ForEachColumn(line_, [&](std::string_view name, bool) {
+        const auto* const known = std::ranges::find_if(
+            kColumnNames, [&](const ColumnName& row) { return name.starts_with(row.begins); });
+        if (column < map.size() && known != std::end(kColumnNames)) {
+            map[column] = known;
+            hasSlopeDistance_ = hasSlopeDistance_ || known->number == &Values::slopeDistance;
+        }
+        ++column;
+    });
+}
+
+void CConvFilePentaxATS100::LeggeDati(const ColumnMap& map, bool isStation) {
+    std::string_view mark;
+    std::string_view rest = line_;
+    if (CutAt(rest, '\t', mark)) {
+        std::size_t column = 0;
+        ForEachColumn(rest, [&](std::string_view text, bool isLast) {
+            // The last value loses the line end and one character more, on purpose: the instrument
+            // writes a blank there.
+            if (isLast)
+                text = DropLast(DropLast(text));
+            if (column < map.size() && map[column])
+                Store(*map[column], text);
+            ++column;
+        });
+    }
+    if (!hasSlopeDistance_)
+        UseReducedValues();
+    if (isStation) {
+        lastInstrumentHeight_ = values_.instrumentHeight;
+        AggiungeSta(std::string(values_.name), std::string(values_.code), values_.instrumentHeight,
+                    kNoValue, kNoValue);
+    } else {
+        const double distance =
+            hasSlopeDistance_ ? DistanceOrNoValue(values_.slopeDistance) : values_.slopeDistance;
+        AggiungePun(std::string(values_.name), std::string(values_.code), "", values_.targetHeight,
+                    distance, values_.verticalAngle, values_.horizontalAngle);
+    }
+    Inizializza();
+}
+
+void CConvFilePentaxATS100::Store(const ColumnName& column, std::string_view text) {
+    if (column.text)
+        values_.*column.text = text;
+    else
+        values_.*column.number = DoubleDaString(text);
+}
+
+/// Zenith angle and slope distance from horizontal distance and height difference, absent where
+/// those are; what a zenith angle column gave is replaced by it. An absent target or instrument
+/// height counts as 0.
+void CConvFilePentaxATS100::UseReducedValues() {
+    values_.verticalAngle = values_.slopeDistance = kNoValue;
+    if (values_.horizontalDistance == kNoValue || values_.heightDifference == kNoValue)
+        return;
+    const double difference = values_.heightDifference + ValueOrZero(values_.targetHeight) -
+                              ValueOrZero(lastInstrumentHeight_);
+    const PolarReading polar = RoundedPolarFromReduced(values_.horizontalDistance, difference);
+    values_.verticalAngle = polar.zenithAngle;
+    values_.slopeDistance = polar.slopeDistance;
+}
+
+void CConvFilePentaxATS100::Inizializza() {
+    values_ = {};
+    stationTitle_ = pointTitle_ = false;
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "framework/ConvGen.h"
+#include "framework/TextFile.h"
+#include "host/NoValue.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+
+/// Reads Pentax ATS100 tab-separated exports.
+class CONVFILE_API CConvFilePentaxATS100 : public CConvGen {
+public:
+    CConvFilePentaxATS100(CLibCmp& fieldBook, std::string* fileName);
+
+    /// Converts the file into one job named after it; false where it cannot be opened.
+    bool Esegui();
+
+private:
+    static constexpr std::size_t kColumns = 9;
+    struct ColumnName;
+    static const ColumnName kColumnNames[];
+    /// What each column holds; null: nothing that is read.
+    using ColumnMap = std::array<const ColumnName*, kColumns>;
+
+    /// The values of one data line.
+    struct Values {
+        std::string_view name;
+        std::string_view code;
+        double targetHeight = kNoValue;
+        double instrumentHeight = kNoValue;
+        double horizontalAngle = kNoValue;
+        double verticalAngle = kNoValue;
+        double horizontalDistance = kNoValue;
+        double slopeDistance = kNoValue;
+        double heightDifference = kNoValue;
+    };
+
+    bool OpenFile();
+    bool LeggeUnaRigaDAT();
+    void IndividuaCampi();
+    void LeggeCampi(ColumnMap& map);
+    void LeggeDati(const ColumnMap& map, bool isStation);
+    void Inizializza();
+
+    void Store(const ColumnName& column, std::string_view text);
+    void UseReducedValues();
+
+    std::string_view line_; ///< the current line, with its line end
+    ColumnMap stationMap_{};
+    ColumnMap pointMap_{};
+    bool stationTitle_ = false;     ///< the line before was the title of a station section
+    bool pointTitle_ = false;       ///< the same of a point section
+    bool hasSlopeDistance_ = false; ///< a slope distance column was seen
+    Values values_;
+    double lastInstrumentHeight_ = kNoValue;
+    TextFile file_;
+};

@@ -1,0 +1,167 @@
+// A Pentax R100 file: one value a line, a three-letter tag, a ":" and the value, which a terminator
+// follows.
+//
+//   STL:CANTIERE 7;        job name
+//   STA:;                  belongs to a station
+//   STS:100;               station name
+//   STC:CHIODO;            station code
+//   TMP:18.0;              temperature
+//   PRS:1013;              pressure
+//   INH:1.545;             instrument height, metres
+//   PPT:;                  belongs to a point
+//   PPD:101;               point name
+//   PPC:SPIGOLO;           point code
+//   PPH:1.600;             target height, metres
+//   RTH:123.4567;          horizontal angle, gon
+//   RTV:98.7654;           zenith angle, gon
+//   RTD:25.417;            slope distance, metres
+//
+// What stands before the tag and every other tag is skipped. A record has no end of its own. A station
+// or a point is written when a tag of another kind, or one whose value it has already, shows that it is
+// complete; a job when a tag of a station does.
+
+#include "converters/ConvFilePentaxR100.h"
+
+#include "framework/Numbers.h"
+#include "framework/Text.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::size_t kTagLength = 3;
+
+/// A tag of a record: the text or the number it fills, or neither where it only opens the record.
+template <class Record>
+struct Tag {
+    std::string_view tag;
+    std::string Record::*text;
+    double Record::*number;
+};
+
+using Station = CConvFilePentaxR100::Station;
+using Point = CConvFilePentaxR100::Point;
+
+constexpr std::string_view kJobTag = "STL";
+
+constexpr Tag<Station> kStationTags[] = {
+    {"STA", nullptr, nullptr},
+    {"STS", &Station::name, nullptr},
+    {"STC", &Station::code, nullptr},
+    {"TMP", nullptr, &Station::temperature},
+    {"PRS", nullptr, &Station::pressure},
+    {"INH", nullptr, &Station::instrumentHeight},
+};
+
+constexpr Tag<Point> kPointTags[] = {
+    {"PPT", nullptr, nullptr},
+    {"PPD", &Point::name, nullptr},
+    {"PPC", &Point::code, nullptr},
+    {"PPH", nullptr, &Point::targetHeight},
+    {"RTH", nullptr, &Point::horizontalAngle},
+    {"RTV", nullptr, &Point::verticalAngle},
+    {"RTD", nullptr, &Point::slopeDistance},
+};
+
+template <class Table>
+auto* FindTag(const Table& table, std::string_view tag) {
+    const auto* const found =
+        std::ranges::find(table, tag, [](const auto& row) { return row.tag; });
+    return found == std::end(table) ? nullptr : found;
+}
+
+/// True where the record has the value that the tag would fill.
+template <class Record>
+bool HasValue(const Record& record, const Tag<Record>& tag) {
+    if (tag.text)
+        return !(record.*tag.text).empty();
+    return tag.number && IsPresent(record.*tag.number);
+}
+
+template <class Record>
+void Fill(Record& record, const Tag<Record>& tag, std::string_view value) {
+    if (tag.text)
+        record.*tag.text = value;
+    if (tag.number)
+        record.*tag.number = DoubleDaString(value);
+    record.pending = true;
+}
+
+} // namespace
+
+CConvFilePentaxR100::CConvFilePentaxR100(CLibCmp& fieldBook, std::string* fileName)
+    : CConvFileBase(fieldBook, fileName) {}
+
+// A job tag with nothing after it adds no job, on purpose.
+CConvFilePentaxR100::~CConvFilePentaxR100() {
+    ConversioneSta();
+    ConversionePun();
+}
+
+void CConvFilePentaxR100::ProcessaRiga() {
+    const std::size_t colon = line_.find(':');
+    if (colon == std::string_view::npos || colon < kTagLength)
+        return;
+    const std::string_view tag = line_.substr(colon - kTagLength, kTagLength);
+    // The last character is the terminator, whatever it is.
+    const std::string_view value = TrimBoth(DropLast(line_.substr(colon + 1)));
+
+    if (tag == kJobTag) {
+        ConversionePun();
+        ConversioneSta();
+        jobName_ = value;
+        jobPending_ = true;
+    } else if (const auto* const stationTag = FindTag(kStationTags, tag)) {
+        ConversionePun();
+        ConversioneLav();
+        if (HasValue(station_, *stationTag))
+            ConversioneSta();
+        Fill(station_, *stationTag, value);
+    } else if (const auto* const pointTag = FindTag(kPointTags, tag)) {
+        ConversioneSta();
+        if (HasValue(point_, *pointTag))
+            ConversionePun();
+        Fill(point_, *pointTag, value);
+    }
+}
+
+void CConvFilePentaxR100::ConversioneLav() {
+    if (!jobPending_)
+        return;
+    if (firstJob_)
+        SetNomeAtJob(jobName_);
+    else
+        AggiungeJob(jobName_, "", "", "");
+    firstJob_ = false;
+    AzzeramentoLav();
+}
+
+void CConvFilePentaxR100::ConversioneSta() {
+    if (!station_.pending)
+        return;
+    AggiungeSta(station_.name, station_.code, station_.instrumentHeight, station_.temperature,
+                station_.pressure);
+    AzzeramentoSta();
+}
+
+void CConvFilePentaxR100::ConversionePun() {
+    if (!point_.pending)
+        return;
+    AggiungePun(point_.name, point_.code, "", point_.targetHeight,
+                DistanceOrNoValue(point_.slopeDistance), point_.verticalAngle,
+                point_.horizontalAngle);
+    AzzeramentoPun();
+}
+
+void CConvFilePentaxR100::AzzeramentoLav() {
+    jobName_.clear();
+    jobPending_ = false;
+}
+
+void CConvFilePentaxR100::AzzeramentoSta() {
+    station_ = {};
+}
+
+void CConvFilePentaxR100::AzzeramentoPun() {
+    point_ = {};
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "framework/ConvFileBase.h"
+#include "host/NoValue.h"
+
+#include <string>
+#include <string_view>
+
+/// Reads Pentax R100 files: one tagged value a line.
+class CONVFILE_API CConvFilePentaxR100 : public CConvFileBase {
+public:
+    CConvFilePentaxR100(CLibCmp& fieldBook, std::string* fileName);
+    /// Writes a pending station and then a pending point; a pending job is not written.
+    ~CConvFilePentaxR100() override;
+
+    /// The values of a station as far as they have come.
+    struct Station {
+        std::string name;
+        std::string code;
+        double instrumentHeight = kNoValue;
+        double temperature = kNoValue;
+        double pressure = kNoValue;
+        bool pending = false;
+    };
+
+    /// The values of a point as far as they have come.
+    struct Point {
+        std::string name;
+        std::string code;
+        double targetHeight = kNoValue;
+        double horizontalAngle = kNoValue;
+        double verticalAngle = kNoValue;
+        double slopeDistance = kNoValue;
+        bool pending = false;
+    };
+
+protected:
+    void ProcessaRiga() override;
+
+private:
+    void ConversioneLav();
+    void ConversioneSta();
+    void ConversionePun();
+    void AzzeramentoLav();
+    void AzzeramentoSta();
+    void AzzeramentoPun();
+
+    std::string jobName_;
+    bool jobPending_ = false;
+    bool firstJob_ = true; ///< the first job names the one that is there
+    Station station_;
+    Point point_;
+};

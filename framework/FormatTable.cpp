@@ -10,13 +10,18 @@
 #include "converters/ConvFileGEO.h"
 #include "converters/ConvFileGSI.h"
 #include "converters/ConvFileGT7.h"
+#include "converters/ConvFileLGU.h"
 #include "converters/ConvFileMM2.h"
 #include "converters/ConvFileMMT.h"
+#include "converters/ConvFileMTS.h"
+#include "converters/ConvFileMWG.h"
 #include "converters/ConvFileODB.h"
 #include "converters/ConvFileOVD.h"
 #include "converters/ConvFilePentaxATS100.h"
 #include "converters/ConvFilePentaxR100.h"
 #include "converters/ConvFilePhenix.h"
+#include "converters/ConvFileRAW.h"
+#include "converters/ConvFileSDR2.h"
 #include "framework/Text.h"
 
 #include <algorithm>
@@ -34,18 +39,23 @@ bool Convert(const ConversionTarget& target, std::string* fileName) {
 constexpr Format kFormats[] = {
     // code, name, usual extensions, download extensions, title, converter
     {1, "gsi", "GSI", "", "GSI-8 and GSI-16 word files, with code blocks", Convert<CConvFileGSI>},
+    {3, "mwg", "MWG", "", "MWG fixed-column words", Convert<CConvFileMWG>},
     {4, "fld", "FLD", "", "FLD coded lines", Convert<CConvFileFLD>},
+    {5, "lgu", "LGU", "", "LGU fixed columns", Convert<CConvFileLGU>},
     {6, "geo", "GEO", "", "GEO coded lines", Convert<CConvFileGEO>},
     {8, "dat", "DAT", "", "DAT records separated by spaces", Convert<CConvFileDAT>},
+    {9, "sdr2", "SDR", "", "Sokkia SDR2 field files", Convert<CConvFileSDR2>},
     {13, "cam", "CAM", "", "CAM comma-separated observations, two layouts", Convert<CConvFileCAM>},
     {14, "elt", "ELT", "", "ELT report files", Convert<CConvFileELT>},
     {15, "ovd", "OVD", "", "OVD comma-separated observations", Convert<CConvFileOVD>},
     {16, "odb", "ODB", "", "ODB observations separated by blanks", Convert<CConvFileODB>},
     {18, "dtm", "DTM", "", "DTM blocks of value lines", Convert<CConvFileDTM>},
+    {19, "raw", "RAW", "", "Comma-separated raw observations", Convert<CConvFileRAW>},
     {21, "pentax-r100", "", "", "Pentax R100 tagged lines", Convert<CConvFilePentaxR100>},
     {22, "pentax-ats100", "", "", "Pentax ATS100 tab-separated exports", Convert<CConvFilePentaxATS100>},
     {23, "foif", "", "", "FOIF keyword records", Convert<CConvFileFOIF>},
     {24, "dtm2", "", "", "DTM2 comma-separated typed records", Convert<CConvFileDTM2>},
+    {26, "mts", "MTS", "", "MTS binary downloads", Convert<CConvFileMTS>},
     {29, "phenix", "", "", "Phenix keyword records", Convert<CConvFilePhenix>},
     {0, "gt7", "", "GT7 GTS7 DAT", "Keyword records as downloaded", Convert<CConvFileGT7>},
     {0, "mm2", "", "MM2", "MM2 downloads", Convert<CConvFileMM2>},

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "framework/ConvGen.h"
+#include "framework/TextFile.h"
+
+#include <array>
+#include <string_view>
+
+/// Reads LGU fixed-column files.
+class CONVFILE_API CConvFileLGU : public CConvGen {
+public:
+    CConvFileLGU(CLibCmp& fieldBook, std::string* fileName);
+
+    /// Converts the file into one job named after it; false where it cannot be opened.
+    bool Esegui();
+
+private:
+    bool OpenFile();
+    bool LeggeUnaRigaLGU();
+    void SeparaCampiLGU();
+    void ConversioneRigaS();
+    void ConversioneRigaP();
+
+    std::string_view line_;
+    char type_ = ' ';
+    std::array<std::string_view, 6> slots_;
+    TextFile file_;
+};

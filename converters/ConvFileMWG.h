@@ -1,0 +1,40 @@
+#pragma once
+
+#include "framework/ConvGen.h"
+#include "framework/TextFile.h"
+#include "host/NoValue.h"
+
+#include <string>
+#include <string_view>
+
+/// Reads MWG fixed-column files.
+class CONVFILE_API CConvFileMWG : public CConvGen {
+public:
+    CConvFileMWG(CLibCmp& fieldBook, std::string* fileName);
+
+    /// Converts the file into one job named after it; false where it cannot be opened.
+    bool Esegui();
+
+private:
+    bool OpenFile();
+    bool LeggeUnaRigaMWG();
+    void AnalizzaRigaMWG();
+    void SalvaRigaMWG();
+    void AggiungiStazioneMWG();
+    void AggiungiPuntoMWG();
+
+    void Observation();
+    void Information();
+
+    std::string_view line_;
+    bool stationReady_ = false;
+    bool pointReady_ = false;
+    std::string stationName_;
+    double instrumentHeight_ = kNoValue;
+    std::string pointName_;
+    double horizontalAngle_ = kNoValue;
+    double verticalAngle_ = kNoValue;
+    double slopeDistance_ = kNoValue;
+    double targetHeight_ = kNoValue; ///< kept until a line changes it
+    TextFile file_;
+};

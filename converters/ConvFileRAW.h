@@ -1,0 +1,35 @@
+#pragma once
+
+#include "framework/ConvGen.h"
+#include "framework/TextFile.h"
+#include "host/NoValue.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+
+/// Reads comma-separated raw observation files.
+class CONVFILE_API CConvFileRAW : public CConvGen {
+public:
+    CConvFileRAW(CLibCmp& fieldBook, std::string* fileName);
+
+    /// False where the file cannot be opened. Adds no job: stations go into the last one.
+    bool Esegui();
+
+private:
+    bool OpenFile();
+    bool LeggeUnaRigaRAW();
+    std::string_view SeparaCampo();
+    void AggiungiSta();
+    void AggiungiPun();
+    void AggiungiPunF1();
+
+    void SeparaCampi();
+    void AddPoint(double horizontalAngle);
+
+    std::string_view line_;       ///< what is left of the current line
+    std::string_view recordType_; ///< of the current line
+    std::array<std::string_view, 7> fields_;
+    double backDirection_ = kNoValue; ///< of the last station record
+    TextFile file_;
+};

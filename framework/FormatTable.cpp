@@ -1,5 +1,6 @@
 #include "framework/FormatTable.h"
 
+#include "cadastral/ConvFilePCP.h"
 #include "converters/ConvFileCAM.h"
 #include "converters/ConvFileDAT.h"
 #include "converters/ConvFileDTM.h"
@@ -35,6 +36,12 @@ bool Convert(const ConversionTarget& target, std::string* fileName) {
     return Converter(target.fieldBook, fileName).Esegui();
 }
 
+/// The one converter that fills the cadastral document; without one it has nothing to fill.
+bool ConvertCadastral(const ConversionTarget& target, std::string* fileName) {
+    return target.cadastralDocument &&
+           CConvFilePCP(target.fieldBook, *target.cadastralDocument, fileName).Esegui();
+}
+
 // clang-format off
 constexpr Format kFormats[] = {
     // code, name, usual extensions, download extensions, title, converter
@@ -51,6 +58,7 @@ constexpr Format kFormats[] = {
     {16, "odb", "ODB", "", "ODB observations separated by blanks", Convert<CConvFileODB>},
     {18, "dtm", "DTM", "", "DTM blocks of value lines", Convert<CConvFileDTM>},
     {19, "raw", "RAW", "", "Comma-separated raw observations", Convert<CConvFileRAW>},
+    {20, "pcp", "PCP", "", "Cadastral survey exchange files", ConvertCadastral},
     {21, "pentax-r100", "", "", "Pentax R100 tagged lines", Convert<CConvFilePentaxR100>},
     {22, "pentax-ats100", "", "", "Pentax ATS100 tab-separated exports", Convert<CConvFilePentaxATS100>},
     {23, "foif", "", "", "FOIF keyword records", Convert<CConvFileFOIF>},

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "framework/ConvGen.h"
+#include "framework/TextFile.h"
+#include "host/CtsRigArray.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+
+class CCts;
+
+/// Reads a cadastral survey exchange file into the cadastral document (header, line records, values)
+/// and into the field book (stations, observed points, orientation points).
+class CONVFILE_API CConvFilePCP : public CConvGen {
+public:
+    CConvFilePCP(CLibCmp& fieldBook, CCts& document, std::string* fileName);
+
+    /// False where the file cannot be opened. The line records are handed over at the end.
+    bool Esegui();
+
+private:
+    /// The longest record: one that fills it ends the reading.
+    static constexpr std::size_t kLongestRecord = 1023;
+
+    bool OpenFile();
+    bool LeggeUnaRigaPCP();
+    bool TipoRiga();
+    void SeparaCampo();
+    void CleanData();
+    void ConversioneRiga0();
+    void ConversioneRiga1();
+    void ConversioneRiga2();
+    void ConversioneRiga3o7(char type);
+    void ConversioneRiga4();
+    void ConversioneRiga5();
+    void ConversioneRiga6();
+    void ConversioneRiga8();
+    void ConversioneRiga9();
+    void SeparaColoreTpLinea();
+    bool SeparaCampiFinaliRiga7(int vertexCount);
+
+    const std::string& NextField();
+    double NextReal();
+    void ReadVertex(char type);
+    CRig& AddLine(char type);
+    std::string_view Rest() const { return std::string_view(record_).substr(restBegin_); }
+    char& RestAt(std::size_t position) { return record_[restBegin_ + position]; }
+
+    CCts& document_;
+    TextFile file_;
+    bool atEnd_ = false;        ///< the last record was read
+    std::string record_;        ///< the current record
+    std::size_t restBegin_ = 0; ///< where what is left of it begins
+    std::string field_;         ///< the current field
+    char colour_ = 'N';         ///< style of the vertices being read; lasts across records
+    char lineType_ = 'C';
+    std::array<std::string, 3> labels_; ///< behind the vertices of a labelled line
+    CCtsRigArray lines_;
+};

@@ -23,6 +23,7 @@
 #include "converters/ConvFilePhenix.h"
 #include "converters/ConvFileRAW.h"
 #include "converters/ConvFileSDR2.h"
+#include "database/ConvFileTLSV.h"
 #include "framework/Text.h"
 
 #include <algorithm>
@@ -40,6 +41,13 @@ bool Convert(const ConversionTarget& target, std::string* fileName) {
 bool ConvertCadastral(const ConversionTarget& target, std::string* fileName) {
     return target.cadastralDocument &&
            CConvFilePCP(target.fieldBook, *target.cadastralDocument, fileName).Esegui();
+}
+
+/// The one import that fills the point library and tells the drawing.
+bool ConvertDatabase(const ConversionTarget& target, std::string* fileName) {
+    return target.pointLibrary && target.drawing &&
+           CConvFileTLSV(target.fieldBook, *target.pointLibrary, *target.drawing, fileName)
+               .Esegui();
 }
 
 // clang-format off
@@ -68,6 +76,7 @@ constexpr Format kFormats[] = {
     {0, "gt7", "", "GT7 GTS7 DAT", "Keyword records as downloaded", Convert<CConvFileGT7>},
     {0, "mm2", "", "MM2", "MM2 downloads", Convert<CConvFileMM2>},
     {0, "mmt", "", "MMT", "MMT downloads", Convert<CConvFileMMT>},
+    {0, "tlsv", "", "TLSV", "Job databases of field controllers (Access files)", ConvertDatabase},
 };
 // clang-format on
 

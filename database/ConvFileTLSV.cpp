@@ -1,0 +1,381 @@
+// A field controller's job database: a Microsoft Access file with these tables, as far as they are read.
+//
+//   tblCrdObsSession   StartSecondsFrom1970
+//   tblObsEquipment    TextId
+//   tblTsOccups        set-ups; its first three columns are key, point key, instrument height
+//   tblTsShots         keyTsShot, fkeyTsOccupations, fkeyTargetStation, HAngle, VAngle, SDistance,
+//                      TargetAntHeight, aFlag, fkeyCrdRawMeas
+//   tblSoPoints        keySoPoint, fkeyStationDef, Name, C1 (north), C2 (east), C3, StationType
+//   tblStations        keyStation, fkeySoPoint, Name, C1, C2, C3, StationType, Notes
+//   tblCrdRawMeas      keyCrdRawMeas, MeasExtraType
+//   tblCodesToPts      fkeyPoint, fkeyCodeDef
+//   tblCodeDefs        keyCodeDef, nameCode
+//   tblCrdImageData    fkeyShot, ImageFileName, ImageType
+//
+// Angles are degrees, lengths metres. Every answer is a line of fields, each followed by a tab. The
+// photos lie in a folder named like the database, beside it.
+
+#include "database/ConvFileTLSV.h"
+
+#include "database/CivilDate.h"
+#include "framework/Angles.h"
+#include "framework/FileName.h"
+#include "framework/Numbers.h"
+#include "framework/Offset.h"
+#include "framework/Text.h"
+#include "framework/TskFormat.h"
+#include "host/GcadEng.h"
+#include "host/LibPnt.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace {
+
+constexpr char kFieldEnd = '\t';
+
+// Kinds of a raw measurement.
+constexpr std::string_view kNotAnObservation = "20";
+constexpr std::string_view kHidesTheNext = "21";
+
+// Flags of a shot.
+constexpr int kReferenceMask = 0x1053;
+constexpr int kReference = 0x13;
+constexpr int kOffsetMask = 0x1043;
+
+// Types of station that are control points.
+constexpr double kControlPoint = 1;
+constexpr double kCheckedControlPoint = 16;
+
+constexpr short kProcessingCode = 3;
+constexpr std::string_view kPhotoOfFirstKind = "0";
+
+std::string_view WithoutLeadingSpaces(std::string_view text) {
+    text.remove_prefix(std::min(text.size(), text.find_first_not_of(' ')));
+    return text;
+}
+
+/// Takes the first field off a text.
+std::string_view TakeField(std::string_view& text) {
+    std::string_view field = text;
+    if (!CutAt(text, kFieldEnd, field))
+        text = {};
+    text = WithoutLeadingSpaces(text);
+    return WithoutLeadingSpaces(field);
+}
+
+/// Takes the last field off a text.
+std::string_view TakeLastField(std::string_view& text) {
+    const std::size_t end = text.rfind(kFieldEnd);
+    const std::string_view field = text.substr(end + 1); // the whole text where there is no tab
+    text = text.substr(0, end == std::string_view::npos ? 0 : end);
+    return field;
+}
+
+/// A number, which some controllers write with a decimal comma.
+double Number(std::string_view field) {
+    if (field.find(',') == std::string_view::npos)
+        return DoubleDaString(field);
+    std::string pointed(field);
+    std::ranges::replace(pointed, ',', '.');
+    return DoubleDaString(pointed);
+}
+
+int Integer(std::string_view field) {
+    const long long number = LongDaStringNullZero(field);
+    const bool fits =
+        number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max();
+    return fits ? static_cast<int>(number) : 0;
+}
+
+double TakeNumber(std::string_view& text) {
+    return Number(TakeField(text));
+}
+
+/// A code without its fillers: "~" goes, "&" is a space.
+std::string CleanCode(std::string code) {
+    std::erase(code, '~');
+    std::ranges::replace(code, '&', ' ');
+    return code;
+}
+
+void SetReading(CPun& observation, const Sighting& sighting) {
+    const double horizontal = FiniteOrNoValue(sighting.horizontalAngle);
+    const double vertical = FiniteOrNoValue(sighting.zenithAngle);
+    const double distance = FiniteOrNoValue(DistanceOrNoValue(sighting.slopeDistance));
+    observation.SetAngO(horizontal);
+    observation.SetAngV(vertical);
+    observation.SetDiIn(distance);
+    observation.SetDtIntAng(distance, vertical, horizontal);
+}
+
+} // namespace
+
+CConvFileTLSV::CConvFileTLSV(CLibCmp& fieldBook, CLibPnt& pointLibrary, CGcadEng& drawing,
+                             std::string* fileName)
+    : CConvGen(fieldBook, fileName),
+      databasePath_(*fileName),
+      pointLibrary_(pointLibrary),
+      drawing_(drawing) {}
+
+CConvFileTLSV::~CConvFileTLSV() = default;
+
+/// The job is added before the database is opened, and stays where that fails.
+bool CConvFileTLSV::Esegui() {
+    newJob_ = fieldBook_.GetJobArSize();
+    std::string name = NomeDelFile(databasePath_);
+    name.erase(std::min(name.size(), name.rfind('.')));
+    CJob* const job = fieldBook_.AddJob(true);
+    if (job)
+        job->SetNome(name);
+    if (!ConnectDatabase())
+        return false;
+    if (job)
+        SetJobTexts(*job);
+    CreaStaz();
+    CreaPun();
+    CreaPunOri();
+    drawing_.Notify(1, 1, nullptr);
+    return true;
+}
+
+/// An error of the engine itself is one more way in which the database cannot be opened.
+bool CConvFileTLSV::ConnectDatabase() {
+    try {
+        return database_.Connect(databasePath_.c_str(), false);
+    } catch (...) {
+        return false;
+    }
+}
+
+void CConvFileTLSV::SetJobTexts(CJob& job) {
+    constexpr int kSecondsOfDay = 24 * 60 * 60;
+    const int seconds =
+        Integer(ReadFirst("SELECT StartSecondsFrom1970 FROM tblCrdObsSession", "", 1));
+    const int days = seconds / kSecondsOfDay - (seconds % kSecondsOfDay < 0 ? 1 : 0);
+    const auto date = convfile::database::CivilFromDays(days);
+    char text[32];
+    tsk_sprintf(text, "%d/%d/%d", date.day, date.month, static_cast<int>(date.year));
+    job.SetData(text);
+
+    const std::string instrument = ReadFirst("SELECT TextId FROM tblObsEquipment", "", 1);
+    job.SetStrum(instrument.substr(0, instrument.find(kFieldEnd)));
+}
+
+std::string CConvFileTLSV::ReadFirst(const char* head, std::string_view tail, int fields) {
+    return database_.ReadData(head, std::string(tail), fields);
+}
+
+std::string CConvFileTLSV::ReadCode(std::string_view pointKey) {
+    const std::string answer =
+        ReadFirst("SELECT tblCodeDefs.nameCode FROM tblCodeDefs, tblCodesToPts WHERE "
+                  "tblCodeDefs.keyCodeDef=tblCodesToPts.fkeyCodeDef AND tblCodesToPts.fkeyPoint=",
+                  pointKey, 1);
+    std::string_view rest = answer;
+    return std::string(TakeField(rest));
+}
+
+/// A station for each set-up. One that the field book declines has no key, so that keys and stations
+/// go on belonging together.
+void CConvFileTLSV::CreaStaz() {
+    rows_.clear();
+    if (!database_.ReadData("SELECT * FROM tblTsOccups", "", 3, &rows_))
+        return;
+    for (const std::string& row : rows_) {
+        CSta* const station = fieldBook_.AddSta(newJob_, true);
+        if (!station)
+            continue;
+        std::string_view rest = row;
+        occupationKeys_.emplace_back(TakeField(rest));
+        const std::string_view pointKey = TakeField(rest);
+        const double instrumentHeight = TakeNumber(rest);
+        const std::string code = ReadCode(pointKey);
+        const std::string point =
+            ReadFirst("SELECT Name, C1, C2, C3 FROM tblSoPoints WHERE keySoPoint=", pointKey, 4);
+        std::string_view pointRest = point;
+        station->SetNome(std::string(TakeField(pointRest)));
+        station->SetIden(code);
+        const double c1 = TakeNumber(pointRest);
+        const double c2 = TakeNumber(pointRest);
+        const double c3 = TakeNumber(pointRest);
+        station->SetCoord(c2, c1, c3); // C1 is north, C2 east
+        station->CalcolaValiditaXYZ();
+        station->SetAltStr(instrumentHeight);
+        if (CJob* const job = fieldBook_.GetJobAt(newJob_))
+            job->SetCodeElab(kProcessingCode);
+    }
+}
+
+void CConvFileTLSV::CreaPun() {
+    for (int station = 0; station < fieldBook_.GetStaArSize(newJob_); ++station)
+        CreaPunDiSta(station);
+}
+
+/// The shots of one set-up. An offset shot refers to the last offset reference before it.
+void CConvFileTLSV::CreaPunDiSta(int station) {
+    const auto index = static_cast<std::size_t>(station);
+    rows_.clear();
+    if (index >= occupationKeys_.size() ||
+        !database_.ReadData("SELECT keyTsShot, fkeyTargetStation, HAngle, VAngle, SDistance, "
+                            "TargetAntHeight, aFlag, fkeyCrdRawMeas FROM tblTsShots WHERE "
+                            "fkeyTsOccupations=",
+                            occupationKeys_[index], 8, &rows_))
+        return;
+    CPun* reference = nullptr;
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        std::string kind;
+        if (CreaPunto(station, rows_[i], reference, kind) && kind == kHidesTheNext)
+            ++i;
+    }
+}
+
+/// One shot; false where it leaves no observation.
+bool CConvFileTLSV::CreaPunto(int station, std::string_view row, CPun*& reference,
+                              std::string& kind) {
+    CPun* const observation = fieldBook_.AddPun(newJob_, station, true);
+    if (!observation)
+        return false;
+    std::string_view line = DropLast(row);
+    SetPunFoto(*observation, line);
+    const std::string measurement = ReadFirst(
+        "SELECT MeasExtraType FROM tblCrdRawMeas WHERE keyCrdRawMeas=", TakeLastField(line), 1);
+    std::string_view measurementRest = measurement;
+    kind = TakeField(measurementRest);
+    if (kind == kNotAnObservation) {
+        fieldBook_.DelPunAt(observation);
+        return false;
+    }
+    const int flags = Integer(TakeLastField(line));
+    const bool isOffset = (flags & kOffsetMask) == kOffsetMask;
+    if ((flags & kReferenceMask) == kReference)
+        reference = observation;
+
+    const Target target = ReadTarget(TakeField(line));
+    const double horizontal = TakeNumber(line);
+    const double vertical = TakeNumber(line);
+    const double distance = TakeNumber(line);
+    const double targetHeight = TakeNumber(line);
+
+    const std::string notes =
+        ReadFirst("SELECT Notes FROM tblStations WHERE fkeySoPoint=", target.key, 1);
+    std::string_view notesRest = notes;
+    observation->SetNome(target.name);
+    observation->SetCode(CleanCode(ReadCode(target.key)));
+    observation->SetNote(std::string(TakeField(notesRest)));
+
+    // An offset's fields are metres: along where the zenith angle is otherwise, lateral in that of the
+    // distance, vertical in that of the horizontal angle.
+    if (isOffset)
+        CalcOffSet( // NOLINT(readability-suspicious-call-argument)
+            reference, target.name, vertical, distance, horizontal, station);
+    else
+        SetReading(*observation, {.horizontalAngle = GonFromDegrees(horizontal),
+                                  .zenithAngle = GonFromDegrees(vertical),
+                                  .slopeDistance = distance});
+    observation->SetAltPri(targetHeight);
+    observation->SetCoord(target.c2, target.c1, target.c3);
+    observation->CalcolaValiditaXYZ();
+    if (target.stationType == kControlPoint || target.stationType == kCheckedControlPoint) {
+        observation->SetCodeOR(true);
+        observation->SetCodeQU(true);
+    }
+    return true;
+}
+
+/// The point that a shot was aimed at: among the job's points, or only among its stations.
+CConvFileTLSV::Target CConvFileTLSV::ReadTarget(std::string_view targetKey) {
+    std::string answer =
+        ReadFirst("SELECT keySoPoint, Name, C1, C2, C3, StationType FROM tblSoPoints WHERE "
+                  "fkeyStationDef=",
+                  targetKey, 6);
+    if (answer.empty()) {
+        answer = ReadFirst("SELECT fkeySoPoint, Name, C1, C2, C3, StationType FROM tblStations "
+                           "WHERE keyStation=",
+                           targetKey, 6);
+    }
+    std::string_view rest = answer;
+    Target target;
+    target.key = TakeField(rest);
+    target.name = TakeField(rest);
+    target.c1 = TakeNumber(rest);
+    target.c2 = TakeNumber(rest);
+    target.c3 = TakeNumber(rest);
+    target.stationType = TakeNumber(rest);
+    return target;
+}
+
+/// Attaches the photos of a shot and takes the shot's key off its line.
+void CConvFileTLSV::SetPunFoto(CPun& observation, std::string_view& line) {
+    const std::string_view shotKey = TakeField(line);
+    std::vector<std::string> images;
+    if (!database_.ReadData("SELECT ImageFileName, ImageType FROM tblCrdImageData WHERE fkeyShot=",
+                            std::string(shotKey), 2, &images))
+        return;
+    const std::string folder = PhotoFolder();
+    for (const std::string& image : images) {
+        std::string_view rest = image;
+        const std::string path = folder + std::string(TakeField(rest));
+        observation.SetNomeFoto(path, TakeField(rest) == kPhotoOfFirstKind ? 1 : 2);
+    }
+}
+
+/// The folder of the photos with the separator that ends it: the database's path without its
+/// extension, joined as that path is.
+std::string CConvFileTLSV::PhotoFolder() const {
+    std::string folder = TextOfPath(databasePath_);
+    const std::size_t separator = folder.find_last_of("\\/");
+    const std::size_t name = separator + 1; // 0 where there is no folder
+    const std::size_t dot = folder.rfind('.');
+    if (dot != std::string::npos && dot >= name)
+        folder.erase(dot);
+    const bool slash = separator != std::string::npos && folder[separator] == '/';
+    return folder + (slash ? '/' : '\\');
+}
+
+/// Gives the observation added last the reading that its offsets from the reference say. Without a
+/// reference, or one that has no distance, it keeps its name alone.
+void CConvFileTLSV::CalcOffSet(CPun* reference, const std::string& name, double along,
+                               double lateral, double vertical, int station) {
+    CPun* const target =
+        fieldBook_.GetPunAt(newJob_, station, fieldBook_.GetPunArSize(newJob_, station) - 1);
+    if (target)
+        target->SetNome(name);
+    if (!reference)
+        return;
+    if (target && IsPresent(reference->GetDiIn())) {
+        SetReading(*target, SightingAtOffset({.horizontalAngle = reference->GetAngO(),
+                                              .zenithAngle = reference->GetAngV(),
+                                              .slopeDistance = reference->GetDiIn()},
+                                             {along, lateral, vertical}));
+    }
+    reference->SetCodeNC(true);
+    reference->SetCodeNV(true);
+    reference->SetCodeNP(true);
+    reference->SetCodeNT(true);
+}
+
+void CConvFileTLSV::CreaPunOri() {
+    rows_.clear();
+    if (!database_.ReadData("SELECT Name, C1, C2, C3 FROM tblSoPoints WHERE StationType=1 OR "
+                            "StationType=16",
+                            "", 4, &rows_))
+        return;
+    for (const std::string& row : rows_) {
+        COri* const point = fieldBook_.AddOri(true);
+        if (!point)
+            continue;
+        std::string_view rest = row;
+        point->SetNome(std::string(TakeField(rest)));
+        const double c1 = TakeNumber(rest);
+        const double c2 = TakeNumber(rest);
+        const double c3 = TakeNumber(rest);
+        point->SetCoord(c2, c1, c3);
+    }
+    TSKNotifyTarget* const listener = pointLibrary_.GetNotifyTarget();
+    if (TSKNotifyTarget* const parent = listener ? listener->GetParent() : nullptr)
+        parent->Notify(1, 3, nullptr);
+    TSKNotifySource* const points = pointLibrary_.GetOriData();
+    if (TSKNotifyTarget* const target = points ? points->GetNotifyTarget() : nullptr)
+        target->Notify(1, 1, nullptr);
+}

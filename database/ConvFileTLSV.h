@@ -1,0 +1,58 @@
+#pragma once
+
+#include "database/DBDataProviderLcm.h"
+#include "framework/ConvGen.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+class CGcadEng;
+class CLibPnt;
+
+/// Imports a field controller's job database into the field book: a new job with a station for each
+/// set-up, a point for each shot, and the control points as orientation points.
+class CONVFILE_API CConvFileTLSV : public CConvGen {
+public:
+    CConvFileTLSV(CLibCmp& fieldBook, CLibPnt& pointLibrary, CGcadEng& drawing,
+                  std::string* fileName);
+    /// Disconnects from the database.
+    ~CConvFileTLSV() override;
+
+    /// False where the database cannot be opened; the new job is then there and empty.
+    bool Esegui();
+
+private:
+    /// What is known of the point that a shot was aimed at.
+    struct Target {
+        std::string key;
+        std::string name;
+        double c1;
+        double c2;
+        double c3;
+        double stationType;
+    };
+    void CreaStaz();
+    void CreaPun();
+    void CreaPunOri();
+    void SetPunFoto(CPun& observation, std::string_view& line);
+    void CalcOffSet(CPun* reference, const std::string& name, double along, double lateral,
+                    double vertical, int station);
+
+    bool ConnectDatabase();
+    void SetJobTexts(CJob& job);
+    void CreaPunDiSta(int station);
+    bool CreaPunto(int station, std::string_view row, CPun*& reference, std::string& kind);
+    Target ReadTarget(std::string_view targetKey);
+    std::string ReadCode(std::string_view pointKey);
+    std::string PhotoFolder() const;
+    std::string ReadFirst(const char* head, std::string_view tail, int fields);
+
+    std::string databasePath_;
+    int newJob_ = -1;
+    CLibPnt& pointLibrary_;
+    CGcadEng& drawing_;
+    CDBDataProviderLcm database_;
+    std::vector<std::string> rows_;
+    std::vector<std::string> occupationKeys_; ///< of the stations, in their order
+};

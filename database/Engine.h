@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+/// What differs by platform behind the query helper: how a database is opened, and how a SELECT is run
+/// on it. One engine is linked in: ADO on Windows, elsewhere one that reads the file itself, or one
+/// that has no driver at all.
+namespace convfile::database {
+
+/// An OLE status: negative where something failed.
+using Status = std::int32_t;
+
+inline constexpr Status kOk = 0;
+inline constexpr Status kNoInterface = static_cast<Status>(0x80004002);
+inline constexpr Status kFailed = static_cast<Status>(0x80004005);
+inline constexpr Status kTypeMismatch = static_cast<Status>(0x80020005);
+inline constexpr Status kBadIndex = static_cast<Status>(0x8002000B);
+
+/// A field's text is cut at this many bytes.
+inline constexpr std::size_t kLongestField = 1024;
+
+/// Raised where an engine's operation fails that has no status to say so. (An engine over COM raises
+/// its platform's own error.)
+class EngineError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// A database.
+class Connection {
+public:
+    Connection() = default;
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    virtual ~Connection() = default;
+
+    /// Opens the file for a first try; a negative status where that cannot be done.
+    virtual Status Probe(const std::string& path) = 0;
+    virtual Status Close() = 0;
+    /// Opens the file for use. Raises an error where it fails.
+    virtual void Open(const std::string& path) = 0;
+};
+
+/// The answer to one SELECT after another.
+class Recordset {
+public:
+    Recordset() = default;
+    Recordset(const Recordset&) = delete;
+    Recordset& operator=(const Recordset&) = delete;
+    virtual ~Recordset() = default;
+
+    /// Raises an error where nothing is open.
+    virtual void Close() = 0;
+    /// Opens the answer to a SELECT over a connection, one made by the same engine. May raise an
+    /// error.
+    virtual bool Open(const std::string& sql, Connection& connection) = 0;
+    /// Goes to the next row; false behind the last one. Raises an error where fetching fails.
+    virtual bool NextRow() = 0;
+    /// Appends the text of a field of the row, at most kLongestField bytes of Windows-1252. A negative
+    /// status, and nothing appended, where it has none: NULL, a type that has no text, no such field.
+    virtual Status AppendField(std::int32_t field, std::string& line) = 0;
+};
+
+/// Prepares the calling thread; negative where that fails. Each call is paired with one of StopEngine.
+Status StartEngine();
+void StopEngine();
+
+/// Null where the engine cannot make one.
+std::shared_ptr<Connection> NewConnection();
+std::shared_ptr<Recordset> NewRecordset();
+
+} // namespace convfile::database

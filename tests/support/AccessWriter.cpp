@@ -1,0 +1,495 @@
+#include "tests/support/AccessWriter.h"
+
+#include "framework/CodePage.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+
+namespace convfile::test::access {
+
+namespace {
+
+/// In what the versions of the file differ: sizes, and offsets in the definition of a table, in the
+/// entry of a column there, in the entry of an index and in that of its use.
+struct Form {
+    std::size_t page;
+    std::size_t slotCount; ///< of a page with rows; the slots follow
+    std::size_t countSize; ///< of the counts in a row, and of the lengths of names
+    std::size_t scrambled; ///< bytes of the header
+
+    std::size_t rows;
+    std::size_t columnsEver; ///< then those of variable length, columns, indexes, uses and maps
+    std::size_t columnEntries;
+    std::size_t indexCounter; ///< size of what stands before the columns for each index
+
+    std::size_t columnEntry;
+    std::size_t number;
+    std::size_t variable;
+    std::size_t scale;
+    std::size_t flags;
+    std::size_t fixed;
+
+    std::size_t indexEntry;
+    std::size_t indexColumn;
+    std::size_t indexFlags;
+    std::size_t useEntry;
+};
+constexpr Form kJet3 = {.page = 2048,
+                        .slotCount = 8,
+                        .countSize = 1,
+                        .scrambled = 126,
+                        .rows = 12,
+                        .columnsEver = 21,
+                        .columnEntries = 43,
+                        .indexCounter = 8,
+                        .columnEntry = 18,
+                        .number = 1,
+                        .variable = 3,
+                        .scale = 9,
+                        .flags = 13,
+                        .fixed = 14,
+                        .indexEntry = 39,
+                        .indexColumn = 0,
+                        .indexFlags = 38,
+                        .useEntry = 20};
+constexpr Form kJet4 = {.page = 4096,
+                        .slotCount = 12,
+                        .countSize = 2,
+                        .scrambled = 128,
+                        .rows = 16,
+                        .columnsEver = 41,
+                        .columnEntries = 63,
+                        .indexCounter = 12,
+                        .columnEntry = 25,
+                        .number = 5,
+                        .variable = 7,
+                        .scale = 11,
+                        .flags = 15,
+                        .fixed = 21,
+                        .indexEntry = 52,
+                        .indexColumn = 4,
+                        .indexFlags = 42,
+                        .useEntry = 28};
+
+constexpr std::uint32_t kCatalogPage = 2;
+constexpr std::uint32_t kMapPage =
+    3; ///< the maps of all tables, one row each for used and free pages
+constexpr int kNumericScale = 4;
+
+void Put(std::string& bytes, std::uint64_t number, std::size_t size) {
+    for (std::size_t i = 0; i < size; ++i)
+        bytes += static_cast<char>(number >> (8 * i));
+}
+
+void Set(std::string& bytes, std::size_t offset, std::uint64_t number, std::size_t size) {
+    for (std::size_t i = 0; i < size; ++i)
+        bytes[offset + i] = static_cast<char>(number >> (8 * i));
+}
+
+/// UTF-8 as UTF-16, low byte first.
+std::string Utf16(const std::string& utf8) {
+    std::string units;
+    for (std::size_t i = 0; i < utf8.size();) {
+        const auto lead = static_cast<unsigned char>(utf8[i]);
+        const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+        char32_t c = length == 1 ? lead : lead & (0xFFU >> (length + 1));
+        for (std::size_t k = 1; k < length; ++k)
+            c = c << 6 | (static_cast<unsigned char>(utf8[i + k]) & 0x3FU);
+        i += length;
+        if (c >= 0x10000) {
+            Put(units, 0xD800 + ((c - 0x10000) >> 10), 2);
+            c = 0xDC00 + ((c - 0x10000) & 0x3FF);
+        }
+        Put(units, c, 2);
+    }
+    return units;
+}
+
+/// One byte for each character below U+0100; a NUL before and behind any other.
+std::string Compressed(const std::string& units) {
+    std::string bytes = "\xFF\xFE";
+    for (std::size_t i = 0; i < units.size(); i += 2) {
+        if (units[i + 1] == '\0')
+            bytes += units[i];
+        else
+            bytes += std::string(1, '\0') + units.substr(i, 2) + std::string(1, '\0');
+    }
+    return bytes;
+}
+
+std::size_t FixedSize(Type type) {
+    switch (type) {
+    case Type::Byte:
+        return 1;
+    case Type::Integer:
+        return 2;
+    case Type::Long:
+    case Type::Single:
+        return 4;
+    case Type::Currency:
+    case Type::Double:
+    case Type::Date:
+        return 8;
+    case Type::Guid:
+        return 16;
+    case Type::Numeric:
+        return 17;
+    default:
+        return 0;
+    }
+}
+
+bool IsFixed(Type type) {
+    return type == Type::Boolean || FixedSize(type) > 0;
+}
+
+/// A page with rows: they lie at its end, the slots that say where at its beginning.
+class DataPage {
+public:
+    DataPage(const Form& form, std::uint32_t owner)
+        : slotCount_(form.slotCount), bytes_(form.page, '\0'), end_(form.page) {
+        Set(bytes_, 0, 0x0101, 2);
+        Set(bytes_, 4, owner, 4);
+    }
+    bool HasRoomFor(std::size_t size) const { return Slot(slots_ + 1) + size <= end_; }
+    unsigned Add(const std::string& row, bool deleted = false) {
+        end_ -= row.size();
+        bytes_.replace(end_, row.size(), row);
+        Set(bytes_, Slot(slots_), end_ | (deleted ? 0xC000U : 0U), 2);
+        Set(bytes_, slotCount_, ++slots_, 2);
+        return static_cast<unsigned>(slots_ - 1);
+    }
+    const std::string& Bytes() const { return bytes_; }
+
+private:
+    std::size_t Slot(std::size_t number) const { return slotCount_ + 2 + 2 * number; }
+
+    std::size_t slotCount_; ///< where the number of slots stands
+    std::string bytes_;
+    std::size_t end_;
+    std::size_t slots_ = 0;
+};
+
+/// Where the columns of a table lie in its rows.
+struct Layout {
+    std::vector<std::size_t> places; ///< offset of a fixed value, index of a variable one
+    std::size_t fixedSize = 0;
+    std::size_t variableCount = 0;
+};
+
+Layout LayoutOf(const Table& table) {
+    Layout layout;
+    for (const Column& column : table.columns) {
+        if (IsFixed(column.type)) {
+            layout.places.push_back(layout.fixedSize);
+            layout.fixedSize += FixedSize(column.type);
+        } else {
+            layout.places.push_back(layout.variableCount++);
+        }
+    }
+    return layout;
+}
+
+class Writer {
+public:
+    Writer(Version version, const Style& style)
+        : version_(version),
+          form_(version == Version::Jet3 ? kJet3 : kJet4),
+          style_(style),
+          pages_(kMapPage + 1),
+          map_(form_, 0) {}
+
+    std::string Write(const std::vector<Table>& tables) {
+        Table catalog{.name = "MSysObjects",
+                      .columns = {{"Id", Type::Long},
+                                  {"ParentId", Type::Long},
+                                  {"Name", Type::Text},
+                                  {"Type", Type::Integer},
+                                  {"Flags", Type::Long}},
+                      .rows = {},
+                      .primaryKey = -1};
+        for (const Table& table : tables) {
+            const auto page = static_cast<std::int64_t>(NewPage());
+            catalog.rows.push_back(
+                {{page, std::int64_t{0}, table.name, std::int64_t{1}, std::int64_t{0}}, false});
+            WriteTable(table, static_cast<std::uint32_t>(page));
+        }
+        WriteTable(catalog, kCatalogPage);
+        pages_[0] = Header();
+        pages_[1] = std::string(form_.page, '\0');
+        pages_[kMapPage] = map_.Bytes();
+        std::string file;
+        for (const std::string& page : pages_)
+            file += page;
+        return file;
+    }
+
+private:
+    std::uint32_t NewPage() {
+        pages_.emplace_back();
+        return static_cast<std::uint32_t>(pages_.size() - 1);
+    }
+
+    /// Some 128 bytes of the header from 24 on are scrambled with a fixed key; unscrambled they are zeros but for
+    /// the code page.
+    std::string Header() const {
+        std::string page(form_.page, '\0');
+        const std::string_view magic =
+            version_ <= Version::Jet4 ? "Standard Jet DB" : "Standard ACE DB";
+        Set(page, 0, 0x00000100, 4);
+        page.replace(4, magic.size(), magic);
+        Set(page, 20, static_cast<unsigned>(version_), 1);
+        Set(page, version_ == Version::Jet3 ? 0x3A : 0x3C, 1252, 2);
+        constexpr std::array<unsigned char, 4> kKey = {0xC7, 0xDA, 0x39, 0x6B};
+        std::array<unsigned char, 256> box{};
+        for (std::size_t i = 0; i < box.size(); ++i)
+            box[i] = static_cast<unsigned char>(i);
+        unsigned j = 0;
+        for (std::size_t i = 0; i < box.size(); ++i) {
+            j = (j + box[i] + kKey[i % 4]) & 0xFF;
+            std::swap(box[i], box[j]);
+        }
+        j = 0;
+        for (std::size_t n = 0; n < form_.scrambled; ++n) {
+            const std::size_t i = (n + 1) & 0xFF;
+            j = (j + box[i]) & 0xFF;
+            std::swap(box[i], box[j]);
+            page[24 + n] = static_cast<char>(page[24 + n] ^ box[(box[i] + box[j]) & 0xFF]);
+        }
+        return page;
+    }
+
+    void WriteTable(const Table& table, std::uint32_t page) {
+        const Layout layout = LayoutOf(table);
+        std::vector<std::uint32_t> dataPages;
+        std::size_t live = 0;
+        DataPage current(form_, page);
+        const auto flush = [&] {
+            dataPages.push_back(NewPage());
+            pages_.back() = current.Bytes();
+            current = DataPage(form_, page);
+        };
+        for (const Row& row : table.rows) {
+            const std::string bytes = RowBytes(table, layout, row);
+            if (!current.HasRoomFor(bytes.size()))
+                flush();
+            current.Add(bytes, row.deleted);
+            live += row.deleted ? 0 : 1;
+        }
+        flush();
+        const unsigned used = AddMap(dataPages);
+        const unsigned free = AddMap({});
+        pages_[page] = Definition(table, layout, live, used, free);
+    }
+
+    /// A map of bits from page 0 on: no table has rows beyond page 511.
+    unsigned AddMap(const std::vector<std::uint32_t>& pages) {
+        std::string map(69, '\0');
+        for (const std::uint32_t page : pages)
+            map.at(5 + page / 8) = static_cast<char>(map.at(5 + page / 8) | 1 << page % 8);
+        return map_.Add(map);
+    }
+
+    std::string Definition(const Table& table, const Layout& layout, std::size_t rows,
+                           unsigned usedMap, unsigned freeMap) const {
+        const unsigned indexes = table.primaryKey < 0 ? 0 : 1;
+        std::string d(form_.columnEntries + form_.indexCounter * indexes, '\0');
+        Set(d, 0, 0x0102, 2);
+        Set(d, form_.rows, rows, 4);
+        std::size_t at = form_.columnsEver;
+        Set(d, at - 1, 'N', 1);
+        Set(d, at, table.columns.size(), 2);
+        Set(d, at += 2, layout.variableCount, 2);
+        Set(d, at += 2, table.columns.size(), 2);
+        Set(d, at += 2, indexes, 4);
+        Set(d, at += 4, indexes, 4);
+        Set(d, at += 4, usedMap | kMapPage << 8, 4);
+        Set(d, at += 4, freeMap | kMapPage << 8, 4);
+        for (std::size_t i = 0; i < table.columns.size(); ++i)
+            d += ColumnBytes(table.columns[i], i, layout.places[i]);
+        for (const Column& column : table.columns)
+            d += NameBytes(column.name);
+        if (indexes > 0)
+            d += PrimaryKeyBytes(table.primaryKey);
+        Set(d, 8, d.size(), 4);
+        d.resize(form_.page, '\0');
+        return d;
+    }
+
+    std::string ColumnBytes(const Column& column, std::size_t number, std::size_t place) const {
+        const bool fixed = IsFixed(column.type);
+        std::string c(form_.columnEntry, '\0');
+        Set(c, 0, static_cast<unsigned char>(column.type), 1);
+        Set(c, form_.number, number, 2);
+        Set(c, form_.variable, fixed ? 0 : place, 2);
+        Set(c, form_.variable + 2,
+            column.displayOrder < 0 ? number : static_cast<std::size_t>(column.displayOrder), 2);
+        if (column.type == Type::Numeric) {
+            Set(c, form_.scale, 18, 1);
+            Set(c, form_.scale + 1, kNumericScale, 1);
+        }
+        Set(c, form_.flags, fixed ? 3 : 2, 1);
+        Set(c, form_.fixed, fixed ? place : 0, 2);
+        Set(c, form_.fixed + 2, fixed ? FixedSize(column.type) : 255, 2);
+        return c;
+    }
+
+    std::string NameBytes(const std::string& utf8) const {
+        const std::string name = EncodedText(utf8);
+        std::string bytes;
+        Put(bytes, name.size(), form_.countSize);
+        return bytes + name;
+    }
+
+    /// One index over the column, and that it is the primary key.
+    std::string PrimaryKeyBytes(int column) const {
+        std::string index(form_.indexEntry, '\0');
+        Set(index, form_.indexColumn, static_cast<unsigned>(column), 2);
+        Set(index, form_.indexColumn + 2, 1, 1);
+        for (std::size_t key = 1; key < 10; ++key)
+            Set(index, form_.indexColumn + 3 * key, 0xFFFF, 2);
+        Set(index, form_.indexFlags, 1, 1);
+        std::string use(form_.useEntry, '\0');
+        Set(use, version_ == Version::Jet3 ? 19 : 23, 1, 1);
+        return index + use + NameBytes("PrimaryKey");
+    }
+
+    std::string RowBytes(const Table& table, const Layout& layout, const Row& row) {
+        std::string map((table.columns.size() + 7) / 8, '\0');
+        std::string fixed(layout.fixedSize, '\0');
+        std::vector<std::string> variable(layout.variableCount);
+        for (std::size_t i = 0; i < table.columns.size(); ++i) {
+            const Type type = table.columns[i].type;
+            const Value& value = row.values.at(i);
+            const bool isTrue =
+                std::holds_alternative<std::int64_t>(value) && std::get<std::int64_t>(value) != 0;
+            const bool set =
+                type == Type::Boolean ? isTrue : !std::holds_alternative<std::monostate>(value);
+            if (!set)
+                continue;
+            map[i / 8] = static_cast<char>(map[i / 8] | 1 << i % 8);
+            if (type == Type::Boolean)
+                continue;
+            const std::string bytes = ValueBytes(type, value);
+            if (IsFixed(type))
+                fixed.replace(layout.places[i], bytes.size(), bytes);
+            else
+                variable[layout.places[i]] = bytes;
+        }
+        std::string bytes;
+        Put(bytes, table.columns.size(), form_.countSize);
+        bytes += fixed;
+        std::vector<std::size_t> offsets;
+        for (const std::string& content : variable) {
+            offsets.push_back(bytes.size());
+            bytes += content;
+        }
+        offsets.push_back(bytes.size());
+        for (std::size_t i = offsets.size(); i-- > 0;)
+            Put(bytes, offsets[i], form_.countSize);
+        if (version_ == Version::Jet3)
+            bytes += Jumps(offsets, bytes.size() + 1 + map.size());
+        Put(bytes, layout.variableCount, form_.countSize);
+        return bytes + map;
+    }
+
+    /// Offsets of one byte start again at every 256: at which value they do so, last one first. As
+    /// many as the whole row, they included, holds 256 bytes; what no offset needs is a dummy.
+    static std::string Jumps(const std::vector<std::size_t>& offsets, std::size_t sizeWithoutThem) {
+        std::size_t count = 0;
+        while ((sizeWithoutThem + count - 1) / 256 > count)
+            ++count;
+        std::string jumps;
+        for (std::size_t jump = count; jump > 0; --jump) {
+            const auto behind =
+                std::ranges::find_if(offsets, [&](std::size_t o) { return o >= 256 * jump; });
+            jumps += behind == offsets.end() ? '\xFF' : static_cast<char>(behind - offsets.begin());
+        }
+        return jumps;
+    }
+
+    std::string ValueBytes(Type type, const Value& value) {
+        std::string bytes;
+        switch (type) {
+        case Type::Single:
+            Put(bytes, std::bit_cast<std::uint32_t>(static_cast<float>(std::get<double>(value))),
+                4);
+            return bytes;
+        case Type::Double:
+        case Type::Date:
+            Put(bytes, std::bit_cast<std::uint64_t>(std::get<double>(value)), 8);
+            return bytes;
+        case Type::Text:
+            return TextBytes(std::get<std::string>(value));
+        case Type::Memo:
+            return MemoBytes(TextBytes(std::get<std::string>(value)));
+        case Type::Binary:
+        case Type::Guid:
+            return std::get<std::string>(value);
+        case Type::Numeric: {
+            const auto number = std::get<std::int64_t>(value);
+            bytes += static_cast<char>(number < 0 ? 0x80 : 0);
+            const auto size = static_cast<std::uint64_t>(number < 0 ? -number : number);
+            bytes += std::string(8, '\0');
+            Put(bytes, size >> 32, 4);
+            Put(bytes, size, 4);
+            return bytes;
+        }
+        default:
+            Put(bytes, static_cast<std::uint64_t>(std::get<std::int64_t>(value)), FixedSize(type));
+            return bytes;
+        }
+    }
+
+    std::string EncodedText(const std::string& utf8) const {
+        return version_ == Version::Jet3 ? Windows1252FromUtf8(utf8) : Utf16(utf8);
+    }
+    std::string TextBytes(const std::string& utf8) const {
+        const std::string text = EncodedText(utf8);
+        return style_.compressedText && version_ != Version::Jet3 ? Compressed(text) : text;
+    }
+
+    /// A short memo stands in its row; a longer one on pages of its own, in pieces that each say where
+    /// the next one is (or, where it fits one row, in one piece).
+    std::string MemoBytes(const std::string& content) {
+        const std::size_t longest = form_.page / 2;
+        std::string field;
+        if (content.size() <= style_.longestInline) {
+            Put(field, content.size() | 0x80000000U, 4);
+            Put(field, 0, 8);
+            return field + content;
+        }
+        const bool onePiece = content.size() <= longest;
+        std::uint32_t next = 0;
+        for (std::size_t pieces = (content.size() + longest - 1) / longest; pieces-- > 0;) {
+            std::string piece;
+            if (!onePiece)
+                Put(piece, next, 4);
+            piece += content.substr(pieces * longest, longest);
+            DataPage page(form_, 0);
+            const unsigned slot = page.Add(piece);
+            const std::uint32_t number = NewPage();
+            pages_[number] = page.Bytes();
+            next = slot | number << 8;
+        }
+        Put(field, content.size() | (onePiece ? 0x40000000U : 0U), 4);
+        Put(field, next, 4);
+        Put(field, 0, 4);
+        return field;
+    }
+
+    Version version_;
+    const Form& form_;
+    Style style_;
+    std::vector<std::string> pages_;
+    DataPage map_;
+};
+
+} // namespace
+
+std::string Write(Version version, const std::vector<Table>& tables, const Style& style) {
+    return Writer(version, style).Write(tables);
+}
+
+} // namespace convfile::test::access

@@ -1,5 +1,6 @@
 #include "app/Conversion.h"
 
+#include "app/Platform.h"
 #include "framework/CodePage.h"
 #include "framework/ConvEntry.h"
 #include "framework/FileName.h"
@@ -22,7 +23,7 @@ std::string OpeningProblem(const std::string& path) {
     std::error_code ignored;
     if (path.empty())
         return "has no name";
-    if (std::filesystem::is_directory(path, ignored))
+    if (std::filesystem::is_directory(PathOf(path), ignored))
         return "is a folder";
     if (std::FILE* const file = std::fopen(path.c_str(), "rb")) {
         std::fclose(file);

@@ -1,8 +1,15 @@
 #pragma once
 
+#include <filesystem>
+#include <string>
+
 namespace convfile::app {
 
 /// Standard output carries bytes as they are (no CR added), and a console shows them as UTF-8.
 void PrepareStandardStreams();
+
+/// A name as the command line gives it, in the system's code page, as a path of the library that
+/// knows folders. (Made directly from bytes, that one takes them for UTF-8 on Windows.)
+std::filesystem::path PathOf(const std::string& name);
 
 } // namespace convfile::app

@@ -58,6 +58,7 @@ int ReadCode(const std::string& text) {
 }
 
 void Declare(CLI::App& app, Options& options) {
+    app.allow_windows_style_options(false); // a path may begin with a slash there, too
     auto* const code = app.add_option_function<std::string>(
         "--code", [&options](const std::string& text) { options.choice.code = ReadCode(text); },
         "Format code, as the host's dialog would return it");
@@ -125,11 +126,13 @@ int Run(const Options& options, std::ostream& out) {
 /// True where writing the result would overwrite one of the files it is made from, or make a file that
 /// is missing.
 bool OverwritesInput(const Options& options) {
+    namespace fs = std::filesystem;
+    const fs::path output = PathOf(options.outputFile);
     return std::ranges::any_of(options.files, [&](const std::string& file) {
+        const fs::path input = PathOf(file);
         std::error_code ignored;
-        return std::filesystem::equivalent(file, options.outputFile, ignored) ||
-               std::filesystem::weakly_canonical(file, ignored) ==
-                   std::filesystem::weakly_canonical(options.outputFile, ignored);
+        return fs::equivalent(input, output, ignored) ||
+               fs::weakly_canonical(input, ignored) == fs::weakly_canonical(output, ignored);
     });
 }
 

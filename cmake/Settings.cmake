@@ -7,6 +7,7 @@ endif()
 option(CONVFILE_LTO "Optimise across sources (gcc)" OFF)
 set(CONVFILE_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
 
+# On Windows a program finds its DLLs in its own folder, so both are runtime output there.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
@@ -19,6 +20,11 @@ function(convfile_settings target)
     VISIBILITY_INLINES_HIDDEN ON
     POSITION_INDEPENDENT_CODE ON)
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+  if(WIN32)
+    set_target_properties(${target} PROPERTIES PREFIX "") # convfile.dll, not libconvfile.dll
+    # <windows.h> has macros of our names (AddJob, min, max).
+    target_compile_definitions(${target} PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX)
+  endif()
   # No fused multiply-add: every machine gives the same digits.
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffp-contract=off

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fstream>
 
 #if !defined(_WIN32)
 #include <sys/wait.h>
@@ -140,7 +141,13 @@ TEST_F(ProgramTest, TakesNamesAsTheyAre) {
     std::filesystem::current_path(folder_.Path("."));
     EXPECT_THAT(Run("--code 1 [a,b].gsi").out, StartsWith("[a,b].gsi: 1 job"));
     std::filesystem::current_path("/");
-#if !defined(_WIN32)
+#if defined(_WIN32)
+    const std::string accented = folder_.Path("") + "caff\xE8.gsi"; // in the system's code page
+    std::ofstream(accented, std::ios::binary) << kOnePoint;
+    EXPECT_THAT(Run("--to summary -o " + Quoted("x") + " \"" + accented + "\"").err, "");
+    EXPECT_THAT(ReadBytes(folder_.Path("x")), StartsWith("caff\u00E8.gsi: 1 job"));
+    EXPECT_EQ(std::remove(accented.c_str()), 0);
+#else
     const Outcome coloured = Run("--to summary " + Quoted("\x1B[31mred.gsi"));
     EXPECT_THAT(coloured.out + coloured.err, Not(HasSubstr("\x1B"))) << "no steering of terminals";
 #endif

@@ -55,6 +55,7 @@ void Convert(const Route& route, const std::string& path, Conversion& result) {
     }
     memory::AnswerDialogs({.confirmed = true, .fileName = path, .formatCode = route.code});
     if (route.download) {
+        KeepDatabaseDriver();
         memory::PointLibrary pointLibrary(result.notifications);
         memory::DrawingEngine drawing(result.notifications);
         result.converted = FConvFileDaStrum(result.fieldBook, 0, pointLibrary, drawing);

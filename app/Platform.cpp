@@ -5,6 +5,8 @@
 #include <io.h>
 #include <stdio.h>
 #include <windows.h>
+
+#include <objbase.h>
 #endif
 
 namespace convfile::app {
@@ -26,6 +28,13 @@ std::filesystem::path PathOf(const std::string& name) {
     return wide;
 #else
     return name;
+#endif
+}
+
+void KeepDatabaseDriver() {
+#if defined(_WIN32)
+    CoInitialize(nullptr); // one for the use too many
+    CoInitialize(nullptr); // one that stays
 #endif
 }
 

@@ -1,7 +1,6 @@
 #include "database/DBDataProviderLcm.h"
 
 #include "database/Engine.h"
-#include "framework/CodePage.h"
 #include "framework/TskString.h"
 #include "host/Messages.h"
 #include "resources/Texts.h"
@@ -68,13 +67,11 @@ bool CDBDataProviderLcm::CreateQuery(const std::string& head, const std::string&
 }
 
 bool CDBDataProviderLcm::GenerateQuery(const wchar_t* sql) {
-    std::string bytes;
-    for (const wchar_t* c = sql; c && *c; ++c)
-        bytes += Windows1252FromUnit(static_cast<char32_t>(*c));
-    return OpenQuery(bytes);
+    return OpenQuery(sql);
 }
 
-bool CDBDataProviderLcm::OpenQuery(const std::string& sql) {
+template <typename Sql>
+bool CDBDataProviderLcm::OpenQuery(const Sql& sql) {
     if (!recordset_ || !connection_)
         return false;
     try {
@@ -87,18 +84,16 @@ bool CDBDataProviderLcm::OpenQuery(const std::string& sql) {
 std::int32_t CDBDataProviderLcm::DoGetRows(std::int32_t fieldCount) {
     if (!recordset_)
         return convfile::database::kNoInterface;
-    if (!recordset_->NextRow())
-        throw convfile::database::EngineError("there is no row");
     Status status = convfile::database::kOk;
     lastRow_ = -1;
-    do {
+    while (recordset_->NextRow()) {
         std::string& line = rows_.emplace_back();
         for (std::int32_t field = 0; field < fieldCount; ++field) {
             status = recordset_->AppendField(field, line);
             line += '\t';
         }
         ++lastRow_;
-    } while (recordset_->NextRow());
+    }
     return status;
 }
 
@@ -108,7 +103,7 @@ std::string CDBDataProviderLcm::ReadData(const std::string& head, const std::str
         if (!CreateQuery(head, tail))
             return {};
         DoGetRows(fieldCount);
-        return rows_.front();
+        return rows_.empty() ? std::string() : rows_.front();
     } catch (...) {
         return {};
     }

@@ -36,7 +36,7 @@ public:
     bool GenerateQuery(const wchar_t* sql);
     /// Fetches all rows that are left, the first `fieldCount` fields of each, and appends them to the
     /// rows. Returns the status of the last field: 0, or negative where it has no text (it is then
-    /// empty). Raises the engine's error where there is no row.
+    /// empty); E_NOINTERFACE without a connection. Raises the engine's error where there is no row.
     std::int32_t DoGetRows(std::int32_t fieldCount);
 
     /// The first row of the answer; empty where there is none or the query cannot be run.
@@ -50,7 +50,8 @@ public:
 
 private:
     bool OpenConnection(const std::string& path);
-    bool OpenQuery(const std::string& sql);
+    template <typename Sql>
+    bool OpenQuery(const Sql& sql);
 
     std::shared_ptr<convfile::database::Connection> connection_;
     std::shared_ptr<convfile::database::Recordset> recordset_;

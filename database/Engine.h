@@ -17,7 +17,6 @@ inline constexpr Status kOk = 0;
 inline constexpr Status kNoInterface = static_cast<Status>(0x80004002);
 inline constexpr Status kFailed = static_cast<Status>(0x80004005);
 inline constexpr Status kTypeMismatch = static_cast<Status>(0x80020005);
-inline constexpr Status kBadIndex = static_cast<Status>(0x8002000B);
 
 /// A field's text is cut at this many bytes.
 inline constexpr std::size_t kLongestField = 1024;
@@ -57,10 +56,13 @@ public:
     /// Opens the answer to a SELECT over a connection, one made by the same engine. May raise an
     /// error.
     virtual bool Open(const std::string& sql, Connection& connection) = 0;
-    /// Goes to the next row; false behind the last one. Raises an error where fetching fails.
+    virtual bool Open(const wchar_t* sql, Connection& connection) = 0;
+    /// Goes to the next row; false behind the last one. Raises an error where fetching fails, or
+    /// where no row was left to fetch at all.
     virtual bool NextRow() = 0;
-    /// Appends the text of a field of the row, at most kLongestField bytes of Windows-1252. A negative
-    /// status, and nothing appended, where it has none: NULL, a type that has no text, no such field.
+    /// Appends the text of a field of the row, at most kLongestField bytes of Windows-1252; nothing
+    /// for a field that the answer does not have. A negative status, and nothing appended, where the
+    /// field has no text: NULL, or a type that has none.
     virtual Status AppendField(std::int32_t field, std::string& line) = 0;
 };
 

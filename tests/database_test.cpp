@@ -6,6 +6,7 @@
 #include "tests/support/Convert.h"
 #include "tests/support/Files.h"
 #include "tests/support/JobDatabase.h"
+#include "tests/support/JobImport.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -213,19 +214,6 @@ TEST_F(DatabaseTest, StatementsCanOnlyRead) {
     EXPECT_EQ(database_.ReadData("SELECT aFlag FROM tblTsShots WHERE keyTsShot=", "9", 1), "19\t");
 }
 
-/// The driver message, and nothing else.
-void ExpectDriverMessage() {
-    const auto messages = memory::TakeMessages();
-    ASSERT_EQ(messages.size(), 1U);
-    EXPECT_EQ(messages[0].title, "Attenzione!");
-    EXPECT_EQ(messages[0].text,
-              "Driver di gestione Database non trovato.\nPer scaricarlo si vada nella sezione "
-              "\"File ausiliari\" del link sottostante.");
-    EXPECT_TRUE(messages[0].hasLink);
-    EXPECT_FALSE(messages[0].linkLabel.empty());
-    EXPECT_EQ(messages[0].linkTarget.substr(0, 8), "https://");
-}
-
 TEST_F(DatabaseTest, WhatIsNoDatabaseShowsWhereTheDriverIs) {
     memory::TakeMessages();
     const std::string good = access::Write(Version::Jet4, RealisticJob());
@@ -235,10 +223,10 @@ TEST_F(DatabaseTest, WhatIsNoDatabaseShowsWhereTheDriverIs) {
     for (const std::string& bytes : {std::string(), std::string("text\n"), zeros, newer,
                                      good.substr(0, 4096), good.substr(0, good.size() / 2)}) {
         EXPECT_FALSE(ConnectTo(bytes)) << bytes.size();
-        ExpectDriverMessage();
+        ExpectDriverMessage(memory::TakeMessages());
     }
     EXPECT_FALSE(database_.Connect(folder_.Path("missing.tlsv").c_str(), false));
-    ExpectDriverMessage();
+    ExpectDriverMessage(memory::TakeMessages());
 }
 
 /// A damaged table of the job closes the whole database; another one is only not there.
@@ -263,7 +251,7 @@ TEST_F(DatabaseTest, ADamagedTableOfTheJobIsNotReadInPart) {
     };
     memory::TakeMessages();
     EXPECT_FALSE(ConnectTo(damaged(6)));
-    ExpectDriverMessage();
+    ExpectDriverMessage(memory::TakeMessages());
     EXPECT_TRUE(ConnectTo(damaged(10)));
     EXPECT_EQ(database_.ReadData("SELECT a FROM Other", "", 1), "");
     EXPECT_EQ(database_.ReadData("SELECT nameCode FROM tblCodeDefs", "", 1), "STAZ\t");
@@ -291,18 +279,6 @@ std::string JobJson(const TempFolder& folder, const std::string& bytes, app::Con
     return JsonOf(result);
 }
 
-TEST(JobImport, TellsTheHostInOrder) {
-    const TempFolder folder;
-    app::Conversion job;
-    JobJson(folder, access::Write(Version::Jet4, RealisticJob()), job);
-    EXPECT_THAT(job.notifications, ElementsAre(memory::Notification{"point library parent", 1, 3},
-                                               memory::Notification{"orientation points", 1, 1},
-                                               memory::Notification{"drawing", 1, 1}));
-    app::Conversion empty;
-    JobJson(folder, access::Write(Version::Jet4, EmptyJob()), empty);
-    EXPECT_THAT(empty.notifications, ElementsAre(memory::Notification{"drawing", 1, 1}));
-}
-
 TEST(JobImport, EveryVersionOfTheFileGivesTheSame) {
     const TempFolder folder;
     app::Conversion job;
@@ -311,39 +287,6 @@ TEST(JobImport, EveryVersionOfTheFileGivesTheSame) {
         app::Conversion other;
         EXPECT_EQ(JobJson(folder, access::Write(version, RealisticJob()), other), expected);
     }
-}
-
-TEST(JobImport, AStationThatIsDeclinedLeavesNoKey) {
-    const TempFolder folder;
-    app::Conversion job;
-    job.fieldBook.DeclineFrom(memory::Adder::Station, 1);
-    JobJson(folder, access::Write(Version::Jet4, RealisticJob()), job);
-    ASSERT_EQ(job.fieldBook.Jobs().at(0)->stations.size(), 1U);
-    EXPECT_EQ(job.fieldBook.Jobs()[0]->stations[0]->points.size(), 5U);
-}
-
-TEST(JobImport, KeepsTheNewJobWhereTheDatabaseDoesNotOpen) {
-    const TempFolder folder;
-    app::Conversion job;
-    JobJson(folder, "no database", job);
-    EXPECT_FALSE(job.converted);
-    ASSERT_EQ(job.fieldBook.Jobs().size(), 1U);
-    EXPECT_EQ(job.fieldBook.Jobs()[0]->Name(), "job");
-    EXPECT_EQ(job.messages.size(), 1U);
-}
-
-TEST(JobImport, DecimalCommasAndDatesBefore1970) {
-    const TempFolder folder;
-    std::vector<Table> tables = RealisticJob();
-    TableNamed(tables, "tblCrdObsSession").rows[0].values[2] = L(-1);
-    Table& points = TableNamed(tables, "tblSoPoints");
-    points.columns[3].type = Type::Text;
-    for (access::Row& row : points.rows)
-        row.values[3] = std::string(" 12,5");
-    app::Conversion job;
-    JobJson(folder, access::Write(Version::Jet4, tables), job);
-    EXPECT_EQ(job.fieldBook.Jobs().at(0)->Date(), "31/12/1969");
-    EXPECT_EQ(job.fieldBook.Jobs()[0]->stations.at(0)->GetExtras().coordinates.y, 12.5);
 }
 
 /// Every prefix, and every byte of the definitions changed: a job or none, never a crash.
@@ -361,26 +304,6 @@ TEST(JobImport, SurvivesPrefixesAndDamage) {
         bytes[i] = static_cast<char>(bytes[i] ^ 0xFF);
         app::Conversion damaged;
         JobJson(folder, bytes, damaged);
-    }
-}
-
-/// The reference files of the format are what the writer writes.
-TEST(JobImport, ReferenceFilesAreReproducible) {
-    const struct {
-        const char* name;
-        std::string bytes;
-    } kFiles[] = {
-        {"tlsv/day-jet4.tlsv", access::Write(Version::Jet4, RealisticJob())},
-        {"tlsv/day-ace14-compressed.tlsv",
-         access::Write(Version::Ace14, RealisticJob(), {.compressedText = true})},
-        {"tlsv/empty.tlsv", access::Write(Version::Ace12, EmptyJob())},
-    };
-    for (const auto& file : kFiles) {
-        const std::filesystem::path path =
-            std::filesystem::path(CONVFILE_GOLDEN_FOLDER) / file.name;
-        EXPECT_EQ(ReadBytes(path) == file.bytes, true) << file.name;
-        if (std::getenv("CONVFILE_UPDATE_GOLDEN"))
-            WriteBytes(path, file.bytes);
     }
 }
 

@@ -5,6 +5,7 @@
 #include "database/access/AccessFile.h"
 #include "database/access/RowConverter.h"
 #include "database/access/SqlDatabase.h"
+#include "framework/CodePage.h"
 #include "framework/Text.h"
 
 #include <algorithm>
@@ -114,22 +115,31 @@ public:
     }
     bool Open(const std::string& sql, Connection& connection) override {
         const auto& database = static_cast<AccessConnection&>(connection).Database();
+        fetching_ = false;
         return database && query_.Open(sql, database);
+    }
+    bool Open(const wchar_t* sql, Connection& connection) override {
+        std::string bytes;
+        for (const wchar_t* c = sql; c && *c; ++c)
+            bytes += Windows1252FromUnit(static_cast<char32_t>(*c));
+        return Open(bytes, connection);
     }
     bool NextRow() override {
         const SqlQuery::Step step = query_.Next();
-        if (step == SqlQuery::Step::Failed)
+        if (step == SqlQuery::Step::Failed || (step == SqlQuery::Step::End && !fetching_))
             throw EngineError("cannot be fetched");
-        return step == SqlQuery::Step::Row;
+        fetching_ = step == SqlQuery::Step::Row;
+        return fetching_;
     }
     Status AppendField(std::int32_t field, std::string& line) override {
         if (field < 0 || field >= query_.FieldCount())
-            return kBadIndex;
+            return kOk;
         return query_.AppendText(field, kLongestField, line) ? kOk : kTypeMismatch;
     }
 
 private:
     SqlQuery query_;
+    bool fetching_ = false; ///< between the first row of a fetch and its end
 };
 
 } // namespace

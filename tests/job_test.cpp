@@ -1,0 +1,97 @@
+// The import of a field controller's job, whatever engine answers its queries.
+
+#include "tests/support/Convert.h"
+#include "tests/support/Files.h"
+#include "tests/support/JobDatabase.h"
+#include "tests/support/JobImport.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace convfile::test {
+namespace {
+
+using access::Table;
+using access::Type;
+using access::Version;
+using testing::ElementsAre;
+
+TEST(JobImport, GivesTheReferenceFieldBooks) {
+    GoldenFiles(); // paths from here on begin in their folder
+    const struct {
+        std::string path;
+        std::vector<Table> tables;
+    } kJobs[] = {{"tlsv/day-jet4", RealisticJob()}, {"tlsv/empty", EmptyJob()}};
+    for (const auto& job : kJobs) {
+        app::Conversion result;
+        ImportJob(job.tables, job.path + ".tlsv", result);
+        EXPECT_EQ(JsonOf(result), ReadBytes(job.path + ".json"));
+    }
+}
+
+TEST(JobImport, TellsTheHostInOrder) {
+    app::Conversion job;
+    ImportJob(RealisticJob(), job);
+    EXPECT_THAT(job.notifications, ElementsAre(memory::Notification{"point library parent", 1, 3},
+                                               memory::Notification{"orientation points", 1, 1},
+                                               memory::Notification{"drawing", 1, 1}));
+    app::Conversion empty;
+    ImportJob(EmptyJob(), empty);
+    EXPECT_THAT(empty.notifications, ElementsAre(memory::Notification{"drawing", 1, 1}));
+}
+
+TEST(JobImport, AStationThatIsDeclinedLeavesNoKey) {
+    app::Conversion job;
+    job.fieldBook.DeclineFrom(memory::Adder::Station, 1);
+    ImportJob(RealisticJob(), job);
+    ASSERT_EQ(job.fieldBook.Jobs().at(0)->stations.size(), 1U);
+    EXPECT_EQ(job.fieldBook.Jobs()[0]->stations[0]->points.size(), 5U);
+}
+
+TEST(JobImport, KeepsTheNewJobWhereTheDatabaseDoesNotOpen) {
+    const TempFolder folder;
+    app::Conversion job;
+    ConvertAs("tlsv", folder.Write("job.tlsv", "no database"), job);
+    EXPECT_FALSE(job.converted);
+    ASSERT_EQ(job.fieldBook.Jobs().size(), 1U);
+    EXPECT_EQ(job.fieldBook.Jobs()[0]->Name(), "job");
+    ExpectDriverMessage(job.messages);
+}
+
+TEST(JobImport, DecimalCommasAndDatesBefore1970) {
+    std::vector<Table> tables = RealisticJob();
+    TableNamed(tables, "tblCrdObsSession").rows[0].values[2] = std::int64_t{-1};
+    Table& points = TableNamed(tables, "tblSoPoints");
+    points.columns[3].type = Type::Text;
+    for (access::Row& row : points.rows)
+        row.values[3] = std::string(" 12,5");
+    app::Conversion job;
+    ImportJob(tables, job);
+    EXPECT_EQ(job.fieldBook.Jobs().at(0)->Date(), "31/12/1969");
+    EXPECT_EQ(job.fieldBook.Jobs()[0]->stations.at(0)->GetExtras().coordinates.y, 12.5);
+}
+
+/// The reference files of the format are what the writer writes.
+TEST(JobImport, ReferenceFilesAreReproducible) {
+    const struct {
+        const char* name;
+        std::string bytes;
+    } kFiles[] = {
+        {"tlsv/day-jet4.tlsv", access::Write(Version::Jet4, RealisticJob())},
+        {"tlsv/day-ace14-compressed.tlsv",
+         access::Write(Version::Ace14, RealisticJob(), {.compressedText = true})},
+        {"tlsv/empty.tlsv", access::Write(Version::Ace12, EmptyJob())},
+    };
+    for (const auto& file : kFiles) {
+        const std::filesystem::path path =
+            std::filesystem::path(CONVFILE_GOLDEN_FOLDER) / file.name;
+        EXPECT_EQ(ReadBytes(path) == file.bytes, true) << file.name;
+        if (std::getenv("CONVFILE_UPDATE_GOLDEN"))
+            WriteBytes(path, file.bytes);
+    }
+}
+
+} // namespace
+} // namespace convfile::test

@@ -60,6 +60,8 @@ CConvFilePCP::CConvFilePCP(CLibCmp& fieldBook, CCts& document, std::string* file
     staIndex_ = 0;
 }
 
+CConvFilePCP::~CConvFilePCP() = default;
+
 bool CConvFilePCP::Esegui() {
     if (!OpenFile())
         return false;

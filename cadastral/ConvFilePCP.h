@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 #include "framework/TextFile.h"
 #include "host/CtsRigArray.h"
 
@@ -12,12 +13,13 @@ class CCts;
 
 /// Reads a cadastral survey exchange file into the cadastral document (header, line records, values)
 /// and into the field book (stations, observed points, orientation points).
-class CONVFILE_API CConvFilePCP : public CConvGen {
+class CConvFilePCP : public CConvGen {
 public:
-    CConvFilePCP(CLibCmp& fieldBook, CCts& document, std::string* fileName);
+    CONVFILE_API CConvFilePCP(CLibCmp& fieldBook, CCts& document, std::string* fileName);
+    CONVFILE_API ~CConvFilePCP() override;
 
     /// False where the file cannot be opened. The line records are handed over at the end.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     /// The longest record: one that fills it ends the reading.

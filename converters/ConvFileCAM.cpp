@@ -28,6 +28,8 @@
 CConvFileCAM::CConvFileCAM(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
 
+CConvFileCAM::~CConvFileCAM() = default;
+
 bool CConvFileCAM::Esegui() {
     if (!OpenFile())
         return false;

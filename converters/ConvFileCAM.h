@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 #include "framework/TextFile.h"
 #include "host/NoValue.h"
 
@@ -8,12 +9,13 @@
 #include <string_view>
 
 /// Reads comma-separated files of one observation a line, in two layouts.
-class CONVFILE_API CConvFileCAM : public CConvGen {
+class CConvFileCAM : public CConvGen {
 public:
-    CConvFileCAM(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileCAM(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileCAM() override;
 
     /// Converts the file into one job named after it; false where it cannot be opened.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     bool OpenFile();

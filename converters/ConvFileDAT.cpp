@@ -47,6 +47,8 @@ double Metres(std::string_view millimetres) {
 CConvFileDAT::CConvFileDAT(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
 
+CConvFileDAT::~CConvFileDAT() = default;
+
 bool CConvFileDAT::Esegui() {
     if (!OpenFile())
         return false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 #include "framework/TextFile.h"
 #include "host/NoValue.h"
 
@@ -8,12 +9,13 @@
 #include <string_view>
 
 /// Reads space-separated DAT files (not those that instruments download under that extension).
-class CONVFILE_API CConvFileDAT : public CConvGen {
+class CConvFileDAT : public CConvGen {
 public:
-    CConvFileDAT(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileDAT(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileDAT() override;
 
     /// Converts the file into one job named after it; false where it cannot be opened.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     bool OpenFile();

@@ -87,6 +87,8 @@ constexpr CConvFileDTM::Group CConvFileDTM::kGroups[] = {
 CConvFileDTM::CConvFileDTM(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
 
+CConvFileDTM::~CConvFileDTM() = default;
+
 /// Adds no job of its own: stations before the first "@JN" go into the last job that is there.
 bool CConvFileDTM::Esegui() {
     if (!OpenFile())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 #include "framework/TextFile.h"
 
 #include <array>
@@ -8,12 +9,13 @@
 #include <string_view>
 
 /// Reads DTM files: blocks of value lines behind keyword lines.
-class CONVFILE_API CConvFileDTM : public CConvGen {
+class CConvFileDTM : public CConvGen {
 public:
-    CConvFileDTM(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileDTM(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileDTM() override;
 
     /// False where the file cannot be opened.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     bool OpenFile();

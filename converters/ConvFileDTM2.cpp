@@ -45,6 +45,8 @@ std::string Text(std::string_view field) {
 CConvFileDTM2::CConvFileDTM2(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
 
+CConvFileDTM2::~CConvFileDTM2() = default;
+
 bool CConvFileDTM2::Esegui() {
     if (!OpenFile())
         return false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 #include "framework/TextFile.h"
 
 #include <array>
@@ -8,12 +9,13 @@
 #include <string_view>
 
 /// Reads comma-separated files whose records carry a numeric type.
-class CONVFILE_API CConvFileDTM2 : public CConvGen {
+class CConvFileDTM2 : public CConvGen {
 public:
-    CConvFileDTM2(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileDTM2(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileDTM2() override;
 
     /// Converts the file into one job named after it; false where it cannot be opened.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     bool OpenFile();

@@ -71,6 +71,8 @@ void AppendWithBlank(std::string& text, const std::string& part) {
 CConvFileELT::CConvFileELT(CLibCmp& fieldBook, std::string* fileName)
     : CConvFileBase(fieldBook, fileName) {}
 
+CConvFileELT::~CConvFileELT() = default;
+
 void CConvFileELT::ProcessaRiga() {
     if (line_.size() < kShortestLine)
         return;

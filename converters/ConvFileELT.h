@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ConvFileBase.h"
+#include "framework/Export.h"
 #include "host/NoValue.h"
 
 #include <array>
@@ -9,9 +10,10 @@
 #include <string_view>
 
 /// Reads ELT report files, with German, Italian and English titles.
-class CONVFILE_API CConvFileELT : public CConvFileBase {
+class CConvFileELT : public CConvFileBase {
 public:
-    CConvFileELT(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileELT(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileELT() override;
 
 protected:
     void ProcessaRiga() override;

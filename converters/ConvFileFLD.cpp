@@ -36,6 +36,8 @@ constexpr CConvLineRecords::SlotCode CConvFileFLD::kSlotCodes[] = {
 CConvFileFLD::CConvFileFLD(CLibCmp& fieldBook, std::string* fileName)
     : CConvLineRecords(fieldBook, fileName) {}
 
+CConvFileFLD::~CConvFileFLD() = default;
+
 bool CConvFileFLD::Esegui() {
     if (!OpenFile())
         return false;

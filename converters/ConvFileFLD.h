@@ -1,14 +1,16 @@
 #pragma once
 
 #include "converters/LineRecords.h"
+#include "framework/Export.h"
 
 /// Reads FLD files: one value a line behind a two-letter code.
-class CONVFILE_API CConvFileFLD : public CConvLineRecords {
+class CConvFileFLD : public CConvLineRecords {
 public:
-    CConvFileFLD(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileFLD(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileFLD() override;
 
     /// False where the file cannot be opened.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     bool LeggeUnaRiga();

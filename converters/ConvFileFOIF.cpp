@@ -24,3 +24,5 @@ constexpr KeywordDialect kDialect = {.hasHeader = false,
 
 CConvFileFOIF::CConvFileFOIF(CLibCmp& fieldBook, std::string* fileName)
     : CConvKeywordRecords(fieldBook, fileName, kDialect) {}
+
+CConvFileFOIF::~CConvFileFOIF() = default;

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "converters/KeywordRecords.h"
+#include "framework/Export.h"
 
 /// Reads FOIF keyword record files.
-class CONVFILE_API CConvFileFOIF : public CConvKeywordRecords {
+class CConvFileFOIF : public CConvKeywordRecords {
 public:
-    CConvFileFOIF(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileFOIF(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileFOIF() override;
 };

@@ -44,6 +44,8 @@ constexpr CConvLineRecords::SlotCode CConvFileGEO::kSlotCodes[] = {
 CConvFileGEO::CConvFileGEO(CLibCmp& fieldBook, std::string* fileName)
     : CConvLineRecords(fieldBook, fileName) {}
 
+CConvFileGEO::~CConvFileGEO() = default;
+
 bool CConvFileGEO::Esegui() {
     if (!OpenFile())
         return false;

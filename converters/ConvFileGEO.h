@@ -1,17 +1,19 @@
 #pragma once
 
 #include "converters/LineRecords.h"
+#include "framework/Export.h"
 
 #include <string>
 #include <string_view>
 
 /// Reads GEO files: one value a line behind a short code.
-class CONVFILE_API CConvFileGEO : public CConvLineRecords {
+class CConvFileGEO : public CConvLineRecords {
 public:
-    CConvFileGEO(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileGEO(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileGEO() override;
 
     /// False where the file cannot be opened.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     bool LeggeUnaRiga();

@@ -86,6 +86,8 @@ double ScaledByUnit(double data, char unit) {
 CConvFileGSI::CConvFileGSI(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
 
+CConvFileGSI::~CConvFileGSI() = default;
+
 bool CConvFileGSI::Esegui() {
     if (!OpenFile())
         return false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 #include "framework/TextFile.h"
 #include "host/NoValue.h"
 
@@ -10,12 +11,13 @@
 #include <string_view>
 
 /// Reads GSI-8 and GSI-16 word files, code blocks of both dialects included.
-class CONVFILE_API CConvFileGSI : public CConvGen {
+class CConvFileGSI : public CConvGen {
 public:
-    CConvFileGSI(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileGSI(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileGSI() override;
 
     /// Converts the whole file into one job named after it; false where it cannot be opened.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     bool OpenFile();

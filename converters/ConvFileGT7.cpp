@@ -26,3 +26,5 @@ constexpr KeywordDialect kDialect = {.hasHeader = true,
 
 CConvFileGT7::CConvFileGT7(CLibCmp& fieldBook, std::string* fileName)
     : CConvKeywordRecords(fieldBook, fileName, kDialect) {}
+
+CConvFileGT7::~CConvFileGT7() = default;

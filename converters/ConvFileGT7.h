@@ -1,9 +1,11 @@
 #pragma once
 
 #include "converters/KeywordRecords.h"
+#include "framework/Export.h"
 
 /// Reads keyword record files as they are downloaded from the instrument.
-class CONVFILE_API CConvFileGT7 : public CConvKeywordRecords {
+class CConvFileGT7 : public CConvKeywordRecords {
 public:
-    CConvFileGT7(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileGT7(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileGT7() override;
 };

@@ -34,6 +34,8 @@ constexpr std::array<Columns, 6> kColumns = {
 CConvFileLGU::CConvFileLGU(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
 
+CConvFileLGU::~CConvFileLGU() = default;
+
 bool CConvFileLGU::Esegui() {
     if (!OpenFile())
         return false;

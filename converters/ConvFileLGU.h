@@ -1,18 +1,20 @@
 #pragma once
 
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 #include "framework/TextFile.h"
 
 #include <array>
 #include <string_view>
 
 /// Reads LGU fixed-column files.
-class CONVFILE_API CConvFileLGU : public CConvGen {
+class CConvFileLGU : public CConvGen {
 public:
-    CConvFileLGU(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileLGU(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileLGU() override;
 
     /// Converts the file into one job named after it; false where it cannot be opened.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     bool OpenFile();

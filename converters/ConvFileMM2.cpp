@@ -28,6 +28,8 @@ constexpr std::size_t kFields = 3; ///< the fields begin behind the record's fir
 CConvFileMM2::CConvFileMM2(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
 
+CConvFileMM2::~CConvFileMM2() = default;
+
 bool CConvFileMM2::Esegui() {
     if (!OpenFile())
         return false;

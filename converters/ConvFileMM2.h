@@ -1,18 +1,20 @@
 #pragma once
 
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 #include "framework/TextFile.h"
 
 #include <string>
 #include <string_view>
 
 /// Reads MM2 downloads: records of fields closed by a control character.
-class CONVFILE_API CConvFileMM2 : public CConvGen {
+class CConvFileMM2 : public CConvGen {
 public:
-    CConvFileMM2(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileMM2(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileMM2() override;
 
     /// False where the file cannot be opened. Jobs are added by the file's own job records.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     bool OpenFile();

@@ -58,6 +58,8 @@ constexpr CConvFileMMT::Tag CConvFileMMT::kTags[] = {
 CConvFileMMT::CConvFileMMT(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
 
+CConvFileMMT::~CConvFileMMT() = default;
+
 bool CConvFileMMT::Esegui() {
     if (!OpenFile())
         return false;

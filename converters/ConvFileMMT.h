@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 #include "framework/TextFile.h"
 
 #include <array>
@@ -8,12 +9,13 @@
 #include <string_view>
 
 /// Reads MMT downloads: one tagged value a line.
-class CONVFILE_API CConvFileMMT : public CConvGen {
+class CConvFileMMT : public CConvGen {
 public:
-    CConvFileMMT(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileMMT(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileMMT() override;
 
     /// False where the file cannot be opened. Jobs are added by the file's own job records.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     enum class RecordType { None, Job, Station, Point };

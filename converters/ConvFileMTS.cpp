@@ -45,6 +45,8 @@ constexpr std::size_t kHeaderWidth = 10;
 CConvFileMTS::CConvFileMTS(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
 
+CConvFileMTS::~CConvFileMTS() = default;
+
 bool CConvFileMTS::Esegui() {
     if (!OpenFile())
         return false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 #include "framework/InputFile.h"
 
 #include <array>
@@ -8,12 +9,13 @@
 #include <string>
 
 /// Reads MTS binary downloads.
-class CONVFILE_API CConvFileMTS : public CConvGen {
+class CConvFileMTS : public CConvGen {
 public:
-    CConvFileMTS(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileMTS(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileMTS() override;
 
     /// False where the file cannot be opened. Jobs are added by the file's own job records.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     static constexpr std::size_t kRecordSize = 43;

@@ -51,6 +51,8 @@ std::string NameOfNumber(std::string_view digits) {
 CConvFileMWG::CConvFileMWG(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
 
+CConvFileMWG::~CConvFileMWG() = default;
+
 bool CConvFileMWG::Esegui() {
     if (!OpenFile())
         return false;

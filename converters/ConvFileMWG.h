@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 #include "framework/TextFile.h"
 #include "host/NoValue.h"
 
@@ -8,12 +9,13 @@
 #include <string_view>
 
 /// Reads MWG fixed-column files.
-class CONVFILE_API CConvFileMWG : public CConvGen {
+class CConvFileMWG : public CConvGen {
 public:
-    CConvFileMWG(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileMWG(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileMWG() override;
 
     /// Converts the file into one job named after it; false where it cannot be opened.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     bool OpenFile();

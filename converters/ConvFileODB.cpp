@@ -15,6 +15,8 @@
 CConvFileODB::CConvFileODB(CLibCmp& fieldBook, std::string* fileName)
     : CConvObservationLines(fieldBook, fileName) {}
 
+CConvFileODB::~CConvFileODB() = default;
+
 bool CConvFileODB::Esegui() {
     if (!OpenFile())
         return false;

@@ -1,17 +1,19 @@
 #pragma once
 
 #include "converters/ObservationLines.h"
+#include "framework/Export.h"
 
 #include <string>
 #include <string_view>
 
 /// Reads ODB files: one observation a line, fields separated by single blanks.
-class CONVFILE_API CConvFileODB : public CConvObservationLines {
+class CConvFileODB : public CConvObservationLines {
 public:
-    CConvFileODB(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileODB(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileODB() override;
 
     /// Converts the file into one job named after it; false where it cannot be opened.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     std::string_view SeparaCampoODB();

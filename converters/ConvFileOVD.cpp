@@ -15,6 +15,8 @@
 CConvFileOVD::CConvFileOVD(CLibCmp& fieldBook, std::string* fileName)
     : CConvObservationLines(fieldBook, fileName) {}
 
+CConvFileOVD::~CConvFileOVD() = default;
+
 bool CConvFileOVD::Esegui() {
     if (!OpenFile())
         return false;

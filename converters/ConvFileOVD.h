@@ -1,16 +1,18 @@
 #pragma once
 
 #include "converters/ObservationLines.h"
+#include "framework/Export.h"
 
 #include <string_view>
 
 /// Reads OVD files: one observation a line, fields separated by commas.
-class CONVFILE_API CConvFileOVD : public CConvObservationLines {
+class CConvFileOVD : public CConvObservationLines {
 public:
-    CConvFileOVD(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileOVD(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileOVD() override;
 
     /// Converts the file into one job named after it; false where it cannot be opened.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     std::string_view SeparaCampoOVD();

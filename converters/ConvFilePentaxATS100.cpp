@@ -58,6 +58,8 @@ void ForEachColumn(std::string_view line, Take take) {
 CConvFilePentaxATS100::CConvFilePentaxATS100(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
 
+CConvFilePentaxATS100::~CConvFilePentaxATS100() = default;
+
 bool CConvFilePentaxATS100::Esegui() {
     if (!OpenFile())
         return false;

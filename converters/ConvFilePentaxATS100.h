@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 #include "framework/TextFile.h"
 #include "host/NoValue.h"
 
@@ -9,12 +10,13 @@
 #include <string_view>
 
 /// Reads Pentax ATS100 tab-separated exports.
-class CONVFILE_API CConvFilePentaxATS100 : public CConvGen {
+class CConvFilePentaxATS100 : public CConvGen {
 public:
-    CConvFilePentaxATS100(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFilePentaxATS100(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFilePentaxATS100() override;
 
     /// Converts the file into one job named after it; false where it cannot be opened.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     static constexpr std::size_t kColumns = 9;

@@ -1,17 +1,18 @@
 #pragma once
 
 #include "framework/ConvFileBase.h"
+#include "framework/Export.h"
 #include "host/NoValue.h"
 
 #include <string>
 #include <string_view>
 
 /// Reads Pentax R100 files: one tagged value a line.
-class CONVFILE_API CConvFilePentaxR100 : public CConvFileBase {
+class CConvFilePentaxR100 : public CConvFileBase {
 public:
-    CConvFilePentaxR100(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFilePentaxR100(CLibCmp& fieldBook, std::string* fileName);
     /// Writes a pending station and then a pending point; a pending job is not written.
-    ~CConvFilePentaxR100() override;
+    CONVFILE_API ~CConvFilePentaxR100() override;
 
     /// The values of a station as far as they have come.
     struct Station {

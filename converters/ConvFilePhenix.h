@@ -1,17 +1,18 @@
 #pragma once
 
 #include "converters/PendingRecords.h"
+#include "framework/Export.h"
 #include "host/NoValue.h"
 
 #include <string>
 #include <string_view>
 
 /// Reads Phenix keyword files.
-class CONVFILE_API CConvFilePhenix : public CConvPendingRecords {
+class CConvFilePhenix : public CConvPendingRecords {
 public:
-    CConvFilePhenix(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFilePhenix(CLibCmp& fieldBook, std::string* fileName);
     /// Writes what is pending: job, station, point.
-    ~CConvFilePhenix() override;
+    CONVFILE_API ~CConvFilePhenix() override;
 
 private:
     void AnalizzaRiga(std::string_view keyword) override;

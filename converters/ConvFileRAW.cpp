@@ -24,6 +24,8 @@ constexpr std::size_t kTypeAndComma = 3;
 CConvFileRAW::CConvFileRAW(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
 
+CConvFileRAW::~CConvFileRAW() = default;
+
 bool CConvFileRAW::Esegui() {
     if (!OpenFile())
         return false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 #include "framework/TextFile.h"
 #include "host/NoValue.h"
 
@@ -9,12 +10,13 @@
 #include <string_view>
 
 /// Reads comma-separated raw observation files.
-class CONVFILE_API CConvFileRAW : public CConvGen {
+class CConvFileRAW : public CConvGen {
 public:
-    CConvFileRAW(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileRAW(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileRAW() override;
 
     /// False where the file cannot be opened. Adds no job: stations go into the last one.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     bool OpenFile();

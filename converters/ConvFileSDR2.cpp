@@ -60,6 +60,8 @@ constexpr CConvFileSDR2::Record CConvFileSDR2::kRecords[] = {
 CConvFileSDR2::CConvFileSDR2(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
 
+CConvFileSDR2::~CConvFileSDR2() = default;
+
 bool CConvFileSDR2::Esegui() {
     if (!OpenFile())
         return false;

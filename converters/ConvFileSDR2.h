@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 #include "framework/TextFile.h"
 #include "host/NoValue.h"
 
@@ -8,12 +9,13 @@
 #include <string_view>
 
 /// Reads Sokkia SDR2 field files.
-class CONVFILE_API CConvFileSDR2 : public CConvGen {
+class CConvFileSDR2 : public CConvGen {
 public:
-    CConvFileSDR2(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API CConvFileSDR2(CLibCmp& fieldBook, std::string* fileName);
+    CONVFILE_API ~CConvFileSDR2() override;
 
     /// False where the file cannot be opened. A job is added by the file's own job records.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     bool OpenFile();

@@ -22,7 +22,7 @@ struct KeywordDialect {
 };
 
 /// Reads keyword record files of either kind.
-class CONVFILE_API CConvKeywordRecords : public CConvPendingRecords {
+class CConvKeywordRecords : public CConvPendingRecords {
 public:
     CConvKeywordRecords(CLibCmp& fieldBook, std::string* fileName, const KeywordDialect& dialect);
     /// Writes what is pending: job, station, point.

@@ -11,7 +11,7 @@
 
 /// What the formats with one value a line share: a record is opened by a line of its own, filled by
 /// those that follow in any order, and written when the next one opens or the file ends.
-class CONVFILE_API CConvLineRecords : public CConvGen {
+class CConvLineRecords : public CConvGen {
 protected:
     CConvLineRecords(CLibCmp& fieldBook, std::string* fileName);
 

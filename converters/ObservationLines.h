@@ -8,7 +8,7 @@
 
 /// What the two formats share that have one observation a line, each naming its station: reading,
 /// and what goes into the field book. How a line is cut and where a station begins is each one's own.
-class CONVFILE_API CConvObservationLines : public CConvGen {
+class CConvObservationLines : public CConvGen {
 protected:
     CConvObservationLines(CLibCmp& fieldBook, std::string* fileName);
 

@@ -11,7 +11,7 @@
 /// Base of the converters of keyword lines whose records are gathered in a buffer and written only
 /// when a later line, or the end, shows that they are complete. What opens a record writes those that
 /// are pending of the two other kinds first.
-class CONVFILE_API CConvPendingRecords : public CConvFileBase {
+class CConvPendingRecords : public CConvFileBase {
 public:
     CConvPendingRecords(CLibCmp& fieldBook, std::string* fileName);
 

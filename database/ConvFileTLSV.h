@@ -2,6 +2,7 @@
 
 #include "database/DBDataProviderLcm.h"
 #include "framework/ConvGen.h"
+#include "framework/Export.h"
 
 #include <string>
 #include <string_view>
@@ -12,15 +13,15 @@ class CLibPnt;
 
 /// Imports a field controller's job database into the field book: a new job with a station for each
 /// set-up, a point for each shot, and the control points as orientation points.
-class CONVFILE_API CConvFileTLSV : public CConvGen {
+class CConvFileTLSV : public CConvGen {
 public:
-    CConvFileTLSV(CLibCmp& fieldBook, CLibPnt& pointLibrary, CGcadEng& drawing,
-                  std::string* fileName);
+    CONVFILE_API CConvFileTLSV(CLibCmp& fieldBook, CLibPnt& pointLibrary, CGcadEng& drawing,
+                               std::string* fileName);
     /// Disconnects from the database.
-    ~CConvFileTLSV() override;
+    CONVFILE_API ~CConvFileTLSV() override;
 
     /// False where the database cannot be opened; the new job is then there and empty.
-    bool Esegui();
+    CONVFILE_API bool Esegui();
 
 private:
     /// What is known of the point that a shot was aimed at.

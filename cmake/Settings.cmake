@@ -19,7 +19,7 @@ function(convfile_settings target)
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON
     POSITION_INDEPENDENT_CODE ON)
-  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
   if(WIN32)
     set_target_properties(${target} PROPERTIES PREFIX "") # convfile.dll, not libconvfile.dll
     # <windows.h> has macros of our names (AddJob, min, max).

@@ -34,6 +34,7 @@ public:
 
     /// The document's own line record, filled by the record of values (type 9).
     virtual CRig& GetRigValori() = 0;
-    /// Takes over the collected line records and files them in the document.
+    /// Takes over the collected line records and files them in the document. The array itself stays
+    /// the caller's and ends with it: what is to be kept is moved out of it. Never null.
     virtual void DividiRighe(CCtsRigArray* lines) = 0;
 };

@@ -5,7 +5,7 @@
 #include <string>
 
 namespace tsk {
-class String;
+class String; // framework/TskString.h, a header alone
 }
 
 /// The window handle of the platform, spelled so that <windows.h> may come before, after or never.

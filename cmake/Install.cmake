@@ -1,0 +1,34 @@
+# The installed package: find_package(convfile) gives
+#   convfile::headers    what a host includes
+#   convfile::convfile   the library; it takes the host's own convfile_host, or that of
+#   convfile::memory     the host in memory
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(folder ${CMAKE_INSTALL_INCLUDEDIR}/convfile)
+set(package ${CMAKE_INSTALL_LIBDIR}/cmake/convfile)
+
+foreach(headers IN ITEMS host framework converters cadastral memory)
+  install(DIRECTORY ${headers} DESTINATION ${folder} FILES_MATCHING PATTERN *.h)
+endforeach()
+install(FILES database/ConvFileTLSV.h database/DBDataProviderLcm.h DESTINATION ${folder}/database)
+
+if(NOT WIN32)
+  set_target_properties(convfile PROPERTIES INSTALL_RPATH $ORIGIN)
+  file(RELATIVE_PATH libraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(convfile_program PROPERTIES INSTALL_RPATH $ORIGIN/${libraries})
+endif()
+set_target_properties(convfile_headers PROPERTIES EXPORT_NAME headers)
+set_target_properties(convfile_memory PROPERTIES EXPORT_NAME memory)
+set_target_properties(convfile_host PROPERTIES EXPORT_NAME memory_host)
+set_target_properties(convfile_routines PROPERTIES EXPORT_NAME routines)
+
+install(TARGETS convfile convfile_headers convfile_host convfile_memory convfile_routines
+  EXPORT convfile-targets)
+install(TARGETS convfile_program)
+install(EXPORT convfile-targets NAMESPACE convfile:: DESTINATION ${package})
+
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/convfile-config-version.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES cmake/convfile-config.cmake ${PROJECT_BINARY_DIR}/convfile-config-version.cmake
+  DESTINATION ${package})

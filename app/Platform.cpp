@@ -33,8 +33,7 @@ std::filesystem::path PathOf(const std::string& name) {
 
 void KeepDatabaseDriver() {
 #if defined(_WIN32)
-    CoInitialize(nullptr); // one for the use too many
-    CoInitialize(nullptr); // one that stays
+    CoInitialize(nullptr);
 #endif
 }
 

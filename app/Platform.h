@@ -12,8 +12,8 @@ void PrepareStandardStreams();
 /// knows folders. (Made directly from bytes, that one takes them for UTF-8 on Windows.)
 std::filesystem::path PathOf(const std::string& name);
 
-/// Keeps the driver of job databases loaded on this thread: an import ends one use of it more than it
-/// began, and lets go of the driver's objects only after that.
+/// Keeps the driver of job databases loaded on this thread: an import ends its use of it, and lets go of
+/// the driver's objects only after that.
 void KeepDatabaseDriver();
 
 } // namespace convfile::app

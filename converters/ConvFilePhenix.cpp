@@ -56,6 +56,12 @@ CConvFilePhenix::~CConvFilePhenix() {
     FlushAll();
 }
 
+void CConvFilePhenix::ProcessaRiga() {
+    std::string_view keyword;
+    if (SeparaParolaChiave(keyword))
+        AnalizzaRiga(keyword);
+}
+
 void CConvFilePhenix::AnalizzaRiga(std::string_view keyword) {
     const auto* const found = std::ranges::find(kKeywords, keyword, &Keyword::keyword);
     if (found != std::end(kKeywords))

@@ -8,14 +8,19 @@
 #include <string_view>
 
 /// Reads Phenix keyword files.
-class CConvFilePhenix : public CConvPendingRecords {
+class CConvFilePhenix : public CConvPendingRecords<CConvFilePhenix> {
 public:
     CONVFILE_API CConvFilePhenix(CLibCmp& fieldBook, std::string* fileName);
     /// Writes what is pending: job, station, point.
     CONVFILE_API ~CConvFilePhenix() override;
 
+protected:
+    void ProcessaRiga() override;
+
 private:
-    void AnalizzaRiga(std::string_view keyword) override;
+    friend CConvPendingRecords<CConvFilePhenix>;
+
+    void AnalizzaRiga(std::string_view keyword);
     void CampoSTA();
     void CampoFS();
     void CampoSS();
@@ -27,8 +32,8 @@ private:
     void CampoENZ();
     void CampoCoordinate(const std::string& east, const std::string& north,
                          const std::string& height);
-    void SalvaRigaS() override;
-    void SalvaRigaP() override;
+    void SalvaRigaS();
+    void SalvaRigaP();
 
     struct Keyword;
     static const Keyword kKeywords[];

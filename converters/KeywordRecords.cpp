@@ -83,8 +83,9 @@ CConvKeywordRecords::~CConvKeywordRecords() {
 }
 
 void CConvKeywordRecords::ProcessaRiga() {
-    if (line_.size() >= kShortestLine && !SkipsHeaderLine())
-        CConvPendingRecords::ProcessaRiga();
+    std::string_view keyword;
+    if (line_.size() >= kShortestLine && !SkipsHeaderLine() && SeparaParolaChiave(keyword))
+        AnalizzaRiga(keyword);
 }
 
 /// The first line that begins with a letter ends the header, and is itself part of it.

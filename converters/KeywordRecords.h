@@ -22,7 +22,7 @@ struct KeywordDialect {
 };
 
 /// Reads keyword record files of either kind.
-class CConvKeywordRecords : public CConvPendingRecords {
+class CConvKeywordRecords : public CConvPendingRecords<CConvKeywordRecords> {
 public:
     CConvKeywordRecords(CLibCmp& fieldBook, std::string* fileName, const KeywordDialect& dialect);
     /// Writes what is pending: job, station, point.
@@ -40,7 +40,9 @@ private:
         Sighting sighting{0, 0, 0};
     };
 
-    void AnalizzaRiga(std::string_view keyword) override;
+    friend CConvPendingRecords<CConvKeywordRecords>;
+
+    void AnalizzaRiga(std::string_view keyword);
     void CampoJOB();
     void CampoDATE();
     void CampoNAME();
@@ -60,8 +62,8 @@ private:
     void CampoUNITS();
     void CampoOFFSET();
 
-    void SalvaRigaS() override;
-    void SalvaRigaP() override;
+    void SalvaRigaS();
+    void SalvaRigaP();
     void SalvaRigaRES_OBS();
 
     struct Keyword;

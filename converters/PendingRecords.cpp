@@ -1,5 +1,7 @@
 #include "converters/PendingRecords.h"
 
+#include "converters/ConvFilePhenix.h"
+#include "converters/KeywordRecords.h"
 #include "framework/Numbers.h"
 #include "framework/Reduction.h"
 #include "framework/Text.h"
@@ -12,98 +14,115 @@ constexpr std::size_t kShortestKeyword = 2;
 
 } // namespace
 
-CConvPendingRecords::CConvPendingRecords(CLibCmp& fieldBook, std::string* fileName)
+template <class Format>
+CConvPendingRecords<Format>::CConvPendingRecords(CLibCmp& fieldBook, std::string* fileName)
     : CConvFileBase(fieldBook, fileName) {}
 
-void CConvPendingRecords::ProcessaRiga() {
+template <class Format>
+bool CConvPendingRecords<Format>::SeparaParolaChiave(std::string_view& keyword) {
     if (line_.size() < kShortestLine)
-        return;
+        return false;
     const std::size_t blank = line_.find(' ');
     if (blank == std::string_view::npos || blank < kShortestKeyword)
-        return;
+        return false;
     fields_ = TrimBoth(line_.substr(blank));
-    AnalizzaRiga(line_.substr(0, blank));
+    keyword = line_.substr(0, blank);
+    return true;
 }
 
-std::string_view CConvPendingRecords::SeparaCampo() {
+template <class Format>
+std::string_view CConvPendingRecords<Format>::SeparaCampo() {
     return TakeField(fields_, ',');
 }
 
-void CConvPendingRecords::FlushJob() {
+template <class Format>
+void CConvPendingRecords<Format>::FlushJob() {
     if (jobPending_)
         SalvaRigaL();
 }
 
-void CConvPendingRecords::FlushStation() {
+template <class Format>
+void CConvPendingRecords<Format>::FlushStation() {
     if (stationPending_)
-        SalvaRigaS();
+        Self().SalvaRigaS();
 }
 
-void CConvPendingRecords::FlushPoint() {
+template <class Format>
+void CConvPendingRecords<Format>::FlushPoint() {
     if (pointPending_)
-        SalvaRigaP();
+        Self().SalvaRigaP();
 }
 
-void CConvPendingRecords::FlushAll() {
+template <class Format>
+void CConvPendingRecords<Format>::FlushAll() {
     FlushJob();
     FlushStation();
     FlushPoint();
 }
 
-bool CConvPendingRecords::HasAny(std::initializer_list<std::size_t> slots) const {
+template <class Format>
+bool CConvPendingRecords<Format>::HasAny(std::initializer_list<std::size_t> slots) const {
     return std::ranges::any_of(slots, [&](std::size_t slot) { return !slots_[slot].empty(); });
 }
 
-void CConvPendingRecords::BeginPoint(std::initializer_list<std::size_t> slots) {
+template <class Format>
+void CConvPendingRecords<Format>::BeginPoint(std::initializer_list<std::size_t> slots) {
     FlushJob();
     FlushStation();
     if (HasAny(slots))
-        SalvaRigaP();
+        Self().SalvaRigaP();
     pointPending_ = true;
 }
 
-void CConvPendingRecords::FillNameHeightCode() {
+template <class Format>
+void CConvPendingRecords<Format>::FillNameHeightCode() {
     slots_[kName] = SeparaCampo();
     slots_[kHeight] = SeparaCampo();
     slots_[kCode] = SeparaCampo();
 }
 
-void CConvPendingRecords::StationRecord() {
+template <class Format>
+void CConvPendingRecords<Format>::StationRecord() {
     FlushJob();
     FlushPoint();
     if (HasAny({kName, kHeight, kCode}))
-        SalvaRigaS();
+        Self().SalvaRigaS();
     FillNameHeightCode();
     stationPending_ = true;
 }
 
-void CConvPendingRecords::SightedPoint() {
+template <class Format>
+void CConvPendingRecords<Format>::SightedPoint() {
     BeginPoint({kName, kHeight, kCode});
     FillNameHeightCode();
 }
 
 /// The fourth field goes on with the code.
-void CConvPendingRecords::SideShot() {
+template <class Format>
+void CConvPendingRecords<Format>::SideShot() {
     SightedPoint();
     const std::string_view more = SeparaCampo();
     if (!more.empty())
         slots_[kCode].append(" ").append(more);
 }
 
-void CConvPendingRecords::AnglesReading() {
+template <class Format>
+void CConvPendingRecords<Format>::AnglesReading() {
     BeginPoint({kHorizontalAngle, kZenithAngle});
     slots_[kHorizontalAngle] = SeparaCampo();
     slots_[kZenithAngle] = SeparaCampo();
 }
 
-void CConvPendingRecords::PolarRecord() {
+template <class Format>
+void CConvPendingRecords<Format>::PolarRecord() {
     BeginPoint({kHorizontalAngle, kZenithAngle, kDistance});
     slots_[kHorizontalAngle] = SeparaCampo();
     slots_[kZenithAngle] = SeparaCampo();
     slots_[kDistance] = SeparaCampo();
 }
 
-void CConvPendingRecords::ReducedRecord(int distanceDecimals) {
+template <class Format>
+void CConvPendingRecords<Format>::ReducedRecord(int distanceDecimals) {
     BeginPoint({kHorizontalAngle, kZenithAngle, kDistance});
     slots_[kHorizontalAngle] = SeparaCampo();
     const double horizontalDistance = DoubleDaString(SeparaCampo());
@@ -115,7 +134,8 @@ void CConvPendingRecords::ReducedRecord(int distanceDecimals) {
 }
 
 /// The first job record is that of the job named after the file; every later one opens a job.
-void CConvPendingRecords::SalvaRigaL() {
+template <class Format>
+void CConvPendingRecords<Format>::SalvaRigaL() {
     if (updatesJob_) {
         SetNomeAtJob(slots_[kName]);
         SetOperAtJob(slots_[kOperator]);
@@ -129,7 +149,11 @@ void CConvPendingRecords::SalvaRigaL() {
     AnnullaCampi();
 }
 
-void CConvPendingRecords::AnnullaCampi() {
+template <class Format>
+void CConvPendingRecords<Format>::AnnullaCampi() {
     for (std::string& slot : slots_)
         slot.clear();
 }
+
+template class CConvPendingRecords<CConvKeywordRecords>;
+template class CConvPendingRecords<CConvFilePhenix>;

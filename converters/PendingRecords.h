@@ -10,7 +10,9 @@
 
 /// Base of the converters of keyword lines whose records are gathered in a buffer and written only
 /// when a later line, or the end, shows that they are complete. What opens a record writes those that
-/// are pending of the two other kinds first.
+/// are pending of the two other kinds first. How a station and a point are written is the format's own:
+/// its SalvaRigaS and SalvaRigaP.
+template <class Format>
 class CConvPendingRecords : public CConvFileBase {
 public:
     CConvPendingRecords(CLibCmp& fieldBook, std::string* fileName);
@@ -32,12 +34,9 @@ protected:
     static constexpr std::size_t kDistance = 5;
     static constexpr std::size_t kNote = 6;
 
-    /// Cuts keyword and fields of a line apart; lines without a keyword are skipped.
-    void ProcessaRiga() override;
-    virtual void AnalizzaRiga(std::string_view keyword) = 0;
-    virtual void SalvaRigaL();
-    virtual void SalvaRigaS() = 0;
-    virtual void SalvaRigaP() = 0;
+    /// Cuts keyword and fields of the line apart; false for a line without a keyword, to be skipped.
+    bool SeparaParolaChiave(std::string_view& keyword);
+    void SalvaRigaL();
     void AnnullaCampi();
 
     /// The next field of the line, as it stands; without a comma all that is left.
@@ -69,6 +68,7 @@ protected:
     bool pointPending_ = false;
 
 private:
+    Format& Self() { return static_cast<Format&>(*this); }
     void FillNameHeightCode();
 
     bool updatesJob_ = true; ///< the first job record is that of the job named after the file

@@ -71,11 +71,7 @@ void Convert(const Route& route, const std::string& path, Conversion& result) {
 std::string BareName(const std::string& path) {
     std::string name = path;
     EstraiIlNomeFile(name);
-#if !defined(_WIN32)
-    if (IsUtf8(name))
-        return name;
-#endif
-    return Utf8FromWindows1252(name);
+    return Utf8OfName(name);
 }
 
 } // namespace convfile::app

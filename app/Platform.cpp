@@ -1,5 +1,7 @@
 #include "app/Platform.h"
 
+#include "framework/CodePage.h"
+
 #if defined(_WIN32)
 #include <fcntl.h>
 #include <io.h>
@@ -29,6 +31,14 @@ std::filesystem::path PathOf(const std::string& name) {
 #else
     return name;
 #endif
+}
+
+std::string Utf8OfName(const std::string& name) {
+#if !defined(_WIN32)
+    if (IsUtf8(name))
+        return name;
+#endif
+    return Utf8FromWindows1252(name);
 }
 
 void KeepDatabaseDriver() {

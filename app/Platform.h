@@ -12,6 +12,9 @@ void PrepareStandardStreams();
 /// knows folders. (Made directly from bytes, that one takes them for UTF-8 on Windows.)
 std::filesystem::path PathOf(const std::string& name);
 
+/// Such a name in UTF-8.
+std::string Utf8OfName(const std::string& name);
+
 /// Keeps the driver of job databases loaded on this thread: an import ends its use of it, and lets go of
 /// the driver's objects only after that.
 void KeepDatabaseDriver();

@@ -41,7 +41,7 @@ void Tell(const std::string& text) {
 }
 
 void TellOfFile(const std::string& file, const std::string& text) {
-    Tell((IsUtf8(file) ? ShownUtf8(file) : Shown(file)) + ": " + text);
+    Tell(ShownUtf8(Utf8OfName(file)) + ": " + text);
 }
 
 /// Any integer; one that no format code can be is as good as the nearest that can.

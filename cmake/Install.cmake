@@ -13,18 +13,23 @@ foreach(headers IN ITEMS host framework converters cadastral memory)
 endforeach()
 install(FILES database/ConvFileTLSV.h database/DBDataProviderLcm.h DESTINATION ${folder}/database)
 
+# The convfile_host of the host in memory is in a folder of its own, where no host gets it by accident.
+set(memory_folder ${CMAKE_INSTALL_LIBDIR}/convfile)
 if(NOT WIN32)
-  set_target_properties(convfile PROPERTIES INSTALL_RPATH $ORIGIN)
   file(RELATIVE_PATH libraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
-  set_target_properties(convfile_program PROPERTIES INSTALL_RPATH $ORIGIN/${libraries})
+  set_target_properties(convfile_program PROPERTIES
+    INSTALL_RPATH "$ORIGIN/${libraries};$ORIGIN/${libraries}/convfile")
 endif()
 set_target_properties(convfile_headers PROPERTIES EXPORT_NAME headers)
 set_target_properties(convfile_memory PROPERTIES EXPORT_NAME memory)
 set_target_properties(convfile_host PROPERTIES EXPORT_NAME memory_host)
 set_target_properties(convfile_routines PROPERTIES EXPORT_NAME routines)
 
-install(TARGETS convfile convfile_headers convfile_host convfile_memory convfile_routines
-  EXPORT convfile-targets)
+install(TARGETS convfile convfile_headers convfile_memory convfile_routines EXPORT convfile-targets)
+install(TARGETS convfile_host EXPORT convfile-targets
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+  LIBRARY DESTINATION ${memory_folder}
+  ARCHIVE DESTINATION ${memory_folder})
 install(TARGETS convfile_program)
 install(EXPORT convfile-targets NAMESPACE convfile:: DESTINATION ${package})
 

@@ -8,7 +8,8 @@ namespace tsk {
 class String; // framework/TskString.h, a header alone
 }
 
-/// The window handle of the platform, spelled so that <windows.h> may come before, after or never.
+/// The window handle of the platform, spelled so that <windows.h> (with STRICT, as it is by
+/// itself) may come before, after or never.
 struct HWND__; // NOLINT(bugprone-reserved-identifier): the platform's own name
 using HWND = HWND__*;
 

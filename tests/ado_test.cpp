@@ -64,9 +64,10 @@ _variant_t Object() {
 TEST_F(AdoTest, ConnectTriesClosesAndOpensAgain) {
     const std::string path = "C:\\caff\xE8 due; tre.tlsv"; // not quoted, whatever is in it
     EXPECT_TRUE(database_->Connect(path.c_str(), true));
+    const std::string utf8 = "C:\\caff\u00E8 due; tre.tlsv";
     EXPECT_THAT(ado_.TakeCalls(),
-                ElementsAre("create connection", Opening("0", path), "connection close",
-                            Opening("-1", path), "create recordset"));
+                ElementsAre("create connection", Opening("0", utf8), "connection close",
+                            Opening("-1", utf8), "create recordset"));
     EXPECT_THAT(memory::TakeMessages(), IsEmpty());
 }
 
@@ -111,6 +112,9 @@ TEST_F(AdoTest, AQuerySetsTextAndConnectionAndOpens) {
     EXPECT_EQ(database_->DoGetRows(1), 0);
     EXPECT_THAT(ado_.TakeCalls(), ElementsAre("recordset rows -1 missing missing"));
     EXPECT_THAT(database_->Rows(), ElementsAre("P1\t"));
+    EXPECT_THROW(database_->DoGetRows(1), _com_error) << "no row is left";
+    EXPECT_EQ(database_->Rows().size(), 1U);
+    ado_.TakeCalls();
     // The one recordset is used again, and wide texts pass as they are.
     Answer({{L"P2"}});
     EXPECT_EQ(database_->ReadData("SELECT ", "2", 1), "P2\t");
@@ -118,7 +122,7 @@ TEST_F(AdoTest, AQuerySetsTextAndConnectionAndOpens) {
     EXPECT_THAT(ado_.TakeCalls(),
                 ElementsAre("recordset close", "recordset source SELECT 2",
                             "recordset over connection", "recordset open missing missing 1 3 8",
-                            "recordset rows -1 missing missing", "recordset source SELECT '?'",
+                            "recordset rows -1 missing missing", "recordset source SELECT '\u0416'",
                             "recordset over connection", "recordset open missing missing 1 3 8"));
 }
 
@@ -147,13 +151,14 @@ TEST_F(AdoTest, AQueryThatFailsGivesNothing) {
 
 TEST_F(AdoTest, FieldsComeAsText) {
     Connect();
-    Answer({{L"caff\u00E8", 7L, 0.5, true, Null()}, {L"", -1L, 1234.5678, false, L"x"}});
+    Answer({{L"caff\u00E8 \u0101", 7L, 0.5, true, Null()}, {L"", -1L, 1234.5678, false, L"x"}});
     std::vector<std::string> out = {"before"};
     EXPECT_TRUE(database_->ReadData("SELECT", "", 5, &out));
-    EXPECT_THAT(out, ElementsAre("before", "caff\xE8\t7\t0.5\t-1\t\t", "\t-1\t1234.5678\t0\tx\t"));
+    EXPECT_THAT(out,
+                ElementsAre("before", "caff\xE8 ?\t7\t0.5\t-1\t\t", "\t-1\t1234.5678\t0\tx\t"));
     EXPECT_TRUE(database_->ReadData("SELECT", "", 2, &out)) << "fewer than there are";
     EXPECT_EQ(out.back(), "\t-1\t");
-    EXPECT_EQ(database_->ReadData("SELECT", "", 7), "caff\xE8\t7\t0.5\t-1\t\t\t\t") << "more";
+    EXPECT_EQ(database_->ReadData("SELECT", "", 7), "caff\xE8 ?\t7\t0.5\t-1\t\t\t\t") << "more";
 }
 
 TEST_F(AdoTest, TheStatusIsThatOfTheLastField) {
@@ -185,6 +190,7 @@ TEST_F(AdoTest, CopiesShareTheObjects) {
     Connect();
     Answer({{L"P1"}});
     auto copy = std::make_unique<CDBDataProviderLcm>(*database_);
+    *copy = *database_;
     database_.reset();
     EXPECT_EQ(copy->ReadData("SELECT", "", 1), "P1\t");
     ado_.TakeCalls();
@@ -216,6 +222,30 @@ TEST(AdoThread, ComIsEndedOnceForEachDisconnectAndOnceMore) {
         left = InitialisationsLeft();
     }).join();
     EXPECT_EQ(left, 3);
+}
+
+TEST(AdoThread, ObjectsAreReleasedAfterDisconnecting) {
+    std::thread([] {
+        AdoStandIn ado;
+        {
+            CDBDataProviderLcm database;
+            EXPECT_TRUE(database.Connect("x", false));
+            ado.TakeCalls();
+            for (int i = 0; i < 3; ++i)
+                CoUninitialize(); // only the connection's use of it is left
+        }
+        EXPECT_THAT(ado.TakeCalls(), ElementsAre("recordset released after the end of COM",
+                                                 "connection released after the end of COM"));
+    }).join();
+}
+
+TEST(AdoThread, WhereComCannotBeHadNothingIsSaid) {
+    std::thread([] {
+        CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+        CDBDataProviderLcm database;
+        EXPECT_FALSE(database.Connect("x", false));
+        EXPECT_THAT(memory::TakeMessages(), IsEmpty());
+    }).join();
 }
 
 /// Without the provider, the machine's own ADO says so.

@@ -169,6 +169,9 @@ TEST_F(DatabaseTest, GivesAsManyFieldsAsAreAskedFor) {
     EXPECT_TRUE(database_.GenerateQuery(L"SELECT keySoPoint FROM tblSoPoints WHERE Name='P3'"));
     EXPECT_EQ(database_.DoGetRows(1), 0);
     EXPECT_THAT(database_.Rows(), ElementsAre("203\t"));
+    EXPECT_ANY_THROW(database_.DoGetRows(1)) << "no row is left";
+    EXPECT_ANY_THROW(database_.DoGetRows(1));
+    EXPECT_EQ(database_.Rows().size(), 1U);
 }
 
 TEST_F(DatabaseTest, OutIsAppendedToAndAnswersDoNotMix) {

@@ -12,7 +12,10 @@ if(TOOLCHAIN)
 endif()
 
 function(run)
-  execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY OUTPUT_VARIABLE output)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output)
+  if(NOT status EQUAL 0)
+    message(FATAL_ERROR "${ARGN}\nends with ${status}:\n${output}")
+  endif()
   set(output "${output}" PARENT_SCOPE)
 endfunction()
 

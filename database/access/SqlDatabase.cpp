@@ -188,6 +188,7 @@ bool SqlQuery::Open(const std::string& sql, const std::shared_ptr<SqlDatabase>& 
     if (binds)
         key_ += '?';
 
+    ended_ = false;
     current_ = Prepare(key_);
     if (!current_)
         return false;
@@ -230,10 +231,13 @@ void SqlQuery::Close() {
 }
 
 SqlQuery::Step SqlQuery::Next() {
+    if (ended_)
+        return Step::End; // one more step would begin again
     const int result = current_ ? sqlite3_step(current_) : SQLITE_MISUSE;
     if (result == SQLITE_ROW)
         return Step::Row;
-    return result == SQLITE_DONE ? Step::End : Step::Failed;
+    ended_ = result == SQLITE_DONE;
+    return ended_ ? Step::End : Step::Failed;
 }
 
 int SqlQuery::FieldCount() const {

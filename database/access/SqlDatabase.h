@@ -94,6 +94,7 @@ private:
     std::unordered_map<std::string, sqlite3_stmt*> prepared_;
     std::string key_; ///< room for the text to look for
     sqlite3_stmt* current_ = nullptr;
+    bool ended_ = false; ///< there is no row left
 };
 
 } // namespace convfile::database

@@ -6,7 +6,9 @@
 
 #include <comdef.h>
 
+#include <algorithm>
 #include <array>
+#include <cwchar>
 #include <utility>
 
 namespace convfile::database {
@@ -15,6 +17,9 @@ namespace {
 
 using ConnectionPointer = _com_ptr_t<_com_IIID<ado::IConnection, &ado::kConnectionInterface>>;
 using RecordsetPointer = _com_ptr_t<_com_IIID<ado::IRecordset, &ado::kRecordsetInterface>>;
+
+/// One that writes numbers with a decimal point.
+constexpr LCID kPointLocale = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
 
 void RaiseFailure(HRESULT status) {
     if (FAILED(status))
@@ -30,16 +35,16 @@ std::wstring WideText(const std::string& bytes) {
     return wide;
 }
 
-/// Appends a text in the system's code page, as far as a field's text goes.
+/// Appends a text in the system's code page, "?" for what that lacks, as far as a field's text goes.
+/// Units beyond that length cannot count: none gives less than a byte.
 void AppendBytes(BSTR text, std::string& line) {
-    std::array<char, kLongestField> bytes;
-    const auto units = static_cast<int>(SysStringLen(text));
-    int length = WideCharToMultiByte(CP_ACP, 0, text, units, bytes.data(),
-                                     static_cast<int>(bytes.size()), nullptr, nullptr);
-    // A longer text fails, with what fits in its place.
-    if (length == 0 && units > 0 && GetLastError() == ERROR_INSUFFICIENT_BUFFER)
-        length = static_cast<int>(bytes.size());
-    line.append(bytes.data(), static_cast<std::size_t>(length));
+    constexpr std::size_t kMostBytesOfUnit = 4;
+    std::array<char, kLongestField * kMostBytesOfUnit> bytes;
+    const auto units = static_cast<int>(wcsnlen(text, kLongestField));
+    const DWORD flags = GetACP() == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
+    const int length = WideCharToMultiByte(CP_ACP, flags, text, units, bytes.data(),
+                                           static_cast<int>(bytes.size()), nullptr, nullptr);
+    line.append(bytes.data(), std::min(kLongestField, static_cast<std::size_t>(length)));
 }
 
 /// An argument that is left out.
@@ -114,14 +119,16 @@ public:
         return false;
     }
 
-    /// A field that is not there is an empty variant, whose text is empty.
+    /// A field that is not there is an empty variant, whose text is empty. Numbers have a decimal point,
+    /// whatever the user's settings say.
     Status AppendField(std::int32_t field, std::string& line) override {
         std::array<LONG, 2> position = {field, row_};
         _variant_t value;
         SafeArrayGetElement(rows_.parray, position.data(), &value);
         _variant_t text;
-        const HRESULT status = VariantChangeType(&text, &value, 0, VT_BSTR);
-        if (SUCCEEDED(status))
+        const HRESULT status =
+            VariantChangeTypeEx(&text, &value, kPointLocale, VARIANT_NOUSEROVERRIDE, VT_BSTR);
+        if (SUCCEEDED(status) && text.bstrVal)
             AppendBytes(text.bstrVal, line);
         return status;
     }

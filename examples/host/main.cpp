@@ -20,6 +20,13 @@
 
 #include "framework/ConvEntry.h"
 
+#if defined(_WIN32)
+#define WIN32_LEAN_AND_MEAN // else AddJob is a macro
+#include <windows.h>
+
+#include <objbase.h>
+#endif
+
 #include <array>
 #include <charconv>
 #include <iostream>
@@ -91,8 +98,17 @@ bool Convert(example::FieldBook& book, const std::string& file, int formatCode) 
     return FConvFileNoTopcon(book, document, false);
 }
 
+/// The import of a job database ends its use of COM before it lets go of the database driver's objects:
+/// the host keeps COM alive on this thread.
+void KeepDatabaseDriver() {
+#if defined(_WIN32)
+    CoInitialize(nullptr);
+#endif
+}
+
 bool ConvertDownload(example::FieldBook& book, const std::string& file) {
     example::PickFile(file, 0);
+    KeepDatabaseDriver();
     example::NoPointLibrary pointLibrary;
     example::NoDrawing drawing;
     return FConvFileDaStrum(book, 0, pointLibrary, drawing);

@@ -13,10 +13,10 @@ constexpr GUID Identifier(unsigned long first) {
 std::string Narrow(const wchar_t* text) {
     if (!text)
         return "null";
-    std::string bytes(2 * std::wcslen(text) + 1, '\0');
-    WideCharToMultiByte(CP_ACP, 0, text, -1, bytes.data(), static_cast<int>(bytes.size()), nullptr,
+    std::string utf8(3 * std::wcslen(text) + 1, '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), static_cast<int>(utf8.size()), nullptr,
                         nullptr);
-    return bytes.c_str();
+    return utf8.c_str();
 }
 
 std::string Narrow(const VARIANT& value) {
@@ -39,6 +39,7 @@ struct AdoStandIn::Object {
     IID interfaceIdentifier;
     ULONG references = 1;
     bool open = false;
+    bool atEnd = false; ///< all rows of the answer were fetched
     std::string source{};
 
     HRESULT Called(const std::string& call) const {
@@ -57,7 +58,10 @@ struct AdoStandIn::Object {
     static ULONG STDMETHODCALLTYPE Release(Object* self) {
         const ULONG left = --self->references;
         if (left == 0) {
-            self->Called(" released");
+            APTTYPE type{};
+            APTTYPEQUALIFIER qualifier{};
+            const bool ended = CoGetApartmentType(&type, &qualifier) == CO_E_NOTINITIALIZED;
+            self->Called(ended ? " released after the end of COM" : " released");
             --self->owner->objects_;
             delete self;
         }
@@ -99,6 +103,7 @@ struct AdoStandIn::Object {
         if (SUCCEEDED(status))
             status = self->owner->answer(self->source).status;
         self->open = SUCCEEDED(status);
+        self->atEnd = false;
         return status;
     }
     static HRESULT STDMETHODCALLTYPE GetRows(Object* self, long rows, VARIANT start, VARIANT fields,
@@ -108,7 +113,7 @@ struct AdoStandIn::Object {
         if (FAILED(status))
             return status;
         Answer answer = self->owner->answer(self->source);
-        if (answer.rows.empty())
+        if (std::exchange(self->atEnd, true) || answer.rows.empty())
             return static_cast<HRESULT>(0x800A0BCD); // no current record
         SAFEARRAYBOUND bounds[] = {{answer.fields, 0}, {static_cast<ULONG>(answer.rows.size()), 0}};
         result->vt = VT_ARRAY | VT_VARIANT;

@@ -66,22 +66,11 @@ TEST_F(LoadTest, ConvertsThroughBothEntryFunctions) {
     EXPECT_EQ(book_.GetJobAt(book_.GetJobArSize() - 1)->GetNome(), "SITE");
 }
 
-TEST_F(LoadTest, HasTheTextsInItsStringTable) {
+TEST_F(LoadTest, HasItsTextsAndNoOthers) {
     EXPECT_EQ(Text(20001), "Import File");
-    EXPECT_EQ(
-        Text(20004),
-        "I dati convertiti erano nel formato Distanza ridotta / Dislivello !\n\nIl Dislivello "
-        "\xE8 stato considerato a livello del terreno !\n\nSono stati trasformati in Distanza "
-        "inclinata / Angolo verticale.");
-    EXPECT_EQ(
-        Text(20005),
-        "Alcuni dei dati presenti nel file sono stati convertiti poich\xE8 erano in formato "
-        "coordinate.\n\nSi prega di fare attenzione a questi dati poich\xE9 potrebbero essere "
-        "errati !");
-    EXPECT_EQ(Text(20008),
-              "Driver di gestione Database non trovato.\nPer scaricarlo si vada nella sezione "
-              "\"File ausiliari\" del link sottostante.");
-    EXPECT_THAT(Text(20011), testing::HasSubstr("0,0,0.\n\nSe cos\xEC non fosse, i dati"));
+    EXPECT_EQ(Text(20006), "Convertito da coordinate");
+    EXPECT_THAT(Text(20011),
+                testing::HasSubstr(" poich\xE8 erano in formato coordinate.\n\nSi \xE8 "));
     for (const UINT absent : {20000U, 20002U, 20012U})
         EXPECT_EQ(Text(absent), "");
 }

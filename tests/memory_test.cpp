@@ -2,12 +2,6 @@
 
 #include "memory/CadastralDocument.h"
 #include "memory/FieldBook.h"
-#include "memory/LinkTimeHost.h"
-
-#include "framework/Angles.h"
-#include "framework/TskString.h"
-#include "host/ConvCod.h"
-#include "host/Messages.h"
 
 #include <gtest/gtest.h>
 
@@ -63,14 +57,6 @@ TEST(FieldBook, InsertsAndDeletesPointsInPlace) {
     book.DelPunAt(nullptr);
 }
 
-TEST(FieldBook, DeclinesFromACallOn) {
-    FieldBook book;
-    book.DeclineFrom(Adder::Job, 1);
-    EXPECT_NE(book.AddJob(true), nullptr);
-    EXPECT_EQ(book.AddJob(true), nullptr);
-    EXPECT_EQ(book.AddJob(true), nullptr);
-}
-
 TEST(Records, StartWithoutValuesAndKeepTheMarker) {
     FieldBook book;
     book.AddJob(true);
@@ -123,27 +109,6 @@ TEST(CadastralDocument, KnowsTheProvincesByName) {
     EXPECT_EQ(document.GetNomeProvSigla("Viterbo"), "VT");
     EXPECT_EQ(document.GetNomeProvSigla("Atlantide"), "");
     EXPECT_EQ(document.GetNomeProvSigla(""), "");
-}
-
-TEST(LinkTimeHost, WritesMessagesDownInOrder) {
-    TakeMessages();
-    MessageBoxOkExclam(nullptr, "text", "title");
-    MessageBoxWithLink(nullptr, "t", "m", "label", "target");
-    const auto messages = TakeMessages();
-    ASSERT_EQ(messages.size(), 2U);
-    EXPECT_EQ(messages[0].title, "title");
-    EXPECT_FALSE(messages[0].hasLink);
-    EXPECT_EQ(messages[1].linkLabel, "label");
-    EXPECT_EQ(messages[1].linkTarget, "target");
-    EXPECT_TRUE(TakeMessages().empty());
-}
-
-TEST(LinkTimeHost, LeavesCodesAsTheyAre) {
-    CConvCod table;
-    EXPECT_EQ(table.CodeConvertito("SP"), "SP");
-    EXPECT_EQ(table.IdenConvertito("ST"), "ST");
-    EXPECT_EQ(table.ModalitaConver("SP"), "");
-    EXPECT_FALSE(table.GetModoConver());
 }
 
 } // namespace

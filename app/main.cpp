@@ -27,6 +27,8 @@ constexpr int kAllConverted = 0;
 constexpr int kNotAllConverted = 1;
 constexpr int kWrongUsage = 2;
 
+constexpr const char* kListCommand = "formats";
+
 struct Options {
     FormatChoice choice;
     std::string view = std::string(kTable);
@@ -47,7 +49,9 @@ void TellOfFile(const std::string& file, const std::string& text) {
 /// Any integer; one that no format code can be is as good as the nearest that can.
 int ReadCode(const std::string& text) {
     long long code = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), code);
+    const bool plus = text.starts_with('+') && !text.starts_with("+-");
+    const auto [end, error] =
+        std::from_chars(text.data() + (plus ? 1 : 0), text.data() + text.size(), code);
     if (error == std::errc::result_out_of_range)
         code = text.starts_with('-') ? std::numeric_limits<int>::min()
                                      : std::numeric_limits<int>::max();
@@ -76,18 +80,21 @@ void Declare(CLI::App& app, Options& options) {
         ->capture_default_str();
     app.add_option("-o,--output", options.outputFile, "Print into this file")->type_name("OUT");
     app.add_option("FILE", options.files, "Files to convert")->type_name("");
-    app.add_subcommand("formats", "List the formats that can be read")->callback([&options] {
+    app.add_subcommand(kListCommand, "List the formats that can be read")->callback([&options] {
         options.listFormats = true;
     });
     app.footer("Without --code, --format or --download the extension of each file chooses.\n"
                "Exit status: 0 all converted, 1 at least one was not, 2 wrong usage.");
 }
 
-/// The arguments as the parser takes them: it would split a name in square brackets at its commas.
+/// The arguments as the parser takes them: it would split a name in square brackets at its commas, and
+/// take the word of the one command for it wherever it stands, also where it is a file.
 std::vector<std::string> Arguments(int argc, char** argv) {
     std::vector<std::string> arguments(argv + 1, argv + argc);
-    for (std::string& argument : arguments) {
-        if (argument.starts_with('[') && argument.ends_with(']'))
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        std::string& argument = arguments[i];
+        if ((argument.starts_with('[') && argument.ends_with(']')) ||
+            (i > 0 && argument == kListCommand))
             argument.insert(0, "./");
     }
     std::ranges::reverse(arguments); // which is how the parser wants them
@@ -127,10 +134,10 @@ int Run(const Options& options, std::ostream& out) {
 /// is missing.
 bool OverwritesInput(const Options& options) {
     namespace fs = std::filesystem;
-    const fs::path output = PathOf(options.outputFile);
+    std::error_code ignored;
+    const fs::path output = fs::absolute(PathOf(options.outputFile), ignored);
     return std::ranges::any_of(options.files, [&](const std::string& file) {
-        const fs::path input = PathOf(file);
-        std::error_code ignored;
+        const fs::path input = fs::absolute(PathOf(file), ignored);
         return fs::equivalent(input, output, ignored) ||
                fs::weakly_canonical(input, ignored) == fs::weakly_canonical(output, ignored);
     });

@@ -196,9 +196,10 @@ const std::string& CConvFilePCP::NextField() {
     return field_;
 }
 
-/// The next field as a real value of a line; 0 where it is no-value.
+/// The next field as a real value of a line; 0 where it is more than half the no-value marker.
 double CConvFilePCP::NextReal() {
-    return ValueOrZero(DoubleDaString(NextField()));
+    const double value = DoubleDaString(NextField());
+    return value > kPresentBelow ? 0 : value;
 }
 
 CRig& CConvFilePCP::AddLine(char type) {

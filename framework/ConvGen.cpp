@@ -71,10 +71,12 @@ void CConvGen::AggiungePun(std::string name, std::string code, std::string note,
     CPun* const point = fieldBook_.AddPun(jobIndex_, staIndex_, true);
     if (!point)
         return;
+    const std::string& converted = codeTable_->CodeConvertito(code);
+    const std::string mode = codeTable_->ModalitaConver(code);
     point->SetNome(name);
-    point->SetCode(codeTable_->CodeConvertito(code));
+    point->SetCode(converted);
     point->SetNote(note);
-    point->SetAttribDis(codeTable_->ModalitaConver(code));
+    point->SetAttribDis(mode);
     point->SetAltPri(FiniteOrNoValue(targetHeight));
     point->SetDtIntAng(FiniteOrNoValue(slopeDistance), FiniteOrNoValue(verticalAngle),
                        FiniteOrNoValue(horizontalAngle));

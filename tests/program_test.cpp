@@ -138,8 +138,11 @@ TEST_F(ProgramTest, SaysWhatHasNoConverter) {
 
 TEST_F(ProgramTest, TakesNamesAsTheyAre) {
     EXPECT_EQ(Run("--to summary " + Gsi("[a,b].gsi")).status, 0);
+    Gsi("formats");
     std::filesystem::current_path(folder_.Path("."));
-    EXPECT_THAT(Run("--code 1 [a,b].gsi").out, StartsWith("[a,b].gsi: 1 job"));
+    EXPECT_THAT(Run("--code +1 [a,b].gsi").out, StartsWith("[a,b].gsi: 1 job"));
+    EXPECT_THAT(Run("--code 1 --to jsonl formats").out, StartsWith("{\"file\":\"formats\",\"conv"));
+    EXPECT_EQ(Run("-o ./none.gsi none.gsi").status, 2) << "the same file by another path";
     std::filesystem::current_path("/");
 #if defined(_WIN32)
     const std::string accented = folder_.Path("") + "caff\xE8.gsi"; // in the system's code page

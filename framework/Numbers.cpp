@@ -61,13 +61,16 @@ bool IsTooLarge(std::string_view number) {
     return power + (negative ? -exponent : exponent) > 0;
 }
 
-/// A power of ten, by multiplication: exact up to 10^22 on every machine, which pow() is not.
-constexpr double PowerOfTen(int exponent) {
+/// Powers of ten, by multiplication: exact up to 10^22 on every machine, which pow() is not.
+constexpr auto kPowersOfTen = [] {
+    std::array<double, 23> powers{};
     double power = 1;
-    for (int i = 0; i < exponent; ++i)
+    for (double& each : powers) {
+        each = power;
         power *= 10;
-    return power;
-}
+    }
+    return powers;
+}();
 
 /// Reads eight digits at once: turned into numbers of two, then four, then eight digits by
 /// multiplications that add neighbours. False where one of the eight is no digit.
@@ -117,7 +120,7 @@ bool PlainDecimal(std::string_view text, double& number) {
         return false;
     number = static_cast<double>(digits);
     if (decimals > 0)
-        number /= PowerOfTen(static_cast<int>(decimals));
+        number /= kPowersOfTen[static_cast<std::size_t>(decimals)];
     return true;
 }
 
@@ -206,7 +209,8 @@ std::string StringDaDouble(double value, int width, int decimals) {
 double ArrotondatoAtDec(double value, int decimals) {
     if (!IsPresent(value))
         return value;
-    const double scale = PowerOfTen(decimals);
+    constexpr int kMost = static_cast<int>(kPowersOfTen.size()) - 1;
+    const double scale = kPowersOfTen[static_cast<std::size_t>(std::clamp(decimals, 0, kMost))];
     const double rounded = std::round(value * scale) / scale;
     return std::isfinite(rounded) ? rounded : value;
 }

@@ -42,7 +42,7 @@ std::string WithImpliedPoint(std::string_view text, std::size_t decimals);
 /// more), as sprintf's "%*.*f" writes it in the C locale.
 std::string StringDaDouble(double value, int width, int decimals);
 
-/// The value rounded to that number of decimals, halves away from zero. An absent or non-finite
+/// The value rounded to that number of decimals (0 to 22), halves away from zero. An absent or non-finite
 /// value, or one too large to be scaled, stays as it is.
 double ArrotondatoAtDec(double value, int decimals);
 

@@ -23,11 +23,7 @@ void PrepareStandardStreams() {
 
 std::filesystem::path PathOf(const std::string& name) {
 #if defined(_WIN32)
-    const auto size = static_cast<int>(name.size());
-    std::wstring wide(name.size(), L'\0'); // no code page has more units than bytes
-    wide.resize(static_cast<std::size_t>(
-        MultiByteToWideChar(CP_ACP, 0, name.data(), size, wide.data(), size)));
-    return wide;
+    return WideFromSystem(name);
 #else
     return name;
 #endif

@@ -8,6 +8,7 @@ include(CMakePackageConfigHelpers)
 set(folder ${CMAKE_INSTALL_INCLUDEDIR}/convfile)
 set(package ${CMAKE_INSTALL_LIBDIR}/cmake/convfile)
 
+target_include_directories(convfile_headers INTERFACE $<INSTALL_INTERFACE:${folder}>)
 foreach(headers IN ITEMS host framework converters cadastral memory)
   install(DIRECTORY ${headers} DESTINATION ${folder} FILES_MATCHING PATTERN *.h)
 endforeach()

@@ -73,8 +73,8 @@ std::string_view TakeLastField(std::string_view& text) {
     return field;
 }
 
-/// A number. A decimal comma counts, too: some columns are texts, and engines write numbers as their users
-/// do.
+/// A number. A decimal comma counts, too: some columns are texts, and engines may write numbers as
+/// their users do.
 double Number(std::string_view field) {
     if (field.find(',') == std::string_view::npos)
         return DoubleDaString(field);

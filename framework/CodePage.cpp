@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <array>
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
 namespace {
 
 /// What the bytes 80 to 9F stand for; all others are their own number.
@@ -92,3 +96,13 @@ std::string Utf8FromWindows1252(std::string_view text) {
     }
     return utf8;
 }
+
+#if defined(_WIN32)
+std::wstring WideFromSystem(std::string_view bytes) {
+    const auto size = static_cast<int>(bytes.size());
+    std::wstring wide(bytes.size(), L'\0'); // no code page has more units than bytes
+    const int length = MultiByteToWideChar(CP_ACP, 0, bytes.data(), size, wide.data(), size);
+    wide.resize(static_cast<std::size_t>(length));
+    return wide;
+}
+#endif

@@ -18,3 +18,8 @@ char Windows1252FromUnit(char32_t character);
 
 /// Windows-1252 to UTF-8.
 std::string Utf8FromWindows1252(std::string_view text);
+
+#if defined(_WIN32)
+/// Bytes of the system's code page (file names, statements) as the platform's texts.
+std::wstring WideFromSystem(std::string_view bytes);
+#endif

@@ -42,8 +42,8 @@ std::string WithImpliedPoint(std::string_view text, std::size_t decimals);
 /// more), as sprintf's "%*.*f" writes it in the C locale.
 std::string StringDaDouble(double value, int width, int decimals);
 
-/// The value rounded to that number of decimals (0 to 22), halves away from zero. An absent or non-finite
-/// value, or one too large to be scaled, stays as it is.
+/// The value rounded to that number of decimals (0 to 22), halves away from zero. An absent or
+/// non-finite value, or one too large to be scaled, stays as it is.
 double ArrotondatoAtDec(double value, int decimals);
 
 /// The value rounded to the nearest multiple of `step`, halves away from zero; as above where it
@@ -54,7 +54,8 @@ double ArrotondatoAlVal(double value, double step);
 /// end of it (0 for a NaN).
 long LongRound(double value);
 
-/// LongRound(value x scale) / scale: how some formats keep millimetres, or decimals of a gon. An absent value, and one whose scaled form fits no 32-bit integer, stays as it is.
+/// LongRound(value x scale) / scale: how some formats keep millimetres, or decimals of a gon. An
+/// absent value, and one whose scaled form fits no 32-bit integer, stays as it is.
 double RoundedByLong(double value, double scale);
 
 /// A measurement as it goes into the field book: the no-value marker where arithmetic on bad input

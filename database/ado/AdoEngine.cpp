@@ -3,6 +3,7 @@
 
 #include "database/Engine.h"
 #include "database/ado/AdoInterfaces.h"
+#include "framework/CodePage.h"
 
 #include <comdef.h>
 
@@ -26,15 +27,6 @@ void RaiseFailure(HRESULT status) {
         _com_issue_error(status);
 }
 
-/// Bytes of the system's code page as the platform's texts.
-std::wstring WideText(const std::string& bytes) {
-    const auto size = static_cast<int>(bytes.size());
-    std::wstring wide(bytes.size(), L'\0'); // no code page has more units than bytes
-    const int length = MultiByteToWideChar(CP_ACP, 0, bytes.data(), size, wide.data(), size);
-    wide.resize(static_cast<std::size_t>(length));
-    return wide;
-}
-
 /// Appends a text in the system's code page, "?" for what that lacks, as far as a field's text goes.
 /// Units beyond that length cannot count: none gives less than a byte.
 void AppendBytes(BSTR text, std::string& line) {
@@ -54,7 +46,7 @@ _variant_t Missing() {
 
 /// The path stands in the text as it is: the provider reads it up to the ";".
 _bstr_t ConnectionText(const std::string& path) {
-    return WideText("Provider=Microsoft.ACE.OLEDB.12.0; Data Source=" + path + ";").c_str();
+    return WideFromSystem("Provider=Microsoft.ACE.OLEDB.12.0; Data Source=" + path + ";").c_str();
 }
 
 template <typename Pointer>
@@ -96,7 +88,7 @@ public:
     }
 
     bool Open(const std::string& sql, Connection& connection) override {
-        return Open(WideText(sql).c_str(), connection);
+        return Open(WideFromSystem(sql).c_str(), connection);
     }
     bool Open(const wchar_t* sql, Connection& connection) override {
         EndFetch();

@@ -231,8 +231,8 @@ private:
         return static_cast<std::uint32_t>(pages_.size() - 1);
     }
 
-    /// Some 128 bytes of the header from 24 on are scrambled with a fixed key; unscrambled they are zeros but for
-    /// the code page.
+    /// Some 128 bytes of the header from 24 on are scrambled with a fixed key; unscrambled they are
+    /// zeros but for the code page.
     std::string Header() const {
         std::string page(form_.page, '\0');
         const std::string_view magic =

@@ -1,7 +1,7 @@
 #include "app/Choice.h"
 
-#include "framework/FileName.h"
-#include "framework/Text.h"
+#include "routines/FileName.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 #include <array>

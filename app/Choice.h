@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/FormatTable.h"
+#include "entry/FormatTable.h"
 
 #include <optional>
 #include <string>

@@ -1,10 +1,10 @@
 #include "app/Conversion.h"
 
 #include "app/Platform.h"
-#include "framework/CodePage.h"
-#include "framework/ConvEntry.h"
-#include "framework/FileName.h"
+#include "entry/ConvEntry.h"
 #include "memory/PointLibrary.h"
+#include "routines/CodePage.h"
+#include "routines/FileName.h"
 
 #include <cerrno>
 #include <cstdio>

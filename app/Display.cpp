@@ -1,8 +1,8 @@
 #include "app/Display.h"
 
-#include "framework/CodePage.h"
-#include "framework/Numbers.h"
 #include "host/NoValue.h"
+#include "routines/CodePage.h"
+#include "routines/Numbers.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #include "app/JsonOutput.h"
 
 #include "app/Display.h"
-#include "framework/CodePage.h"
 #include "host/NoValue.h"
+#include "routines/CodePage.h"
 
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/writer.h>

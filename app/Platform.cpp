@@ -1,6 +1,6 @@
 #include "app/Platform.h"
 
-#include "framework/CodePage.h"
+#include "routines/CodePage.h"
 
 #if defined(_WIN32)
 #include <fcntl.h>

@@ -5,7 +5,7 @@
 #include "app/Display.h"
 #include "app/Output.h"
 #include "app/Platform.h"
-#include "framework/CodePage.h"
+#include "routines/CodePage.h"
 
 #include <CLI/CLI.hpp>
 

@@ -4,7 +4,7 @@
 // What is compared is CPU time. Databases cannot be repeated.
 
 #include "bench/BenchFiles.h"
-#include "framework/FormatTable.h"
+#include "entry/FormatTable.h"
 
 #include <benchmark/benchmark.h>
 

@@ -20,10 +20,10 @@
 
 #include "cadastral/ConvFilePCP.h"
 
-#include "framework/Numbers.h"
-#include "framework/Text.h"
 #include "host/Cts.h"
 #include "host/NoValue.h"
+#include "routines/Numbers.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 

@@ -9,7 +9,7 @@ set(folder ${CMAKE_INSTALL_INCLUDEDIR}/convfile)
 set(package ${CMAKE_INSTALL_LIBDIR}/cmake/convfile)
 
 target_include_directories(convfile_headers INTERFACE $<INSTALL_INTERFACE:${folder}>)
-foreach(headers IN ITEMS host framework converters cadastral memory)
+foreach(headers IN ITEMS host routines framework converters cadastral entry memory)
   install(DIRECTORY ${headers} DESTINATION ${folder} FILES_MATCHING PATTERN *.h)
 endforeach()
 install(FILES database/ConvFileTLSV.h database/DBDataProviderLcm.h DESTINATION ${folder}/database)

@@ -41,6 +41,17 @@ function(convfile_settings target)
   endif()
 endfunction()
 
+# A folder of the library: convfile_FOLDER, built into the library, on top of the parts that it LINKS.
+function(convfile_part folder)
+  cmake_parse_arguments(part "" "" "LINKS;SOURCES" ${ARGN})
+  add_library(convfile_${folder} OBJECT ${part_SOURCES})
+  convfile_settings(convfile_${folder})
+  target_compile_definitions(convfile_${folder} PRIVATE CONVFILE_BUILD)
+  list(TRANSFORM part_LINKS PREPEND convfile_)
+  target_link_libraries(convfile_${folder} PUBLIC ${part_LINKS})
+  set_property(GLOBAL APPEND PROPERTY CONVFILE_PARTS convfile_${folder})
+endfunction()
+
 # What is worth optimising across its sources: the library, what is linked into it, and the programs that
 # are measured. Objects keep ordinary code beside it, so that the tests still link fast.
 function(convfile_optimise_across)

@@ -21,9 +21,9 @@
 
 #include "converters/ConvFileCAM.h"
 
-#include "framework/Numbers.h"
-#include "framework/Reduction.h"
-#include "framework/Text.h"
+#include "routines/Numbers.h"
+#include "routines/Reduction.h"
+#include "routines/Text.h"
 
 CConvFileCAM::CConvFileCAM(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}

@@ -15,8 +15,8 @@
 
 #include "converters/ConvFileDAT.h"
 
-#include "framework/Numbers.h"
-#include "framework/Text.h"
+#include "routines/Numbers.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 

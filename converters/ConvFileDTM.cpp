@@ -30,10 +30,10 @@
 
 #include "converters/ConvFileDTM.h"
 
-#include "framework/Numbers.h"
-#include "framework/Reduction.h"
-#include "framework/Text.h"
 #include "host/NoValue.h"
+#include "routines/Numbers.h"
+#include "routines/Reduction.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 #include <span>

@@ -16,10 +16,10 @@
 
 #include "converters/ConvFileDTM2.h"
 
-#include "framework/Angles.h"
-#include "framework/Numbers.h"
-#include "framework/Text.h"
 #include "host/NoValue.h"
+#include "routines/Angles.h"
+#include "routines/Numbers.h"
+#include "routines/Text.h"
 
 namespace {
 

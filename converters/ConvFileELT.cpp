@@ -16,10 +16,10 @@
 
 #include "converters/ConvFileELT.h"
 
-#include "framework/Angles.h"
-#include "framework/Numbers.h"
-#include "framework/Reduction.h"
-#include "framework/Text.h"
+#include "routines/Angles.h"
+#include "routines/Numbers.h"
+#include "routines/Reduction.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -17,7 +17,7 @@
 
 #include "converters/ConvFileFLD.h"
 
-#include "framework/Text.h"
+#include "routines/Text.h"
 
 constexpr CConvLineRecords::SlotCode CConvFileFLD::kSlotCodes[] = {
     {"NS", Slot{2}, DistanceMode::Unchanged}, // instrument, in a job

@@ -18,7 +18,7 @@
 
 #include "converters/ConvFileGEO.h"
 
-#include "framework/Text.h"
+#include "routines/Text.h"
 
 #include <utility>
 

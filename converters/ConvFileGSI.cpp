@@ -19,8 +19,8 @@
 
 #include "converters/ConvFileGSI.h"
 
-#include "framework/Numbers.h"
-#include "framework/Text.h"
+#include "routines/Numbers.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 #include <utility>

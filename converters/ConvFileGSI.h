@@ -2,8 +2,8 @@
 
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
-#include "framework/TextFile.h"
 #include "host/NoValue.h"
+#include "routines/TextFile.h"
 
 #include <array>
 #include <cstdint>

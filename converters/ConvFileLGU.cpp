@@ -9,10 +9,10 @@
 
 #include "converters/ConvFileLGU.h"
 
-#include "framework/Numbers.h"
-#include "framework/Reduction.h"
-#include "framework/Text.h"
 #include "host/NoValue.h"
+#include "routines/Numbers.h"
+#include "routines/Reduction.h"
+#include "routines/Text.h"
 
 #include <string>
 

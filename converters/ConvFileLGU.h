@@ -2,7 +2,7 @@
 
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
-#include "framework/TextFile.h"
+#include "routines/TextFile.h"
 
 #include <array>
 #include <string_view>

@@ -14,9 +14,9 @@
 
 #include "converters/ConvFileMM2.h"
 
-#include "framework/Numbers.h"
-#include "framework/Reduction.h"
-#include "framework/Text.h"
+#include "routines/Numbers.h"
+#include "routines/Reduction.h"
+#include "routines/Text.h"
 
 namespace {
 

@@ -20,8 +20,8 @@
 
 #include "converters/ConvFileMMT.h"
 
-#include "framework/Numbers.h"
-#include "framework/Text.h"
+#include "routines/Numbers.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 

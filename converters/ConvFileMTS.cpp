@@ -12,10 +12,10 @@
 
 #include "converters/ConvFileMTS.h"
 
-#include "framework/Angles.h"
-#include "framework/Numbers.h"
-#include "framework/Text.h"
 #include "host/NoValue.h"
+#include "routines/Angles.h"
+#include "routines/Numbers.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 #include <bit>

@@ -2,7 +2,7 @@
 
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
-#include "framework/InputFile.h"
+#include "routines/InputFile.h"
 
 #include <array>
 #include <cstdint>

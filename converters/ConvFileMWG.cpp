@@ -11,8 +11,8 @@
 
 #include "converters/ConvFileMWG.h"
 
-#include "framework/Numbers.h"
-#include "framework/Text.h"
+#include "routines/Numbers.h"
+#include "routines/Text.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 
 #include "converters/ConvFileODB.h"
 
-#include "framework/Text.h"
+#include "routines/Text.h"
 
 CConvFileODB::CConvFileODB(CLibCmp& fieldBook, std::string* fileName)
     : CConvObservationLines(fieldBook, fileName) {}

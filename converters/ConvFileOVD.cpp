@@ -10,7 +10,7 @@
 
 #include "converters/ConvFileOVD.h"
 
-#include "framework/Text.h"
+#include "routines/Text.h"
 
 CConvFileOVD::CConvFileOVD(CLibCmp& fieldBook, std::string* fileName)
     : CConvObservationLines(fieldBook, fileName) {}

@@ -16,9 +16,9 @@
 
 #include "converters/ConvFilePentaxATS100.h"
 
-#include "framework/Numbers.h"
-#include "framework/Reduction.h"
-#include "framework/Text.h"
+#include "routines/Numbers.h"
+#include "routines/Reduction.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 

@@ -22,8 +22,8 @@
 
 #include "converters/ConvFilePentaxR100.h"
 
-#include "framework/Numbers.h"
-#include "framework/Text.h"
+#include "routines/Numbers.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 

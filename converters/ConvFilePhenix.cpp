@@ -15,11 +15,11 @@
 
 #include "converters/ConvFilePhenix.h"
 
-#include "framework/Angles.h"
-#include "framework/Numbers.h"
-#include "framework/Reduction.h"
-#include "framework/Text.h"
 #include "resources/Texts.h"
+#include "routines/Angles.h"
+#include "routines/Numbers.h"
+#include "routines/Reduction.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 #include <cmath>

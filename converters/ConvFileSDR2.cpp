@@ -13,8 +13,8 @@
 
 #include "converters/ConvFileSDR2.h"
 
-#include "framework/Numbers.h"
-#include "framework/Text.h"
+#include "routines/Numbers.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 

@@ -22,11 +22,11 @@
 
 #include "converters/KeywordRecords.h"
 
-#include "framework/Angles.h"
-#include "framework/Numbers.h"
-#include "framework/Reduction.h"
-#include "framework/Text.h"
 #include "host/NoValue.h"
+#include "routines/Angles.h"
+#include "routines/Numbers.h"
+#include "routines/Reduction.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 #include <utility>

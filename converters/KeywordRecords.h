@@ -1,7 +1,7 @@
 #pragma once
 
 #include "converters/PendingRecords.h"
-#include "framework/Offset.h"
+#include "routines/Offset.h"
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,7 @@
 #include "converters/LineRecords.h"
 
-#include "framework/Numbers.h"
-#include "framework/Reduction.h"
+#include "routines/Numbers.h"
+#include "routines/Reduction.h"
 
 #include <algorithm>
 

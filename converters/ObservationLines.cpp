@@ -1,6 +1,6 @@
 #include "converters/ObservationLines.h"
 
-#include "framework/Numbers.h"
+#include "routines/Numbers.h"
 
 CConvObservationLines::CConvObservationLines(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}

@@ -2,9 +2,9 @@
 
 #include "converters/ConvFilePhenix.h"
 #include "converters/KeywordRecords.h"
-#include "framework/Numbers.h"
-#include "framework/Reduction.h"
-#include "framework/Text.h"
+#include "routines/Numbers.h"
+#include "routines/Reduction.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 

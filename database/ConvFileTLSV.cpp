@@ -18,14 +18,14 @@
 #include "database/ConvFileTLSV.h"
 
 #include "database/CivilDate.h"
-#include "framework/Angles.h"
-#include "framework/FileName.h"
-#include "framework/Numbers.h"
-#include "framework/Offset.h"
-#include "framework/Text.h"
-#include "framework/TskFormat.h"
 #include "host/GcadEng.h"
 #include "host/LibPnt.h"
+#include "routines/Angles.h"
+#include "routines/FileName.h"
+#include "routines/Numbers.h"
+#include "routines/Offset.h"
+#include "routines/Text.h"
+#include "routines/TskFormat.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,9 +1,9 @@
 #include "database/DBDataProviderLcm.h"
 
 #include "database/Engine.h"
-#include "framework/TskString.h"
 #include "host/Messages.h"
 #include "resources/Texts.h"
+#include "routines/TskString.h"
 
 using convfile::database::Status;
 

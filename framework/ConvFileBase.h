@@ -1,7 +1,7 @@
 #pragma once
 
 #include "framework/ConvGen.h"
-#include "framework/TextFile.h"
+#include "routines/TextFile.h"
 
 #include <string>
 #include <string_view>

@@ -1,11 +1,11 @@
 #include "framework/ConvGen.h"
 
-#include "framework/FileName.h"
-#include "framework/Numbers.h"
-#include "framework/Text.h"
 #include "host/ConvCod.h"
 #include "host/Messages.h"
 #include "resources/Texts.h"
+#include "routines/FileName.h"
+#include "routines/Numbers.h"
+#include "routines/Text.h"
 
 #include <array>
 #include <utility>

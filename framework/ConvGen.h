@@ -1,8 +1,8 @@
 #pragma once
 
 #include "framework/Export.h"
-#include "framework/Reduction.h"
 #include "host/LibCmp.h"
+#include "routines/Reduction.h"
 
 #include <memory>
 #include <string>

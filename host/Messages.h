@@ -5,7 +5,7 @@
 #include <string>
 
 namespace tsk {
-class String; // framework/TskString.h, a header alone
+class String; // routines/TskString.h, a header alone
 }
 
 /// The window handle of the platform, spelled so that <windows.h> (with STRICT, as it is by

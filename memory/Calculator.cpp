@@ -1,7 +1,7 @@
 #include "memory/Calculator.h"
 
-#include "framework/Angles.h"
-#include "framework/Reduction.h"
+#include "routines/Angles.h"
+#include "routines/Reduction.h"
 
 #include <cmath>
 

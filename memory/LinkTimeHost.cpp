@@ -1,9 +1,9 @@
 #include "memory/LinkTimeHost.h"
 
-#include "framework/TskString.h"
 #include "host/ConvCod.h"
 #include "host/Dialogs.h"
 #include "host/Messages.h"
+#include "routines/TskString.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #include "memory/Provinces.h"
 
-#include "framework/Text.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 

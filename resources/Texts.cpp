@@ -28,7 +28,7 @@ std::string LoadText(TextId id) {
 
 #else
 
-#include "framework/CodePage.h"
+#include "routines/CodePage.h"
 
 #include <algorithm>
 #include <string_view>

@@ -2,8 +2,8 @@
 // each format has a sample.
 
 #include "app/TableOutput.h"
-#include "framework/CodePage.h"
-#include "framework/FormatTable.h"
+#include "entry/FormatTable.h"
+#include "routines/CodePage.h"
 #include "tests/support/Convert.h"
 #include "tests/support/Files.h"
 

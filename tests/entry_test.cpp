@@ -1,7 +1,7 @@
 // The two entry functions: which converter serves what, and what they leave untouched.
 
-#include "framework/ConvEntry.h"
-#include "framework/FormatTable.h"
+#include "entry/ConvEntry.h"
+#include "entry/FormatTable.h"
 #include "memory/CadastralDocument.h"
 #include "memory/FieldBook.h"
 #include "memory/LinkTimeHost.h"

@@ -3,7 +3,7 @@
 // CONVFILE_UPDATE_GOLDEN=1 in the environment rewrites the expectations; the test then still fails
 // and shows what changed, so that the change is looked at before it is kept.
 
-#include "framework/FormatTable.h"
+#include "entry/FormatTable.h"
 #include "tests/support/Convert.h"
 #include "tests/support/Files.h"
 

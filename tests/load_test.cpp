@@ -1,7 +1,7 @@
 // The DLL as a host finds it: loaded by name, its functions by theirs, nothing of it linked in. What it is
 // handed is implemented in the program.
 
-#include "framework/ConvEntry.h"
+#include "entry/ConvEntry.h"
 #include "memory/CadastralDocument.h"
 #include "memory/FieldBook.h"
 #include "memory/LinkTimeHost.h"

@@ -1,6 +1,6 @@
 // The command line as scripts meet it: what goes to which stream, and with which exit status.
 
-#include "framework/FormatTable.h"
+#include "entry/FormatTable.h"
 #include "tests/support/Files.h"
 
 #include <gmock/gmock.h>

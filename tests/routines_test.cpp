@@ -1,14 +1,14 @@
 // The routines that all converters share.
 
-#include "framework/Angles.h"
-#include "framework/CodePage.h"
-#include "framework/FileName.h"
-#include "framework/Numbers.h"
-#include "framework/Reduction.h"
-#include "framework/Text.h"
-#include "framework/TskFormat.h"
-#include "framework/TskString.h"
 #include "host/NoValue.h"
+#include "routines/Angles.h"
+#include "routines/CodePage.h"
+#include "routines/FileName.h"
+#include "routines/Numbers.h"
+#include "routines/Reduction.h"
+#include "routines/Text.h"
+#include "routines/TskFormat.h"
+#include "routines/TskString.h"
 
 #include <gtest/gtest.h>
 

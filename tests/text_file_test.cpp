@@ -1,6 +1,6 @@
 // The one text-file reader: what it delivers is what the Windows text mode delivers.
 
-#include "framework/TextFile.h"
+#include "routines/TextFile.h"
 #include "tests/support/Files.h"
 
 #include <gmock/gmock.h>

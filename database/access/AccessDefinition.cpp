@@ -1,7 +1,7 @@
 #include "database/access/AccessDefinition.h"
 
 #include "database/access/MdbLibrary.h"
-#include "framework/CodePage.h"
+#include "routines/CodePage.h"
 
 #include <algorithm>
 #include <memory>

@@ -5,8 +5,8 @@
 #include "database/access/AccessFile.h"
 #include "database/access/RowConverter.h"
 #include "database/access/SqlDatabase.h"
-#include "framework/CodePage.h"
-#include "framework/Text.h"
+#include "routines/CodePage.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 #include <array>

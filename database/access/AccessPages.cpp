@@ -10,7 +10,7 @@
 #include "database/access/AccessPages.h"
 
 #include "database/access/MdbLibrary.h"
-#include "framework/InputFile.h"
+#include "routines/InputFile.h"
 
 #include <algorithm>
 #include <array>

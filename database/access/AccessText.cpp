@@ -2,9 +2,9 @@
 
 #include "database/CivilDate.h"
 #include "database/access/AccessPages.h"
-#include "framework/CodePage.h"
-#include "framework/Text.h"
-#include "framework/TskFormat.h"
+#include "routines/CodePage.h"
+#include "routines/Text.h"
+#include "routines/TskFormat.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 
 #include "database/Engine.h"
 #include "database/access/AccessText.h"
-#include "framework/Numbers.h"
+#include "routines/Numbers.h"
 
 #include <algorithm>
 #include <array>

@@ -3,7 +3,7 @@
 
 #include "database/Engine.h"
 #include "database/ado/AdoInterfaces.h"
-#include "framework/CodePage.h"
+#include "routines/CodePage.h"
 
 #include <comdef.h>
 

@@ -6,10 +6,10 @@
 #include "dialogs.h"
 #include "printable.h"
 
-#include "framework/TskString.h"
 #include "host/ConvCod.h"
 #include "host/Dialogs.h"
 #include "host/Messages.h"
+#include "routines/TskString.h"
 
 #include <iostream>
 #include <map>

@@ -18,7 +18,7 @@
 #include "other_documents.h"
 #include "printable.h"
 
-#include "framework/ConvEntry.h"
+#include "entry/ConvEntry.h"
 
 #if defined(_WIN32)
 #define WIN32_LEAN_AND_MEAN // else AddJob is a macro

@@ -1,6 +1,6 @@
 #include "tests/support/AccessWriter.h"
 
-#include "framework/CodePage.h"
+#include "routines/CodePage.h"
 
 #include <algorithm>
 #include <array>

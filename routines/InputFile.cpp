@@ -1,4 +1,4 @@
-#include "framework/InputFile.h"
+#include "routines/InputFile.h"
 
 #if !defined(_WIN32)
 #include <sys/stat.h>

@@ -1,9 +1,9 @@
-#include "framework/ConvEntry.h"
+#include "entry/ConvEntry.h"
 
-#include "framework/FileName.h"
-#include "framework/FormatTable.h"
-#include "framework/Text.h"
+#include "entry/FormatTable.h"
 #include "host/Dialogs.h"
+#include "routines/FileName.h"
+#include "routines/Text.h"
 
 bool FConvFileNoTopcon(CLibCmp& fieldBook, CCts& cadastralDoc, bool option) {
     std::string fileName;

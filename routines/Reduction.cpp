@@ -1,7 +1,7 @@
-#include "framework/Reduction.h"
+#include "routines/Reduction.h"
 
-#include "framework/Angles.h"
-#include "framework/Numbers.h"
+#include "routines/Angles.h"
+#include "routines/Numbers.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
-#include "framework/FileName.h"
+#include "routines/FileName.h"
 
-#include "framework/CodePage.h"
+#include "routines/CodePage.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "framework/TextFile.h"
+#include "routines/TextFile.h"
 
 #include <algorithm>
 #include <cstring>

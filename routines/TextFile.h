@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/InputFile.h"
+#include "routines/InputFile.h"
 
 #include <cstddef>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "framework/Angles.h"
+#include "routines/Angles.h"
 
 #include "host/NoValue.h"
 

@@ -1,6 +1,6 @@
-#include "framework/Numbers.h"
+#include "routines/Numbers.h"
 
-#include "framework/Text.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 #include <array>

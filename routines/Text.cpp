@@ -1,4 +1,4 @@
-#include "framework/Text.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/Export.h"
+
 #include <span>
 #include <string>
 #include <string_view>
@@ -38,13 +40,13 @@ struct Format {
 
 /// The formats, in the order of their codes, then those chosen by extension alone. The one list:
 /// the entry functions, the program's list and the tests all go by it.
-std::span<const Format> Formats();
+CONVFILE_API std::span<const Format> Formats();
 
 /// The format of that code, or null.
-const Format* FormatByCode(int code);
+CONVFILE_API const Format* FormatByCode(int code);
 /// The format that FConvFileDaStrum chooses for an extension (upper case), or null.
-const Format* FormatByDownloadExtension(std::string_view extension);
+CONVFILE_API const Format* FormatByDownloadExtension(std::string_view extension);
 /// The one format whose usual extension (upper case) it is, or null.
-const Format* FormatByExtension(std::string_view extension);
+CONVFILE_API const Format* FormatByExtension(std::string_view extension);
 /// The format of that short name, or null.
-const Format* FormatByName(std::string_view name);
+CONVFILE_API const Format* FormatByName(std::string_view name);

@@ -1,4 +1,4 @@
-#include "framework/TskFormat.h"
+#include "routines/TskFormat.h"
 
 #include <cstdio>
 

@@ -1,4 +1,4 @@
-#include "framework/CodePage.h"
+#include "routines/CodePage.h"
 
 #include <algorithm>
 #include <array>

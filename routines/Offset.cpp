@@ -1,6 +1,6 @@
-#include "framework/Offset.h"
+#include "routines/Offset.h"
 
-#include "framework/Angles.h"
+#include "routines/Angles.h"
 
 #include <cmath>
 

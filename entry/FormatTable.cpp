@@ -1,4 +1,4 @@
-#include "framework/FormatTable.h"
+#include "entry/FormatTable.h"
 
 #include "cadastral/ConvFilePCP.h"
 #include "converters/ConvFileCAM.h"
@@ -24,11 +24,9 @@
 #include "converters/ConvFileRAW.h"
 #include "converters/ConvFileSDR2.h"
 #include "database/ConvFileTLSV.h"
-#include "framework/Text.h"
+#include "routines/Text.h"
 
 #include <algorithm>
-
-// The one file that looks the other way: the table names every converter, so it includes them.
 
 namespace {
 

@@ -16,8 +16,6 @@ namespace convfile::app {
 
 namespace {
 
-constexpr int kCadastralCode = 20;
-
 /// Why a file cannot be opened; empty where it can.
 std::string OpeningProblem(const std::string& path) {
     std::error_code ignored;
@@ -61,7 +59,7 @@ void Convert(const Route& route, const std::string& path, Conversion& result) {
         result.converted = FConvFileDaStrum(result.fieldBook, 0, pointLibrary, drawing);
     } else {
         result.converted = FConvFileNoTopcon(result.fieldBook, result.document, false);
-        result.cadastral = result.converted && route.code == kCadastralCode;
+        result.cadastral = result.converted && route.format->kind == FormatKind::Cadastral;
     }
     result.messages = memory::TakeMessages();
     if (!result.converted)

@@ -115,7 +115,7 @@ int main(int argc, char** argv) {
         for (const auto& entry : fs::directory_iterator(folder)) {
             const std::string name = entry.path().filename().string();
             if (name.starts_with("day") && entry.path().extension() != ".json" &&
-                format.name != "tlsv")
+                format.kind != FormatKind::Database)
                 subjects.push_back(MakeSubject(std::string(format.name), entry.path()));
         }
     }

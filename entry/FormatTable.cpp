@@ -48,33 +48,35 @@ bool ConvertDatabase(const ConversionTarget& target, std::string* fileName) {
                .Esegui();
 }
 
+using enum FormatKind;
+
 // clang-format off
 constexpr Format kFormats[] = {
-    // code, name, usual extensions, download extensions, title, converter
-    {1, "gsi", "GSI", "", "GSI-8 and GSI-16 word files, with code blocks", Convert<CConvFileGSI>},
-    {3, "mwg", "MWG", "", "MWG fixed-column words", Convert<CConvFileMWG>},
-    {4, "fld", "FLD", "", "FLD coded lines", Convert<CConvFileFLD>},
-    {5, "lgu", "LGU", "", "LGU fixed columns", Convert<CConvFileLGU>},
-    {6, "geo", "GEO", "", "GEO coded lines", Convert<CConvFileGEO>},
-    {8, "dat", "DAT", "", "DAT records separated by spaces", Convert<CConvFileDAT>},
-    {9, "sdr2", "SDR", "", "Sokkia SDR2 field files", Convert<CConvFileSDR2>},
-    {13, "cam", "CAM", "", "CAM comma-separated observations, two layouts", Convert<CConvFileCAM>},
-    {14, "elt", "ELT", "", "ELT report files", Convert<CConvFileELT>},
-    {15, "ovd", "OVD", "", "OVD comma-separated observations", Convert<CConvFileOVD>},
-    {16, "odb", "ODB", "", "ODB observations separated by blanks", Convert<CConvFileODB>},
-    {18, "dtm", "DTM", "", "DTM blocks of value lines", Convert<CConvFileDTM>},
-    {19, "raw", "RAW", "", "Comma-separated raw observations", Convert<CConvFileRAW>},
-    {20, "pcp", "PCP", "", "Cadastral survey exchange files", ConvertCadastral},
-    {21, "pentax-r100", "", "", "Pentax R100 tagged lines", Convert<CConvFilePentaxR100>},
-    {22, "pentax-ats100", "", "", "Pentax ATS100 tab-separated exports", Convert<CConvFilePentaxATS100>},
-    {23, "foif", "", "", "FOIF keyword records", Convert<CConvFileFOIF>},
-    {24, "dtm2", "", "", "DTM2 comma-separated typed records", Convert<CConvFileDTM2>},
-    {26, "mts", "MTS", "", "MTS binary downloads", Convert<CConvFileMTS>},
-    {29, "phenix", "", "", "Phenix keyword records", Convert<CConvFilePhenix>},
-    {0, "gt7", "", "GT7 GTS7 DAT", "Keyword records as downloaded", Convert<CConvFileGT7>},
-    {0, "mm2", "", "MM2", "MM2 downloads", Convert<CConvFileMM2>},
-    {0, "mmt", "", "MMT", "MMT downloads", Convert<CConvFileMMT>},
-    {0, "tlsv", "", "TLSV", "Job databases of field controllers (Access files)", ConvertDatabase},
+    // code, kind, name, usual extensions, download extensions, title, converter
+    {1, Instrument, "gsi", "GSI", "", "GSI-8 and GSI-16 word files, with code blocks", Convert<CConvFileGSI>},
+    {3, Instrument, "mwg", "MWG", "", "MWG fixed-column words", Convert<CConvFileMWG>},
+    {4, Instrument, "fld", "FLD", "", "FLD coded lines", Convert<CConvFileFLD>},
+    {5, Instrument, "lgu", "LGU", "", "LGU fixed columns", Convert<CConvFileLGU>},
+    {6, Instrument, "geo", "GEO", "", "GEO coded lines", Convert<CConvFileGEO>},
+    {8, Instrument, "dat", "DAT", "", "DAT records separated by spaces", Convert<CConvFileDAT>},
+    {9, Instrument, "sdr2", "SDR", "", "Sokkia SDR2 field files", Convert<CConvFileSDR2>},
+    {13, Instrument, "cam", "CAM", "", "CAM comma-separated observations, two layouts", Convert<CConvFileCAM>},
+    {14, Instrument, "elt", "ELT", "", "ELT report files", Convert<CConvFileELT>},
+    {15, Instrument, "ovd", "OVD", "", "OVD comma-separated observations", Convert<CConvFileOVD>},
+    {16, Instrument, "odb", "ODB", "", "ODB observations separated by blanks", Convert<CConvFileODB>},
+    {18, Instrument, "dtm", "DTM", "", "DTM blocks of value lines", Convert<CConvFileDTM>},
+    {19, Instrument, "raw", "RAW", "", "Comma-separated raw observations", Convert<CConvFileRAW>},
+    {20, Cadastral, "pcp", "PCP", "", "Cadastral survey exchange files", ConvertCadastral},
+    {21, Instrument, "pentax-r100", "", "", "Pentax R100 tagged lines", Convert<CConvFilePentaxR100>},
+    {22, Instrument, "pentax-ats100", "", "", "Pentax ATS100 tab-separated exports", Convert<CConvFilePentaxATS100>},
+    {23, Instrument, "foif", "", "", "FOIF keyword records", Convert<CConvFileFOIF>},
+    {24, Instrument, "dtm2", "", "", "DTM2 comma-separated typed records", Convert<CConvFileDTM2>},
+    {26, Instrument, "mts", "MTS", "", "MTS binary downloads", Convert<CConvFileMTS>},
+    {29, Instrument, "phenix", "", "", "Phenix keyword records", Convert<CConvFilePhenix>},
+    {0, Instrument, "gt7", "", "GT7 GTS7 DAT", "Keyword records as downloaded", Convert<CConvFileGT7>},
+    {0, Instrument, "mm2", "", "MM2", "MM2 downloads", Convert<CConvFileMM2>},
+    {0, Instrument, "mmt", "", "MMT", "MMT downloads", Convert<CConvFileMMT>},
+    {0, Database, "tlsv", "", "TLSV", "Job databases of field controllers (Access files)", ConvertDatabase},
 };
 // clang-format on
 

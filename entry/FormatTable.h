@@ -20,10 +20,18 @@ struct ConversionTarget {
     CGcadEng* drawing = nullptr;
 };
 
+/// What kind of file a format's is, and so what its conversion fills.
+enum class FormatKind {
+    Instrument, ///< a download of an instrument or collector: the field book
+    Cadastral,  ///< a survey exchange file: the field book and the cadastral document
+    Database,   ///< a field controller's job database: the field book and the point library
+};
+
 /// One format the library reads.
 struct Format {
     /// The code by which FConvFileNoTopcon chooses it; 0 where only an extension does.
     int code;
+    FormatKind kind;
     /// Short name, for the command line and for the folders of its test files.
     std::string_view name;
     /// The usual extensions of its files, upper case, separated by blanks; empty where there is

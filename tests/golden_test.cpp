@@ -55,7 +55,7 @@ TEST(Golden, EveryFormatHasFilesAndEveryFolderAFormat) {
         folders.insert(golden.format);
     std::set<std::string> formats;
     for (const Format& format : Formats()) {
-        if (CanConvert(format.name))
+        if (CanConvert(format))
             formats.insert(std::string(format.name));
     }
     EXPECT_EQ(folders, formats);

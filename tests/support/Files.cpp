@@ -41,11 +41,11 @@ void WriteBytes(const fs::path& file, std::string_view bytes) {
     stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
-bool CanConvert([[maybe_unused]] std::string_view format) {
+bool CanConvert([[maybe_unused]] const Format& format) {
 #if defined(CONVFILE_READS_DATABASES)
     return true;
 #else
-    return format != "tlsv";
+    return format.kind != FormatKind::Database;
 #endif
 }
 
@@ -54,7 +54,8 @@ std::vector<Golden> GoldenFiles() {
     std::vector<Golden> files;
     for (const auto& folder : fs::directory_iterator(".")) {
         const std::string format = folder.path().filename().string();
-        if (!CanConvert(format))
+        const Format* const known = FormatByName(format);
+        if (known && !CanConvert(*known))
             continue;
         for (const auto& entry : fs::directory_iterator(format)) {
             if (entry.path().extension() == ".json")

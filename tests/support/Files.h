@@ -1,5 +1,7 @@
 #pragma once
 
+#include "entry/FormatTable.h"
+
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -41,6 +43,6 @@ struct Golden {
 std::vector<Golden> GoldenFiles();
 
 /// True where files of that format can be converted here: not every build reads databases.
-bool CanConvert(std::string_view format);
+bool CanConvert(const Format& format);
 
 } // namespace convfile::test

@@ -163,7 +163,7 @@ private:
         Text("note", point.GetExtras().note);
         Number("target_height", point.TargetHeight());
         Number("slope_distance", point.SlopeDistance());
-        Number("zenith_angle", point.VerticalAngle());
+        Number("zenith_angle", point.ZenithAngle());
         Number("horizontal_angle", point.HorizontalAngle());
         WriteRest(point);
         json_.EndObject();

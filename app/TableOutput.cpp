@@ -37,7 +37,7 @@ Counts CountsOf(const FieldBook& book) {
             counts.points += station->points.size();
             for (const auto& point : station->points) {
                 counts.withoutDistance += IsPresent(point->SlopeDistance()) ? 0 : 1;
-                counts.withoutZenith += IsPresent(point->VerticalAngle()) ? 0 : 1;
+                counts.withoutZenith += IsPresent(point->ZenithAngle()) ? 0 : 1;
                 counts.withoutHorizontal += IsPresent(point->HorizontalAngle()) ? 0 : 1;
             }
         }
@@ -132,7 +132,7 @@ TextTable<Point> PointTable() {
         {"Slope distance [m]", Align::Right,
          [](const Point& p) { return ShownLength(p.SlopeDistance()); }},
         {"Zenith angle [gon]", Align::Right,
-         [](const Point& p) { return ShownAngle(p.VerticalAngle()); }},
+         [](const Point& p) { return ShownAngle(p.ZenithAngle()); }},
         {"Horizontal angle [gon]", Align::Right,
          [](const Point& p) { return ShownAngle(p.HorizontalAngle()); }},
     };

@@ -69,13 +69,9 @@ bool CConvFilePCP::Esegui() {
         if (record_.size() >= kShortestRecord && record_.front() != '@')
             TipoRiga();
     }
-    file_.Close();
+    file_->Close();
     document_.DividiRighe(&lines_);
     return true;
-}
-
-bool CConvFilePCP::OpenFile() {
-    return file_.Open(*fileName_);
 }
 
 /// Reads up to the start of the next record. The last character read goes: the one that starts the
@@ -87,7 +83,7 @@ bool CConvFilePCP::LeggeUnaRigaPCP() {
     std::array<char, kLongestRecord> buffer;
     std::size_t length = 0;
     for (;;) {
-        const int c = file_.ReadChar();
+        const int c = file_->ReadChar();
         if (c == TextFile::kEnd) {
             atEnd_ = true;
             break;
@@ -98,7 +94,7 @@ bool CConvFilePCP::LeggeUnaRigaPCP() {
             return false;
         }
         if (c == kRecordStart && length > 1) {
-            file_.StepBack();
+            file_->StepBack();
             break;
         }
     }

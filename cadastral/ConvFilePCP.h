@@ -3,7 +3,6 @@
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
 #include "host/CtsRigArray.h"
-#include "routines/TextFile.h"
 
 #include <array>
 #include <string>
@@ -25,7 +24,7 @@ private:
     /// The longest record: one that fills it ends the reading.
     static constexpr std::size_t kLongestRecord = 1023;
 
-    bool OpenFile();
+    // Operations in the library's own vocabulary.
     bool LeggeUnaRigaPCP();
     bool TipoRiga();
     void SeparaCampo();
@@ -50,7 +49,6 @@ private:
     char& RestAt(std::size_t position) { return record_[restBegin_ + position]; }
 
     CCts& document_;
-    TextFile file_;
     bool atEnd_ = false;        ///< the last record was read
     std::string record_;        ///< the current record
     std::size_t restBegin_ = 0; ///< where what is left of it begins

@@ -25,6 +25,12 @@
 #include "routines/Reduction.h"
 #include "routines/Text.h"
 
+namespace {
+
+constexpr std::size_t kShortestLine = 2;
+
+} // namespace
+
 CConvFileCAM::CConvFileCAM(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
 
@@ -36,25 +42,13 @@ bool CConvFileCAM::Esegui() {
     const std::size_t dot = fileName_->rfind('.');
     const bool isCam =
         dot != std::string::npos && EqualIgnoringCase(fileName_->substr(dot), ".cam");
-    AggiungeJobDelFile();
-    while (LeggeUnaRigaCAM()) {
-        if (line_.size() < 2)
-            continue;
-        if (isCam)
-            ConvertiRigaCAM();
-        else
-            ConvertiRigaTXT();
-    }
-    file_.Close();
-    return true;
-}
-
-bool CConvFileCAM::OpenFile() {
-    return file_.Open(*fileName_);
+    AddJobOfFile();
+    return ForEachLine([this] { return LeggeUnaRigaCAM(); },
+                       [&] { isCam ? ConvertiRigaCAM() : ConvertiRigaTXT(); });
 }
 
 bool CConvFileCAM::LeggeUnaRigaCAM() {
-    return file_.ReadLineWithoutLast(line_);
+    return file_->ReadLineWithoutLast(line_);
 }
 
 /// A last field that no comma closes is never read, on purpose: the instrument closes every one.
@@ -64,66 +58,63 @@ std::string_view CConvFileCAM::SeparaCampo() {
     return TrimBoth(field);
 }
 
-double CConvFileCAM::SeparaNumero() {
+double CConvFileCAM::NextNumber() {
     return DoubleDaString(SeparaCampo());
 }
 
 void CConvFileCAM::ConvertiRigaCAM() {
     const bool isM1 = Contains(line_, "M1");
-    if (!isM1 && !Contains(line_, "M3"))
+    if (line_.size() < kShortestLine || (!isM1 && !Contains(line_, "M3")))
         return;
+    Record record;
     // The station name of an M1 record stands behind a mark of one character, whatever it is.
-    stationName_ = isM1 ? Piece(SeparaCampo(), 1) : SeparaCampo();
-    pointName_ = SeparaCampo();
-    const double distance = SeparaNumero();
-    horizontalAngle_ = SeparaNumero();
-    const double vertical = SeparaNumero();
-    instrumentHeight_ = SeparaNumero();
-    targetHeight_ = SeparaNumero();
-    code_ = SeparaCampo();
+    record.station = isM1 ? Piece(SeparaCampo(), 1) : SeparaCampo();
+    record.point = SeparaCampo();
+    const double distance = NextNumber();
+    const double horizontalAngle = NextNumber();
+    const double vertical = NextNumber();
+    record.instrumentHeight = NextNumber();
+    record.targetHeight = NextNumber();
+    record.code = SeparaCampo();
     if (isM1) {
-        slopeDistance_ = distance;
-        verticalAngle_ = vertical;
+        record.reading = {distance, vertical, horizontalAngle};
     } else {
-        ReduceAtGround(distance, vertical);
+        // From the ground points to instrument and prism. Nothing is asked about the values: both
+        // were read from the line.
+        const double difference = vertical + record.targetHeight - record.instrumentHeight;
+        record.reading = RoundedReadingFromReduced(distance, difference, horizontalAngle);
+        warningKind_ = kReducedAtGround;
     }
-    WriteRecord();
-}
-
-/// Brings the height difference from the ground points to instrument and prism, then reduces.
-/// Nothing is asked about the values: both were read from the line.
-void CConvFileCAM::ReduceAtGround(double reducedDistance, double groundDifference) {
-    const double difference = groundDifference + targetHeight_ - instrumentHeight_;
-    const PolarReading polar = RoundedPolarFromReduced(reducedDistance, difference);
-    slopeDistance_ = polar.slopeDistance;
-    verticalAngle_ = polar.zenithAngle;
-    warningKind_ = kReducedAtGround;
+    WriteRecord(record);
 }
 
 void CConvFileCAM::ConvertiRigaTXT() {
-    stationName_ = SeparaCampo();
-    instrumentHeight_ = SeparaNumero();
-    targetHeight_ = SeparaNumero();
-    pointName_ = SeparaCampo();
-    slopeDistance_ = SeparaNumero();
-    horizontalAngle_ = SeparaNumero();
-    verticalAngle_ = SeparaNumero();
-    code_ = SeparaCampo();
-    WriteRecord();
+    if (line_.size() < kShortestLine)
+        return;
+    Record record;
+    record.station = SeparaCampo();
+    record.instrumentHeight = NextNumber();
+    record.targetHeight = NextNumber();
+    record.point = SeparaCampo();
+    record.reading.slopeDistance = NextNumber();
+    record.reading.horizontalAngle = NextNumber();
+    record.reading.zenithAngle = NextNumber();
+    record.code = SeparaCampo();
+    WriteRecord(record);
 }
 
-void CConvFileCAM::WriteRecord() {
-    if (stationName_ != previousStation_)
-        ConversioneS();
-    ConversioneP();
-    previousStation_ = stationName_;
+void CConvFileCAM::WriteRecord(const Record& record) {
+    if (record.station != previousStation_)
+        ConversioneS(record);
+    ConversioneP(record);
+    previousStation_ = record.station;
 }
 
-void CConvFileCAM::ConversioneS() {
-    AggiungeSta(stationName_, "", instrumentHeight_, kNoValue, kNoValue);
+void CConvFileCAM::ConversioneS(const Record& record) {
+    AggiungeSta(std::string(record.station), "", record.instrumentHeight, kNoValue, kNoValue);
 }
 
-void CConvFileCAM::ConversioneP() {
-    AggiungePun(pointName_, code_, "", targetHeight_, DistanceOrNoValue(slopeDistance_),
-                verticalAngle_, horizontalAngle_);
+void CConvFileCAM::ConversioneP(const Record& record) {
+    AggiungePun(std::string(record.point), std::string(record.code), "", record.targetHeight,
+                WithoutZeroDistance(record.reading));
 }

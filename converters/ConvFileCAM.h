@@ -3,7 +3,6 @@
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
 #include "host/NoValue.h"
-#include "routines/TextFile.h"
 
 #include <string>
 #include <string_view>
@@ -18,27 +17,26 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
-    bool OpenFile();
+    /// One line, cut into its fields.
+    struct Record {
+        std::string_view station;
+        double instrumentHeight = kNoValue;
+        std::string_view point;
+        std::string_view code;
+        double targetHeight = kNoValue;
+        Reading reading;
+    };
+
+    // Operations in the library's own vocabulary.
     bool LeggeUnaRigaCAM();
     std::string_view SeparaCampo();
     void ConvertiRigaCAM();
     void ConvertiRigaTXT();
-    void ConversioneS();
-    void ConversioneP();
+    void ConversioneS(const Record& record);
+    void ConversioneP(const Record& record);
 
-    double SeparaNumero();
-    void ReduceAtGround(double reducedDistance, double groundDifference);
-    void WriteRecord();
+    double NextNumber();
+    void WriteRecord(const Record& record);
 
     std::string previousStation_; ///< of the record before
-    std::string stationName_;
-    std::string pointName_;
-    std::string code_;
-    double targetHeight_ = kNoValue;
-    double instrumentHeight_ = kNoValue;
-    double verticalAngle_ = kNoValue;
-    double horizontalAngle_ = kNoValue;
-    double slopeDistance_ = kNoValue;
-    std::string_view line_; ///< what is left of the current line
-    TextFile file_;
 };

@@ -52,73 +52,65 @@ CConvFileDAT::~CConvFileDAT() = default;
 bool CConvFileDAT::Esegui() {
     if (!OpenFile())
         return false;
-    AggiungeJobDelFile();
-    while (LeggeUnaRigaDAT() && !ended_)
-        ConvertiRiga();
-    file_.Close();
-    return true;
+    AddJobOfFile();
+    return ForEachLine([this] { return ReadLine(); }, [this] { ConvertLine(); });
 }
 
-bool CConvFileDAT::OpenFile() {
-    return file_.Open(*fileName_);
-}
-
-/// An empty line leaves the line before it in place, which is then taken once more, on purpose: a
-/// point on one line that an empty line follows stands twice.
-bool CConvFileDAT::LeggeUnaRigaDAT() {
-    return file_.ReadLineOrKeep(text_);
+/// An empty line leaves the line before it in place, which is then taken once more, on purpose: the
+/// field books of this format have a point twice where an empty line follows its one line.
+bool CConvFileDAT::ReadLine() {
+    return !ended_ && file_->ReadLineOrKeep(text_);
 }
 
 /// A file that ends inside a record completes it with the line before.
-void CConvFileDAT::ConvertiRiga() {
-    const std::string first = text_;
-    if (first.starts_with('S')) {
-        std::string_view fields = std::string_view(first).substr(1);
-        pointName_ = NextField(fields);
-        targetHeight_ = Metres(NextField(fields));
-        ReadObservation(fields);
-        pointCode_.clear();
-        ConversioneP();
+void CConvFileDAT::ConvertLine() {
+    if (text_.starts_with('S')) {
+        OneLinePoint(std::string_view(text_).substr(1));
         return;
     }
-    if (first == "END") {
+    if (text_ == "END") {
         ended_ = true;
         return;
     }
-    LeggeUnaRigaDAT();
+    const std::string first = text_;
+    ReadLine();
     const std::string second = text_;
-    LeggeUnaRigaDAT();
-    std::string_view fields = second;
-    if (CountFields(second) < kStationFields) {
-        pointName_ = TrimBoth(NextField(fields));
-        targetHeight_ = Metres(NextField(fields));
-        ReadObservation(fields);
-        pointCode_ = TrimBoth(text_);
-        ConversioneP();
-        return;
-    }
-    stationName_ = TrimBoth(first);
-    instrumentHeight_ = Metres(NextField(fields));
-    targetHeight_ = Metres(NextField(fields));
-    pointName_ = TrimBoth(NextField(fields));
-    ReadObservation(fields);
-    pointCode_.clear();
-    ConversioneS();
-    if (stationName_ != pointName_)
-        ConversioneP();
+    ReadLine();
+    if (CountFields(second) < kStationFields)
+        PointWithCode(second, text_);
+    else
+        StationWithPoint(first, second);
 }
 
-void CConvFileDAT::ReadObservation(std::string_view& fields) {
-    slopeDistance_ = DoubleDaString(NextField(fields));
-    verticalAngle_ = DoubleDaString(NextField(fields));
-    horizontalAngle_ = DoubleDaString(NextField(fields));
+void CConvFileDAT::OneLinePoint(std::string_view fields) {
+    const std::string_view name = NextField(fields);
+    const double targetHeight = Metres(NextField(fields));
+    WritePoint(name, "", targetHeight, fields);
 }
 
-void CConvFileDAT::ConversioneS() {
-    AggiungeSta(stationName_, "", instrumentHeight_, kNoValue, kNoValue);
+void CConvFileDAT::PointWithCode(std::string_view fields, std::string_view code) {
+    const std::string_view name = TrimBoth(NextField(fields));
+    const double targetHeight = Metres(NextField(fields));
+    WritePoint(name, TrimBoth(code), targetHeight, fields);
 }
 
-void CConvFileDAT::ConversioneP() {
-    AggiungePun(pointName_, pointCode_, "", targetHeight_, DistanceOrNoValue(slopeDistance_),
-                verticalAngle_, horizontalAngle_);
+/// The first point of a station is left out where it is the station itself.
+void CConvFileDAT::StationWithPoint(std::string_view name, std::string_view fields) {
+    const std::string_view station = TrimBoth(name);
+    const double instrumentHeight = Metres(NextField(fields));
+    const double targetHeight = Metres(NextField(fields));
+    const std::string_view point = TrimBoth(NextField(fields));
+    AggiungeSta(std::string(station), "", instrumentHeight, kNoValue, kNoValue);
+    if (station != point)
+        WritePoint(point, "", targetHeight, fields);
+}
+
+/// `reading`: slope distance, zenith angle and horizontal angle, yet to be cut.
+void CConvFileDAT::WritePoint(std::string_view name, std::string_view code, double targetHeight,
+                              std::string_view reading) {
+    const double slopeDistance = DoubleDaString(NextField(reading));
+    const double zenithAngle = DoubleDaString(NextField(reading));
+    const double horizontalAngle = DoubleDaString(NextField(reading));
+    AggiungePun(std::string(name), std::string(code), "", targetHeight,
+                WithoutZeroDistance({slopeDistance, zenithAngle, horizontalAngle}));
 }

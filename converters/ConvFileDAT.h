@@ -2,8 +2,6 @@
 
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
-#include "host/NoValue.h"
-#include "routines/TextFile.h"
 
 #include <string>
 #include <string_view>
@@ -18,21 +16,13 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
-    bool OpenFile();
-    bool LeggeUnaRigaDAT();
-    void ConvertiRiga();
-    void ConversioneS();
-    void ConversioneP();
-    void ReadObservation(std::string_view& fields);
+    bool ReadLine();
+    void ConvertLine();
+    void OneLinePoint(std::string_view fields);
+    void PointWithCode(std::string_view fields, std::string_view code);
+    void StationWithPoint(std::string_view name, std::string_view fields);
+    void WritePoint(std::string_view name, std::string_view code, double targetHeight,
+                    std::string_view reading);
 
     bool ended_ = false; ///< an "END" line was read
-    std::string pointName_;
-    std::string pointCode_;
-    std::string stationName_;
-    double instrumentHeight_ = kNoValue;
-    double targetHeight_ = kNoValue;
-    double slopeDistance_ = kNoValue;
-    double verticalAngle_ = kNoValue;
-    double horizontalAngle_ = kNoValue;
-    TextFile file_;
 };

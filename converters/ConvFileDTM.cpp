@@ -32,7 +32,6 @@
 
 #include "host/NoValue.h"
 #include "routines/Numbers.h"
-#include "routines/Reduction.h"
 #include "routines/Text.h"
 
 #include <algorithm>
@@ -91,28 +90,22 @@ CConvFileDTM::~CConvFileDTM() = default;
 
 /// Adds no job of its own: stations before the first "@JN" go into the last job that is there.
 bool CConvFileDTM::Esegui() {
-    if (!OpenFile())
-        return false;
-    while (LeggeUnaRigaDTM()) {
-        const auto* const group = std::ranges::find(kGroups, keyword_, &Group::keyword);
-        if (group != std::end(kGroups))
-            ReadGroup(*group);
-    }
-    file_.Close();
-    return true;
+    return OpenFile() &&
+           ForEachLine([this] { return LeggeUnaRigaDTM(); }, [this] { ConvertLine(); });
 }
 
-bool CConvFileDTM::OpenFile() {
-    return file_.Open(*fileName_);
+void CConvFileDTM::ConvertLine() {
+    const auto* const group = std::ranges::find(kGroups, keyword_, &Group::keyword);
+    if (group != std::end(kGroups))
+        ReadGroup(*group);
 }
 
-/// Past the end of the file a line is empty, keyword and all.
+/// The line, trimmed; "NULL" is empty. Past the end of the file a line is empty, keyword and all.
 bool CConvFileDTM::LeggeUnaRigaDTM() {
     line_ = keyword_ = {};
-    std::string_view line;
-    if (!file_.ReadLineWithoutLast(line))
+    if (!file_->ReadLineWithoutLast(line_))
         return false;
-    line_ = TrimBoth(line);
+    line_ = TrimBoth(line_);
     keyword_ = line_.substr(0, kKeywordLength);
     if (line_ == "NULL")
         line_ = {};
@@ -144,14 +137,13 @@ void CConvFileDTM::AggiungiSta() {
 }
 
 void CConvFileDTM::AggiungiPun() {
-    PolarReading polar{.slopeDistance = DoubleDaString(values_[kDistance]),
-                       .zenithAngle = DoubleDaString(values_[kVertical])};
-    if (mode_ != "A")
-        polar = ReducedReading(polar.slopeDistance, polar.zenithAngle);
+    const double distance = DoubleDaString(values_[kDistance]);
+    const double vertical = DoubleDaString(values_[kVertical]);
+    const double horizontalAngle = DoubleDaString(values_[kHorizontalAngle]);
+    const Reading reading = mode_ == "A" ? Reading{distance, vertical, horizontalAngle}
+                                         : ReducedReading(distance, vertical, horizontalAngle);
     AggiungePun(WithoutMark(values_[kName]), values_[kOperatorOrCode], "",
-                DividedNumber(values_[kHeight], kMillimetres),
-                DistanceOrNoValue(polar.slopeDistance), polar.zenithAngle,
-                DoubleDaString(values_[kHorizontalAngle]));
+                DividedNumber(values_[kHeight], kMillimetres), WithoutZeroDistance(reading));
 }
 
 void CConvFileDTM::ClearValues() {

@@ -2,7 +2,6 @@
 
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
-#include "routines/TextFile.h"
 
 #include <array>
 #include <string>
@@ -18,7 +17,7 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
-    bool OpenFile();
+    // Operations in the library's own vocabulary.
     bool LeggeUnaRigaDTM();
     void AggiungiLav();
     void AggiungiSta();
@@ -27,12 +26,11 @@ private:
     struct Group;
     static const Group kGroups[];
 
+    void ConvertLine();
     void ReadGroup(const Group& group);
     void ClearValues();
 
     std::string mode_;         ///< of the last job: "A" where points carry angle and slope distance
-    std::string_view line_;    ///< the current line, trimmed; "NULL" is empty
-    std::string_view keyword_; ///< its first three characters
+    std::string_view keyword_; ///< the first three characters of the current line
     std::array<std::string, 6> values_; ///< of the group in hand
-    TextFile file_;
 };

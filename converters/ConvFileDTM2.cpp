@@ -50,23 +50,19 @@ CConvFileDTM2::~CConvFileDTM2() = default;
 bool CConvFileDTM2::Esegui() {
     if (!OpenFile())
         return false;
-    AggiungeJobDelFile();
-    while (LeggeUnaRigaDTM2()) {
-        if (line_.size() > 1 && line_.front() != '2') {
-            const int type = SeparaTipoDato();
-            SeparaCampi(type);
-        }
-    }
-    file_.Close();
-    return true;
-}
-
-bool CConvFileDTM2::OpenFile() {
-    return file_.Open(*fileName_);
+    AddJobOfFile();
+    return ForEachLine([this] { return LeggeUnaRigaDTM2(); }, [this] { ConvertLine(); });
 }
 
 bool CConvFileDTM2::LeggeUnaRigaDTM2() {
-    return file_.ReadLineWithoutLast(line_);
+    return file_->ReadLineWithoutLast(line_);
+}
+
+void CConvFileDTM2::ConvertLine() {
+    if (line_.size() < 2 || line_.front() == '2')
+        return;
+    const int type = SeparaTipoDato();
+    SeparaCampi(type);
 }
 
 /// Drops what stands before the first comma; the type is the character behind it, 0 where that is
@@ -123,7 +119,9 @@ void CConvFileDTM2::LeggiPunto() {
     if (!stationPresent_)
         NeedStation();
     AggiungePun(Text(fields_[kName]), Text(fields_[kCode]), "", Length(fields_[6]),
-                DistanceOrNoValue(Length(fields_[3])), Angle(fields_[5]), Angle(fields_[4]));
+                WithoutZeroDistance({.slopeDistance = Length(fields_[3]),
+                                     .zenithAngle = Angle(fields_[5]),
+                                     .horizontalAngle = Angle(fields_[4])}));
 }
 
 /// The point's observation is the field book's to derive from its coordinates.
@@ -131,7 +129,7 @@ void CConvFileDTM2::LeggiCoordPnt() {
     if (!CurrentStation() || !stationPresent_)
         NeedStation();
     const CPun* const before = LastPoint();
-    AggiungePun(Text(fields_[kName]), Text(fields_[kCode]), "", 0, kNoValue, kNoValue, kNoValue);
+    AggiungePun(Text(fields_[kName]), Text(fields_[kCode]), "", 0, Reading{});
     CPun* const added = LastPoint();
     if (added == before)
         return;

@@ -2,7 +2,6 @@
 
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
-#include "routines/TextFile.h"
 
 #include <array>
 #include <string>
@@ -18,7 +17,7 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
-    bool OpenFile();
+    // Operations in the library's own vocabulary.
     bool LeggeUnaRigaDTM2();
     int SeparaTipoDato();
     bool SeparaCampi(int type);
@@ -27,13 +26,12 @@ private:
     void LeggiPunto();
     void LeggiCoordPnt();
 
+    void ConvertLine();
     bool CurrentStationIs(std::string_view name);
     void NeedStation();
     double Length(std::string_view field) const;
     double Angle(std::string_view field) const;
 
     bool stationPresent_ = false;
-    std::string_view line_; ///< what is left of the current line
     std::array<std::string_view, 9> fields_;
-    TextFile file_;
 };

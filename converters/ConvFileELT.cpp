@@ -192,70 +192,62 @@ bool CConvFileELT::NamesOfLine() {
 }
 
 void CConvFileELT::MeasurementLine() {
-    Measurement measured{.slopeDistance = SeparaCampoDouble("|SD "),
-                         .horizontalAngle = SeparaCampoDouble("|Hz "),
-                         .verticalAngle = SeparaCampoDouble("|V1 ")};
+    Reading reading{.slopeDistance = SeparaCampoDouble("|SD "),
+                    .zenithAngle = SeparaCampoDouble("|V1 "),
+                    .horizontalAngle = SeparaCampoDouble("|Hz ")};
     const double horizontalDistance = SeparaCampoDouble("|HD ");
     const double heightDifference = SeparaCampoDouble("|h ");
-    if (!IsPresent(measured.slopeDistance))
-        measured.slopeDistance = SeparaCampoDouble("|D ");
+    if (!IsPresent(reading.slopeDistance))
+        reading.slopeDistance = SeparaCampoDouble("|D ");
 
     if (IsPresent(horizontalDistance) && IsPresent(heightDifference)) {
-        const bool repeats = !IsPresent(measured.slopeDistance) && pointName_ == lastPoint_ &&
-                             measured.horizontalAngle == lastHorizontalAngle_;
-        if (repeats) {
-            measured.horizontalAngle = measured.verticalAngle = kNoValue;
-        } else {
-            // Also where slope distance and zenith angle were read, on purpose.
-            const PolarReading polar =
-                RoundedPolarFromReduced(horizontalDistance, heightDifference);
-            measured.slopeDistance = polar.slopeDistance;
-            measured.verticalAngle = polar.zenithAngle;
-            warningKind_ = kReduced;
-        }
+        const bool repeats = !IsPresent(reading.slopeDistance) && pointName_ == lastPoint_ &&
+                             reading.horizontalAngle == lastHorizontalAngle_;
+        // Also where slope distance and zenith angle were read, on purpose: the point then agrees with
+        // the reduced line of the same point that follows, which is taken for a repetition.
+        reading =
+            repeats ? Reading{}
+                    : ReducedReading(horizontalDistance, heightDifference, reading.horizontalAngle);
     }
-    if (measured.slopeDistance < kShortestDistance)
-        measured.slopeDistance = kNoValue;
+    if (reading.slopeDistance < kShortestDistance)
+        reading.slopeDistance = kNoValue;
 
-    if (HasAngles(measured) && IsPresent(measured.slopeDistance))
-        ApplyOffsets(measured);
-    if (!HasAngles(measured) || (setsHz_ && !IsPresent(measured.slopeDistance)))
+    if (HasAngles(reading) && IsPresent(reading.slopeDistance))
+        ApplyOffsets(reading);
+    if (!HasAngles(reading) || (setsHz_ && !IsPresent(reading.slopeDistance)))
         return;
-    AggiungiPunto(measured.slopeDistance, measured.horizontalAngle, measured.verticalAngle);
+    AggiungiPunto(reading);
     if (!IsPresent(horizontalDistance) && !IsPresent(heightDifference)) {
         lastPoint_ = pointName_;
-        lastHorizontalAngle_ = measured.horizontalAngle;
+        lastHorizontalAngle_ = reading.horizontalAngle;
     }
 }
 
-bool CConvFileELT::HasAngles(const Measurement& measured) {
-    return IsPresent(measured.horizontalAngle) && IsPresent(measured.verticalAngle);
+bool CConvFileELT::HasAngles(const Reading& reading) {
+    return IsPresent(reading.horizontalAngle) && IsPresent(reading.zenithAngle);
 }
 
-void CConvFileELT::ApplyOffsets(Measurement& measured) const {
-    double& distance = measured.slopeDistance;
+void CConvFileELT::ApplyOffsets(Reading& reading) const {
+    double& distance = reading.slopeDistance;
     if (IsPresent(alongOffset_))
-        distance += alongOffset_ / std::sin(measured.verticalAngle * kRadiansPerGon);
+        distance += alongOffset_ / std::sin(reading.zenithAngle * kRadiansPerGon);
     if (IsPresent(lateralOffset_)) {
-        measured.horizontalAngle += std::atan(lateralOffset_ / distance) * kGonPerRadian;
+        reading.horizontalAngle += std::atan(lateralOffset_ / distance) * kGonPerRadian;
         distance = std::sqrt(distance * distance + lateralOffset_ * lateralOffset_);
     }
     if (IsPresent(verticalOffset_)) {
-        const double zenith = measured.verticalAngle * kRadiansPerGon;
-        const PolarReading polar = RoundedPolarFromReduced(
-            distance * std::sin(zenith), distance * std::cos(zenith) + verticalOffset_);
-        distance = polar.slopeDistance;
-        measured.verticalAngle = polar.zenithAngle;
+        const double zenith = reading.zenithAngle * kRadiansPerGon;
+        reading = RoundedReadingFromReduced(distance * std::sin(zenith),
+                                            distance * std::cos(zenith) + verticalOffset_,
+                                            reading.horizontalAngle);
     }
 }
 
 /// A station is written with its first point, not before.
-void CConvFileELT::AggiungiPunto(double slopeDistance, double horizontalAngle,
-                                 double verticalAngle) {
+void CConvFileELT::AggiungiPunto(const Reading& reading) {
     if (stationName_ != previousStation_)
         AggiungeSta(stationName_, stationCode_, instrumentHeight_, temperature_, pressure_);
-    AggiungePun(pointName_, pointCode_, "", targetHeight_, slopeDistance, verticalAngle,
-                horizontalAngle);
+    AggiungePun(pointName_, pointCode_, "", targetHeight_, reading);
     previousStation_ = stationName_;
 }
 

@@ -19,19 +19,13 @@ protected:
     void ProcessaRiga() override;
 
 private:
-    /// The values of one measurement line.
-    struct Measurement {
-        double slopeDistance;
-        double horizontalAngle;
-        double verticalAngle;
-    };
-
+    // Operations in the library's own vocabulary.
     void ConvertiRigaPI();
     void ConvertiAltraRiga();
     bool FindTag(std::string_view tag, std::string& text) const;
     std::string_view SeparaCampoNome(std::string_view tag, std::size_t skip, char stop) const;
     double SeparaCampoDouble(std::string_view tag) const;
-    void AggiungiPunto(double slopeDistance, double horizontalAngle, double verticalAngle);
+    void AggiungiPunto(const Reading& reading);
 
     void FindBars();
     std::size_t PositionOf(std::string_view tag) const;
@@ -42,8 +36,8 @@ private:
     bool OffsetLine();
     bool NamesOfLine();
     void MeasurementLine();
-    static bool HasAngles(const Measurement& measured);
-    void ApplyOffsets(Measurement& measured) const;
+    static bool HasAngles(const Reading& reading);
+    void ApplyOffsets(Reading& reading) const;
 
     /// Where the bars of the current line are: every tag begins with one.
     std::array<std::uint8_t, TextFile::kLongestLine> bars_{};

@@ -41,20 +41,17 @@ CConvFileFLD::~CConvFileFLD() = default;
 bool CConvFileFLD::Esegui() {
     if (!OpenFile())
         return false;
-    while (LeggeUnaRiga())
-        ConvertiRiga();
+    ForEachLine([this] { return LeggeUnaRiga(); }, [this] { ConvertiRiga(); });
     SalvaRecord();
-    file_.Close();
     return true;
 }
 
 bool CConvFileFLD::LeggeUnaRiga() {
-    std::string_view line;
-    if (!file_.ReadLineWithoutLast(line))
+    if (!file_->ReadLineWithoutLast(line_))
         return false;
-    line = TrimBoth(line);
-    code_ = Piece(line, 0, 2);
-    data_ = TrimBoth(Piece(line, 3));
+    line_ = TrimBoth(line_);
+    code_ = Piece(line_, 0, 2);
+    data_ = TrimBoth(Piece(line_, 3));
     return true;
 }
 

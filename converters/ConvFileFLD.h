@@ -13,6 +13,7 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
+    // Operations in the library's own vocabulary.
     bool LeggeUnaRiga();
     void ConvertiRiga();
 

@@ -49,18 +49,16 @@ CConvFileGEO::~CConvFileGEO() = default;
 bool CConvFileGEO::Esegui() {
     if (!OpenFile())
         return false;
-    jobName_ = NomeDelFile(*fileName_);
-    while (LeggeUnaRiga())
-        ConvertiRiga();
+    jobName_ = NameOfFile(*fileName_);
+    ForEachLine([this] { return LeggeUnaRiga(); }, [this] { ConvertiRiga(); });
     WriteJob();
     SalvaRecord();
-    file_.Close();
     return true;
 }
 
 /// The line is not trimmed: a code begins in its first column.
 bool CConvFileGEO::LeggeUnaRiga() {
-    if (!file_.ReadLineWithoutLast(line_))
+    if (!file_->ReadLineWithoutLast(line_))
         return false;
     data_ = TrimBoth(Piece(line_, kData));
     return true;

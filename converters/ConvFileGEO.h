@@ -16,15 +16,16 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
+    // Operations in the library's own vocabulary.
     bool LeggeUnaRiga();
     void ConvertiRiga();
+
     void Information();
     void WriteJob();
     void OpenRecord(RecordType type, std::string_view name);
 
     static const SlotCode kSlotCodes[];
 
-    std::string_view line_; ///< the current line, without its line end
     std::string_view data_; ///< of the current line
     std::string jobName_;
     bool jobNamed_ = false;   ///< an information line has named the job

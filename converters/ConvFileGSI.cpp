@@ -68,7 +68,8 @@ double ScaledByUnit(double data, char unit) {
         return data * 0.3048 / 1000;
     case '2': // gon, five decimals
         return data / 100000;
-    case '3': // decimal degrees; not scaled by any decimals, on purpose
+    case '3': // decimal degrees; not scaled by any decimals, on purpose: projects in which such files
+              // were mended by hand afterwards are converted again
         return data * 400 / 360;
     case '6': // metre, last digit 1/10 mm
         return data / 10000;
@@ -91,108 +92,116 @@ CConvFileGSI::~CConvFileGSI() = default;
 bool CConvFileGSI::Esegui() {
     if (!OpenFile())
         return false;
-    AggiungeJobDelFile();
-    while (LeggeUnaRigaGSI()) {
-        if (!line_.empty() && SeparaCampi())
-            ConvertiRiga();
-    }
-    file_.Close();
-    return true;
-}
-
-bool CConvFileGSI::OpenFile() {
-    return file_.Open(*fileName_);
+    AddJobOfFile();
+    return ForEachLine([this] { return LeggeUnaRigaGSI(); }, [this] { ConvertLine(); });
 }
 
 /// Comments ("!") and lines of nothing but their line end become empty. The last character goes as
-/// the line end also where the last line of the file has none: its last digit is lost, on purpose.
+/// the line end also where the last line of the file has none, on purpose: the instrument ends every
+/// line, so that what is lost is the last digit of a transmission that was cut off.
 bool CConvFileGSI::LeggeUnaRigaGSI() {
-    if (!file_.ReadLine(line_))
+    if (!file_->ReadLine(line_))
         return false;
     line_ = line_.starts_with('!') ? std::string_view{} : DropLast(line_);
     return true;
 }
 
+void CConvFileGSI::ConvertLine() {
+    Record record;
+    if (!line_.empty() && SeparaCampi(record))
+        ConvertiRiga(record);
+}
+
 /// True where the line is to be written, as a station or as a point.
-bool CConvFileGSI::SeparaCampi() {
+bool CConvFileGSI::SeparaCampi(Record& record) {
     if (HoldsIgnoredMark(line_))
         return false;
     FindWords();
     if (Begins(line_, "41"))
-        return TrattaRiga41();
+        return TrattaRiga41(record);
     if (Begins(line_, "*41.."))
-        return TrattaRiga41Stonex();
+        return TrattaRiga41Stonex(record);
     if (Begins(line_, "*41"))
         return TrattaRiga41PuntoStonex();
 
-    // Only the presence of word 84 makes a station; its coordinates are not read, on purpose.
-    stationLine_ = FindKey(" 84.") != kNoWord;
-    name_ = std::string(NameInFirstWord());
-    if (stationLine_)
-        StationLine();
+    record.isStation = FindKey(" 84.") != kNoWord;
+    record.name = NameInFirstWord();
+    if (record.isStation)
+        StationLine(record);
     else
-        PointLine();
+        PointLine(record);
     return true;
 }
 
-void CConvFileGSI::StationLine() {
-    code_ = TrovaStrInCmpConCod(" 71.");
-    instrumentHeight_ = TrovaDoubleInCmpConCod(" 88.");
+/// Only the presence of word 84 makes a station. Its coordinates are not read, on purpose: the host
+/// computes a station's coordinates from what was measured, and must not find others there.
+void CConvFileGSI::StationLine(Record& station) const {
+    station.code = TrovaStrInCmpConCod(" 71.");
+    station.instrumentHeight = TrovaDoubleInCmpConCod(" 88.");
 }
 
-void CConvFileGSI::PointLine() {
-    horizontalAngle_ = TrovaDoubleInCmpConCod(" 21.");
-    verticalAngle_ = TrovaDoubleInCmpConCod(" 22.");
-    slopeDistance_ = TrovaDoubleInCmpConCod(" 31.");
-    targetHeight_ = TrovaDoubleInCmpConCod(" 87.");
-    if (!IsPresent(targetHeight_))
-        targetHeight_ = defaultTargetHeight_;
+void CConvFileGSI::PointLine(Record& point) {
+    point.reading = {.slopeDistance = TrovaDoubleInCmpConCod(" 31."),
+                     .zenithAngle = TrovaDoubleInCmpConCod(" 22."),
+                     .horizontalAngle = TrovaDoubleInCmpConCod(" 21.")};
+    point.targetHeight = TrovaDoubleInCmpConCod(" 87.");
+    if (!IsPresent(point.targetHeight))
+        point.targetHeight = defaultTargetHeight_;
 
     const double instrumentHeight = TrovaDoubleInCmpConCod(" 88.");
     if (IsPresent(instrumentHeight))
         SetHStrumAtSta(instrumentHeight);
 
-    if (!IsPresent(slopeDistance_)) {
-        const double horizontalDistance = TrovaDoubleInCmpConCod(" 32.");
-        const double heightDifference = TrovaDoubleInCmpConCod(" 33.");
-        if (IsPresent(horizontalDistance) && IsPresent(heightDifference)) {
-            const PolarReading polar = ReducedReading(horizontalDistance, heightDifference);
-            slopeDistance_ = polar.slopeDistance;
-            if (!IsPresent(verticalAngle_))
-                verticalAngle_ = polar.zenithAngle;
-            if (!IsPresent(targetHeight_))
-                targetHeight_ = 0;
-        }
-    }
-    if (!(slopeDistance_ > kLongestNoDistance))
-        slopeDistance_ = kNoValue;
+    if (!IsPresent(point.reading.slopeDistance))
+        ReduceWhereNeeded(point);
+    if (!(point.reading.slopeDistance > kLongestNoDistance))
+        point.reading.slopeDistance = kNoValue;
 
-    code_ = TrovaStrInCmpConCod(" 71.");
-    if (code_.empty())
-        code_ = defaultCode_;
+    point.code = TrovaStrInCmpConCod(" 71.");
+    if (point.code.empty())
+        point.code = defaultCode_;
+}
+
+/// Horizontal distance and height difference instead of a slope distance. A zenith angle that was
+/// measured stays.
+void CConvFileGSI::ReduceWhereNeeded(Record& point) {
+    const double horizontalDistance = TrovaDoubleInCmpConCod(" 32.");
+    const double heightDifference = TrovaDoubleInCmpConCod(" 33.");
+    if (!IsPresent(horizontalDistance) || !IsPresent(heightDifference))
+        return;
+    const Reading reduced = ReducedReading(horizontalDistance, heightDifference);
+    point.reading.slopeDistance = reduced.slopeDistance;
+    if (!IsPresent(point.reading.zenithAngle))
+        point.reading.zenithAngle = reduced.zenithAngle;
+    if (!IsPresent(point.targetHeight))
+        point.targetHeight = 0;
 }
 
 /// A code block whose number stands in the last two of its eight digits.
-bool CConvFileGSI::TrattaRiga41() {
+bool CConvFileGSI::TrattaRiga41(Record& station) {
     const std::string_view number = Piece(line_, 13, 2);
+    station.isStation = true;
     if (number == "00") {
-        return StationBlock(TrovaStrInCmpConCod(" 43...."), TrovaStrInCmpConCod(" 44...."),
-                            TrovaDoubleInCmpConCod(" 42."));
+        station.name = TrovaStrInCmpConCod(" 43....");
+        station.code = TrovaStrInCmpConCod(" 44....");
+        station.instrumentHeight = TrovaDoubleInCmpConCod(" 42.");
+        return true;
     }
     if (number == "01") {
-        if (FindKey(" 43.") == kNoWord)
-            return false;
-        return StationBlock(TrovaStrInCmpConCod(" 42...."), TrovaStrInCmpConCod(" 44...."),
-                            TrovaDoubleInCmpConCod(" 43."));
+        station.name = TrovaStrInCmpConCod(" 42....");
+        station.code = TrovaStrInCmpConCod(" 44....");
+        station.instrumentHeight = TrovaDoubleInCmpConCod(" 43.");
+        return FindKey(" 43.") != kNoWord;
     }
     if (number == "30") {
         // Without a height in word 44 it stands in word 43, which is then no code.
-        const double height = TrovaDoubleInCmpConCod(" 44.");
-        if (IsPresent(height)) {
-            return StationBlock(TrovaStrInCmpConCod(" 42...."), TrovaStrInCmpConCod(" 43...."),
-                                height);
-        }
-        return StationBlock(TrovaStrInCmpConCod(" 42...."), "", TrovaDoubleInCmpConCod(" 43."));
+        station.name = TrovaStrInCmpConCod(" 42....");
+        station.instrumentHeight = TrovaDoubleInCmpConCod(" 44.");
+        if (IsPresent(station.instrumentHeight))
+            station.code = TrovaStrInCmpConCod(" 43....");
+        else
+            station.instrumentHeight = TrovaDoubleInCmpConCod(" 43.");
+        return true;
     }
     if (number == "09" || number == "03" || number == "51") {
         defaultCode_ = TrovaStrInCmpConCod(" 42....");
@@ -204,12 +213,15 @@ bool CConvFileGSI::TrattaRiga41() {
 }
 
 /// A code block of the other dialect, told by the last six of its sixteen digits.
-bool CConvFileGSI::TrattaRiga41Stonex() {
+bool CConvFileGSI::TrattaRiga41Stonex(Record& station) {
     const std::string_view kind = Piece(line_, 18, 6);
     if (kind == "OCUPAR") {
         defaultCode_.clear();
-        return StationBlock(TrovaStrInCmpConCod(" 42...."), TrovaStrInCmpConCod(" 43...."),
-                            TrovaDoubleInCmpConCod(" 44."));
+        station.isStation = true;
+        station.name = TrovaStrInCmpConCod(" 42....");
+        station.code = TrovaStrInCmpConCod(" 43....");
+        station.instrumentHeight = TrovaDoubleInCmpConCod(" 44.");
+        return true;
     }
     if (kind == "0000RE")
         skipBS1_ = TrovaStrInCmpConCod(" 42....") == "BS1";
@@ -223,14 +235,6 @@ bool CConvFileGSI::TrattaRiga41PuntoStonex() {
     if (blank < line_.size() && plus < blank)
         defaultCode_ = NameInFirstWord();
     return false;
-}
-
-bool CConvFileGSI::StationBlock(std::string name, std::string code, double instrumentHeight) {
-    name_ = std::move(name);
-    code_ = std::move(code);
-    instrumentHeight_ = instrumentHeight;
-    stationLine_ = true;
-    return true;
 }
 
 /// Word index of a word, given from its blank on: two digits and a point. kNoIndex for others.
@@ -330,23 +334,24 @@ void CConvFileGSI::EliminaZeriIniz(std::string_view& digits) {
         digits.remove_prefix(1);
 }
 
-void CConvFileGSI::ConvertiRiga() {
-    if (stationLine_)
-        ConversioneRigaS();
+void CConvFileGSI::ConvertiRiga(Record& record) {
+    if (record.isStation)
+        ConversioneRigaS(record);
     else
-        ConversioneRigaP();
+        ConversioneRigaP(record);
 }
 
-void CConvFileGSI::ConversioneRigaS() {
-    AggiungeSta(std::move(name_), std::move(code_), instrumentHeight_, kNoValue, kNoValue);
+void CConvFileGSI::ConversioneRigaS(Record& station) {
+    AggiungeSta(std::move(station.name), std::move(station.code), station.instrumentHeight,
+                kNoValue, kNoValue);
 }
 
-void CConvFileGSI::ConversioneRigaP() {
-    if (skipBS1_ && name_ == "BS1")
+void CConvFileGSI::ConversioneRigaP(Record& point) {
+    if (skipBS1_ && point.name == "BS1")
         return;
-    const double distance = RoundedByLong(DistanceOrNoValue(slopeDistance_), 10000);
-    const double targetHeight = RoundedByLong(targetHeight_, 1000);
-    code_.erase(std::min(code_.size(), code_.find('\r')));
-    AggiungePun(std::move(name_), std::move(code_), "", targetHeight, distance, verticalAngle_,
-                horizontalAngle_);
+    Reading reading = WithoutZeroDistance(point.reading);
+    reading.slopeDistance = RoundedByLong(reading.slopeDistance, 10000);
+    point.code.erase(std::min(point.code.size(), point.code.find('\r')));
+    AggiungePun(std::move(point.name), std::move(point.code), "",
+                RoundedByLong(point.targetHeight, 1000), reading);
 }

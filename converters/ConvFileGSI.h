@@ -3,7 +3,6 @@
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
 #include "host/NoValue.h"
-#include "routines/TextFile.h"
 
 #include <array>
 #include <cstdint>
@@ -20,46 +19,46 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
-    bool OpenFile();
+    /// What a line says: a station or a point.
+    struct Record {
+        bool isStation = false;
+        std::string name;
+        std::string code;
+        double instrumentHeight = kNoValue; ///< of a station
+        double targetHeight = kNoValue;     ///< of a point, as is its reading
+        Reading reading;
+    };
+
+    // Operations in the library's own vocabulary.
     bool LeggeUnaRigaGSI();
-    bool SeparaCampi();
-    bool TrattaRiga41();
-    bool TrattaRiga41Stonex();
+    bool SeparaCampi(Record& record);
+    bool TrattaRiga41(Record& record);
+    bool TrattaRiga41Stonex(Record& record);
     bool TrattaRiga41PuntoStonex();
     double TrovaDoubleInCmpConCod(std::string_view key) const;
     std::string TrovaStrInCmpConCod(std::string_view key) const;
     static void EliminaZeriIniz(std::string_view& digits);
-    void ConvertiRiga();
-    void ConversioneRigaS();
-    void ConversioneRigaP();
+    void ConvertiRiga(Record& record);
+    void ConversioneRigaS(Record& record);
+    void ConversioneRigaP(Record& record);
 
     void FindWords();
     static std::size_t WordIndex(std::string_view word);
     std::size_t FindKey(std::string_view key) const;
     std::size_t BlankFrom(std::size_t position, std::size_t word = 0) const;
     std::string_view NameInFirstWord() const;
-    void StationLine();
-    void PointLine();
-    bool StationBlock(std::string name, std::string code, double instrumentHeight);
+    void ConvertLine();
+    void StationLine(Record& record) const;
+    void PointLine(Record& record);
+    void ReduceWhereNeeded(Record& record);
 
-    std::string_view line_; ///< current line, without its line end
-    /// Where its blanks are; each but the ones in a row has a word behind it.
+    /// Where the blanks of the current line are; each but the ones in a row has a word behind it.
     std::array<std::uint8_t, TextFile::kLongestLine> blanks_{};
     std::size_t blankCount_ = 0;
     /// For each word index the first word that has it, as its place in blanks_; kNoWord: none.
     std::array<std::uint8_t, 100> firstWords_{};
 
-    std::string name_; ///< of the point or station of the current line, as is the code
-    std::string code_;
-    double instrumentHeight_ = kNoValue;
-    double targetHeight_ = kNoValue;
-    double slopeDistance_ = kNoValue;
-    double verticalAngle_ = kNoValue;
-    double horizontalAngle_ = kNoValue;
-
     std::string defaultCode_; ///< for points without one, from the last code block that gave one
     double defaultTargetHeight_ = kNoValue; ///< the same
-    bool stationLine_ = false;              ///< the current line is a station line
     bool skipBS1_ = false;                  ///< backsights named BS1 are left out
-    TextFile file_;
 };

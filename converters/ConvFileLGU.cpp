@@ -39,29 +39,25 @@ CConvFileLGU::~CConvFileLGU() = default;
 bool CConvFileLGU::Esegui() {
     if (!OpenFile())
         return false;
-    AggiungeJobDelFile();
-    while (LeggeUnaRigaLGU()) {
-        SeparaCampiLGU();
-        if (type_ == '1')
-            ConversioneRigaS();
-        else if (type_ == '2')
-            ConversioneRigaP();
-    }
-    file_.Close();
-    return true;
-}
-
-bool CConvFileLGU::OpenFile() {
-    return file_.Open(*fileName_);
+    AddJobOfFile();
+    return ForEachLine([this] { return LeggeUnaRigaLGU(); }, [this] { ConvertLine(); });
 }
 
 /// A line of nothing but its line end is no record; "1" alone is a station without a name.
 bool CConvFileLGU::LeggeUnaRigaLGU() {
-    if (!file_.ReadLine(line_))
+    if (!file_->ReadLine(line_))
         return false;
     type_ = line_.size() < 2 ? ' ' : line_.front();
     line_ = DropLast(line_);
     return true;
+}
+
+void CConvFileLGU::ConvertLine() {
+    SeparaCampiLGU();
+    if (type_ == '1')
+        ConversioneRigaS();
+    else if (type_ == '2')
+        ConversioneRigaP();
 }
 
 void CConvFileLGU::SeparaCampiLGU() {
@@ -76,11 +72,12 @@ void CConvFileLGU::ConversioneRigaS() {
 
 /// A distance of 0 is absent before it is rounded; one that only rounds to 0 is written as 0.
 void CConvFileLGU::ConversioneRigaP() {
-    const PolarReading polar = PolarFromReduced(DoubleDaString(slots_[kHorizontalDistance]),
-                                                DoubleDaString(slots_[kHeightDifference]));
-    const double slopeDistance = RoundedByLong(DistanceOrNoValue(polar.slopeDistance), 1000);
-    const double zenithAngle = RoundedByLong(polar.zenithAngle, 10000);
-    const double horizontalAngle = RoundedByLong(DoubleDaString(slots_[kHorizontalAngle]), 10000);
+    Reading reading = WithoutZeroDistance(ReadingFromReduced(
+        DoubleDaString(slots_[kHorizontalDistance]), DoubleDaString(slots_[kHeightDifference]),
+        DoubleDaString(slots_[kHorizontalAngle])));
+    reading.slopeDistance = RoundedByLong(reading.slopeDistance, 1000);
+    reading.zenithAngle = RoundedByLong(reading.zenithAngle, 10000);
+    reading.horizontalAngle = RoundedByLong(reading.horizontalAngle, 10000);
     AggiungePun(std::string(slots_[kName]), std::string(slots_[kCode]), "",
-                DoubleDaString(slots_[kHeight]), slopeDistance, zenithAngle, horizontalAngle);
+                DoubleDaString(slots_[kHeight]), reading);
 }

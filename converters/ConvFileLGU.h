@@ -2,7 +2,6 @@
 
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
-#include "routines/TextFile.h"
 
 #include <array>
 #include <string_view>
@@ -17,14 +16,14 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
-    bool OpenFile();
+    // Operations in the library's own vocabulary.
     bool LeggeUnaRigaLGU();
     void SeparaCampiLGU();
     void ConversioneRigaS();
     void ConversioneRigaP();
 
-    std::string_view line_;
-    char type_ = ' ';
+    void ConvertLine();
+
+    char type_ = ' '; ///< of the current line
     std::array<std::string_view, 6> slots_;
-    TextFile file_;
 };

@@ -31,52 +31,46 @@ CConvFileMM2::CConvFileMM2(CLibCmp& fieldBook, std::string* fileName)
 CConvFileMM2::~CConvFileMM2() = default;
 
 bool CConvFileMM2::Esegui() {
-    if (!OpenFile())
-        return false;
-    while (LeggeUnaRigaMM2()) {
-        switch (type_) {
-        case 'L':
-            ConversioneRigaL();
-            break;
-        case 'S':
-            ConversioneRigaS();
-            break;
-        case 'P':
-            ConversioneRigaP();
-            break;
-        case 'R':
-            ConversioneRigaR();
-            break;
-        default:
-            break;
-        }
-    }
-    file_.Close();
-    return true;
-}
-
-bool CConvFileMM2::OpenFile() {
-    return file_.Open(*fileName_);
+    return OpenFile() &&
+           ForEachLine([this] { return LeggeUnaRigaMM2(); }, [this] { ConvertLine(); });
 }
 
 /// The line end stays: it closes no field, so nothing reads it.
 bool CConvFileMM2::LeggeUnaRigaMM2() {
-    std::string_view line;
-    if (!file_.ReadLine(line))
+    if (!file_->ReadLine(line_))
         return false;
-    type_ = line.empty() ? '\0' : line.front();
-    rest_ = Piece(line, kFields);
+    type_ = line_.empty() ? '\0' : line_.front();
+    line_ = Piece(line_, kFields);
     return true;
+}
+
+void CConvFileMM2::ConvertLine() {
+    switch (type_) {
+    case 'L':
+        ConversioneRigaL();
+        break;
+    case 'S':
+        ConversioneRigaS();
+        break;
+    case 'P':
+        ConversioneRigaP();
+        break;
+    case 'R':
+        ConversioneRigaR();
+        break;
+    default:
+        break;
+    }
 }
 
 /// A field that no separator closes is empty, on purpose: the instrument closes every one.
 std::string_view CConvFileMM2::SeparaCampo() {
     std::string_view field;
-    CutAt(rest_, kGroupSeparator, field);
+    CutAt(line_, kGroupSeparator, field);
     return TrimBoth(field);
 }
 
-double CConvFileMM2::SeparaNumero() {
+double CConvFileMM2::NextNumber() {
     return DoubleDaString(SeparaCampo());
 }
 
@@ -91,32 +85,32 @@ void CConvFileMM2::ConversioneRigaL() {
 void CConvFileMM2::ConversioneRigaS() {
     const std::string name(SeparaCampo());
     const std::string code(SeparaCampo());
-    const double instrumentHeight = SeparaNumero();
-    const double temperature = SeparaNumero();
-    const double pressure = SeparaNumero();
+    const double instrumentHeight = NextNumber();
+    const double temperature = NextNumber();
+    const double pressure = NextNumber();
     AggiungeSta(name, code, instrumentHeight, temperature, pressure);
 }
 
 void CConvFileMM2::ConversioneRigaP() {
     const std::string name(SeparaCampo());
     const std::string code(SeparaCampo());
-    const double targetHeight = SeparaNumero();
-    const double horizontalAngle = SeparaNumero();
-    const double verticalAngle = SeparaNumero();
-    const double slopeDistance = DistanceOrNoValue(SeparaNumero());
-    AggiungePun(name, code, "", targetHeight, slopeDistance, verticalAngle, horizontalAngle);
+    const double targetHeight = NextNumber();
+    const double horizontalAngle = NextNumber();
+    const double zenithAngle = NextNumber();
+    const double slopeDistance = NextNumber();
+    AggiungePun(name, code, "", targetHeight,
+                WithoutZeroDistance({slopeDistance, zenithAngle, horizontalAngle}));
 }
 
 /// What it becomes is not rounded, and a computed distance of 0 stays 0, on purpose.
 void CConvFileMM2::ConversioneRigaR() {
     const std::string name(SeparaCampo());
     const std::string code(SeparaCampo());
-    const double targetHeight = SeparaNumero();
-    const double horizontalAngle = SeparaNumero();
-    const double heightDifference = SeparaNumero();
-    const double horizontalDistance = SeparaNumero();
-    const PolarReading polar = PolarFromReduced(horizontalDistance, heightDifference);
-    AggiungePun(name, code, "", targetHeight, polar.slopeDistance, polar.zenithAngle,
-                horizontalAngle);
+    const double targetHeight = NextNumber();
+    const double horizontalAngle = NextNumber();
+    const double heightDifference = NextNumber();
+    const double horizontalDistance = NextNumber();
+    AggiungePun(name, code, "", targetHeight,
+                ReadingFromReduced(horizontalDistance, heightDifference, horizontalAngle));
     warningKind_ = kReduced;
 }

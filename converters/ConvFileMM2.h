@@ -2,7 +2,6 @@
 
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
-#include "routines/TextFile.h"
 
 #include <string>
 #include <string_view>
@@ -17,7 +16,7 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
-    bool OpenFile();
+    // Operations in the library's own vocabulary.
     bool LeggeUnaRigaMM2();
     std::string_view SeparaCampo();
     void ConversioneRigaL();
@@ -25,9 +24,8 @@ private:
     void ConversioneRigaP();
     void ConversioneRigaR();
 
-    double SeparaNumero();
+    void ConvertLine();
+    double NextNumber();
 
-    char type_ = '\0';      ///< of the current record
-    std::string_view rest_; ///< what is left of the current line
-    TextFile file_;
+    char type_ = '\0'; ///< of the current record
 };

@@ -63,33 +63,29 @@ CConvFileMMT::~CConvFileMMT() = default;
 bool CConvFileMMT::Esegui() {
     if (!OpenFile())
         return false;
-    while (LeggeUnaRigaMMT()) {
-        const auto* const tag = std::ranges::find(kTags, tag_, &Tag::tag);
-        if (tag == std::end(kTags))
-            continue;
-        if (tag->slot == 0)
-            IniziaRiga(tag->record);
-        else
-            slots_[tag->slot] = value_;
-    }
+    ForEachLine([this] { return LeggeUnaRigaMMT(); }, [this] { ConvertLine(); });
     ConvertiRiga();
-    file_.Close();
     return true;
-}
-
-bool CConvFileMMT::OpenFile() {
-    return file_.Open(*fileName_);
 }
 
 /// The line's last character goes with the value, as its line end.
 bool CConvFileMMT::LeggeUnaRigaMMT() {
-    std::string_view line;
-    if (!file_.ReadLine(line))
+    if (!file_->ReadLine(line_))
         return false;
-    const bool hasValue = line.size() >= kShortestLine;
-    tag_ = hasValue ? line.substr(0, kTagLength) : std::string_view{};
-    value_ = hasValue ? TrimBoth(DropLast(Piece(line, kValue))) : std::string_view{};
+    const bool hasValue = line_.size() >= kShortestLine;
+    tag_ = hasValue ? line_.substr(0, kTagLength) : std::string_view{};
+    value_ = hasValue ? TrimBoth(DropLast(Piece(line_, kValue))) : std::string_view{};
     return true;
+}
+
+void CConvFileMMT::ConvertLine() {
+    const auto* const tag = std::ranges::find(kTags, tag_, &Tag::tag);
+    if (tag == std::end(kTags))
+        return;
+    if (tag->slot == 0)
+        IniziaRiga(tag->record);
+    else
+        slots_[tag->slot] = value_;
 }
 
 void CConvFileMMT::IniziaRiga(RecordType type) {
@@ -132,6 +128,7 @@ void CConvFileMMT::ConversioneRigaS() {
 
 void CConvFileMMT::ConversioneRigaP() {
     AggiungePun(slots_[0], slots_[1], "", SlotDividedBy(2, kPerMetre),
-                DistanceOrNoValue(SlotDividedBy(5, kPerMetre)), SlotDividedBy(4, kPerGon),
-                SlotDividedBy(3, kPerGon));
+                WithoutZeroDistance({.slopeDistance = SlotDividedBy(5, kPerMetre),
+                                     .zenithAngle = SlotDividedBy(4, kPerGon),
+                                     .horizontalAngle = SlotDividedBy(3, kPerGon)}));
 }

@@ -2,7 +2,6 @@
 
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
-#include "routines/TextFile.h"
 
 #include <array>
 #include <string>
@@ -20,7 +19,7 @@ public:
 private:
     enum class RecordType { None, Job, Station, Point };
 
-    bool OpenFile();
+    // Operations in the library's own vocabulary.
     bool LeggeUnaRigaMMT();
     void IniziaRiga(RecordType type);
     void ConvertiRiga();
@@ -31,11 +30,11 @@ private:
     struct Tag;
     static const Tag kTags[];
 
+    void ConvertLine();
     double SlotDividedBy(std::size_t slot, double divisor) const;
 
     std::string_view tag_;               ///< of the current line; empty where it has none
     std::string_view value_;             ///< of the current line
     RecordType type_ = RecordType::None; ///< of the record in hand
     std::array<std::string, 6> slots_;   ///< of the record in hand
-    TextFile file_;
 };

@@ -35,7 +35,7 @@ constexpr std::size_t kName = 1;
 constexpr std::size_t kCode = 10;
 constexpr std::size_t kHeight = 19;
 constexpr std::size_t kSlopeDistance = 23;
-constexpr std::size_t kVerticalAngle = 27;
+constexpr std::size_t kZenithAngle = 27;
 constexpr std::size_t kHorizontalAngle = 31;
 constexpr std::size_t kTextWidth = 9;
 constexpr std::size_t kHeaderWidth = 10;
@@ -69,17 +69,17 @@ bool CConvFileMTS::Esegui() {
             break;
         }
     }
-    file_.Close();
+    records_.Close();
     return true;
 }
 
 bool CConvFileMTS::OpenFile() {
-    return file_.Open(*fileName_);
+    return records_.Open(*fileName_, preparation_.source);
 }
 
 bool CConvFileMTS::LeggeUnaRigaMTS() {
     record_.fill(0);
-    return file_.Read(record_.data(), record_.size()) == record_.size();
+    return records_.Read(record_.data(), record_.size()) == record_.size();
 }
 
 /// Reverses two or four bytes in place; any other size is left as it is.
@@ -116,10 +116,11 @@ void CConvFileMTS::LeggeStazione() {
 }
 
 void CConvFileMTS::LeggePunto() {
-    const bool hasDistance = record_[0] == kObservation;
-    const double distance =
-        hasDistance ? DistanceOrNoValue(BigEndian<float>(kSlopeDistance)) : kNoValue;
+    Reading reading{.zenithAngle = BigEndian<std::int32_t>(kZenithAngle) * kGonPerArcSecond,
+                    .horizontalAngle =
+                        BigEndian<std::int32_t>(kHorizontalAngle) * kGonPerArcSecond};
+    if (record_[0] == kObservation)
+        reading.slopeDistance = BigEndian<float>(kSlopeDistance);
     AggiungePun(Text(kName, kTextWidth), Text(kCode, kTextWidth), "", BigEndian<float>(kHeight),
-                distance, BigEndian<std::int32_t>(kVerticalAngle) * kGonPerArcSecond,
-                BigEndian<std::int32_t>(kHorizontalAngle) * kGonPerArcSecond);
+                WithoutZeroDistance(reading));
 }

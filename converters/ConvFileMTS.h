@@ -20,6 +20,7 @@ public:
 private:
     static constexpr std::size_t kRecordSize = 43;
 
+    // Operations in the library's own vocabulary.
     bool OpenFile();
     bool LeggeUnaRigaMTS();
     static void ChangeEndian(char* bytes, int size);
@@ -34,5 +35,5 @@ private:
 
     std::array<char, kRecordSize> record_{};
     std::string header_; ///< the instrument of the jobs that follow
-    InputFile file_;
+    InputFile records_;  ///< the file, which is no text
 };

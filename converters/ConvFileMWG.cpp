@@ -20,7 +20,7 @@ constexpr Columns kWord = {0, 2};
 constexpr Columns kMarker = {6, 9};
 constexpr Columns kPointNumber = {7, 8};
 constexpr Columns kHorizontalAngle = {22, 9};
-constexpr Columns kVerticalAngle = {38, 9};
+constexpr Columns kZenithAngle = {38, 9};
 constexpr Columns kSlopeDistance = {54, 9};
 constexpr Columns kStationNumber = {23, 8};
 constexpr Columns kTargetHeight = {38, 9};
@@ -56,21 +56,17 @@ CConvFileMWG::~CConvFileMWG() = default;
 bool CConvFileMWG::Esegui() {
     if (!OpenFile())
         return false;
-    AggiungeJobDelFile();
-    while (LeggeUnaRigaMWG()) {
-        AnalizzaRigaMWG();
-        SalvaRigaMWG();
-    }
-    file_.Close();
-    return true;
-}
-
-bool CConvFileMWG::OpenFile() {
-    return file_.Open(*fileName_);
+    AddJobOfFile();
+    return ForEachLine([this] { return LeggeUnaRigaMWG(); }, [this] { ConvertLine(); });
 }
 
 bool CConvFileMWG::LeggeUnaRigaMWG() {
-    return file_.ReadLineWithoutLast(line_);
+    return file_->ReadLineWithoutLast(line_);
+}
+
+void CConvFileMWG::ConvertLine() {
+    AnalizzaRigaMWG();
+    SalvaRigaMWG();
 }
 
 void CConvFileMWG::AnalizzaRigaMWG() {
@@ -83,9 +79,9 @@ void CConvFileMWG::AnalizzaRigaMWG() {
 
 void CConvFileMWG::Observation() {
     pointName_ = NameOfNumber(Piece(line_, kPointNumber));
-    horizontalAngle_ = DividedNumber(Piece(line_, kHorizontalAngle), kPerGon);
-    verticalAngle_ = DividedNumber(Piece(line_, kVerticalAngle), kPerGon);
-    slopeDistance_ = DividedNumber(Piece(line_, kSlopeDistance), kPerMetre);
+    reading_ = {.slopeDistance = DividedNumber(Piece(line_, kSlopeDistance), kPerMetre),
+                .zenithAngle = DividedNumber(Piece(line_, kZenithAngle), kPerGon),
+                .horizontalAngle = DividedNumber(Piece(line_, kHorizontalAngle), kPerGon)};
     pointReady_ = true;
     stationReady_ = false;
 }
@@ -124,6 +120,5 @@ void CConvFileMWG::AggiungiStazioneMWG() {
 }
 
 void CConvFileMWG::AggiungiPuntoMWG() {
-    AggiungePun(pointName_, "", "", targetHeight_, DistanceOrNoValue(slopeDistance_),
-                verticalAngle_, horizontalAngle_);
+    AggiungePun(pointName_, "", "", targetHeight_, WithoutZeroDistance(reading_));
 }

@@ -3,7 +3,6 @@
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
 #include "host/NoValue.h"
-#include "routines/TextFile.h"
 
 #include <string>
 #include <string_view>
@@ -18,25 +17,23 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
-    bool OpenFile();
+    // Operations in the library's own vocabulary.
     bool LeggeUnaRigaMWG();
     void AnalizzaRigaMWG();
     void SalvaRigaMWG();
     void AggiungiStazioneMWG();
     void AggiungiPuntoMWG();
 
+    void ConvertLine();
     void Observation();
     void Information();
 
-    std::string_view line_;
+    // Lines write what is ready again, so it lasts.
     bool stationReady_ = false;
     bool pointReady_ = false;
     std::string stationName_;
     double instrumentHeight_ = kNoValue;
     std::string pointName_;
-    double horizontalAngle_ = kNoValue;
-    double verticalAngle_ = kNoValue;
-    double slopeDistance_ = kNoValue;
+    Reading reading_;                ///< of the point
     double targetHeight_ = kNoValue; ///< kept until a line changes it
-    TextFile file_;
 };

@@ -20,9 +20,12 @@ CConvFileODB::~CConvFileODB() = default;
 bool CConvFileODB::Esegui() {
     if (!OpenFile())
         return false;
-    while (LeggeUnaRiga())
-        ConvertiRigaODB();
-    return true;
+    AddJobOfFile();
+    return ForEachLine([this] { return LeggeUnaRigaODB(); }, [this] { ConvertiRigaODB(); });
+}
+
+bool CConvFileODB::LeggeUnaRigaODB() {
+    return file_->ReadLineWithoutLast(line_);
 }
 
 /// What follows the last blank is no field: it is left for the code.
@@ -33,7 +36,7 @@ std::string_view CConvFileODB::SeparaCampoODB() {
 }
 
 void CConvFileODB::ConvertiRigaODB() {
-    if (line_.size() < 2)
+    if (line_.size() < kShortestLine)
         return;
     const auto first = static_cast<unsigned char>(line_.front());
     if (first < 32 || first > 127)
@@ -46,14 +49,14 @@ void CConvFileODB::ConvertiRigaODB() {
     SeparaCampoODB();
     fields.instrumentHeight = SeparaCampoODB();
     fields.targetHeight = SeparaCampoODB();
-    fields.verticalAngle = SeparaCampoODB();
+    fields.zenithAngle = SeparaCampoODB();
     fields.horizontalAngle = SeparaCampoODB();
     fields.slopeDistance = SeparaCampoODB();
     fields.code = line_;
 
     if (fields.station != previousStation_ || fields.instrumentHeight != previousHeight_)
-        AggiungiStazione(fields);
-    AggiungiPunto(fields);
+        WriteStation(fields);
+    WritePoint(fields);
     previousStation_ = fields.station;
     previousHeight_ = fields.instrumentHeight;
 }

@@ -16,6 +16,8 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
+    // Operations in the library's own vocabulary.
+    bool LeggeUnaRigaODB();
     std::string_view SeparaCampoODB();
     void ConvertiRigaODB();
 

@@ -20,9 +20,12 @@ CConvFileOVD::~CConvFileOVD() = default;
 bool CConvFileOVD::Esegui() {
     if (!OpenFile())
         return false;
-    while (LeggeUnaRiga())
-        ConvertiRigaOVD();
-    return true;
+    AddJobOfFile();
+    return ForEachLine([this] { return LeggeUnaRigaOVD(); }, [this] { ConvertiRigaOVD(); });
+}
+
+bool CConvFileOVD::LeggeUnaRigaOVD() {
+    return file_->ReadLineWithoutLast(line_);
 }
 
 /// The line is trimmed with each field that is cut off it. What follows the last comma is no field:
@@ -36,20 +39,20 @@ std::string_view CConvFileOVD::SeparaCampoOVD() {
 }
 
 void CConvFileOVD::ConvertiRigaOVD() {
-    if (line_.size() < 2)
+    if (line_.size() < kShortestLine)
         return;
     Fields fields;
     fields.station = SeparaCampoOVD();
     fields.point = SeparaCampoOVD();
     fields.horizontalAngle = SeparaCampoOVD();
-    fields.verticalAngle = SeparaCampoOVD();
+    fields.zenithAngle = SeparaCampoOVD();
     fields.slopeDistance = SeparaCampoOVD();
     fields.instrumentHeight = SeparaCampoOVD();
     fields.targetHeight = SeparaCampoOVD();
     fields.code = line_;
 
     if (fields.station != previousStation_)
-        AggiungiStazione(fields);
-    AggiungiPunto(fields);
+        WriteStation(fields);
+    WritePoint(fields);
     previousStation_ = fields.station;
 }

@@ -15,6 +15,8 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
+    // Operations in the library's own vocabulary.
+    bool LeggeUnaRigaOVD();
     std::string_view SeparaCampoOVD();
     void ConvertiRigaOVD();
 };

@@ -35,7 +35,7 @@ constexpr CConvFilePentaxATS100::ColumnName CConvFilePentaxATS100::kColumnNames[
     {"HP", nullptr, &Values::targetHeight},
     {"H", nullptr, &Values::instrumentHeight},
     {"n", nullptr, &Values::horizontalAngle},
-    {"A", nullptr, &Values::verticalAngle},
+    {"A", nullptr, &Values::zenithAngle},
     {"DR", nullptr, &Values::horizontalDistance},
     {"DO", nullptr, &Values::slopeDistance},
     {"Di", nullptr, &Values::heightDifference},
@@ -63,26 +63,22 @@ CConvFilePentaxATS100::~CConvFilePentaxATS100() = default;
 bool CConvFilePentaxATS100::Esegui() {
     if (!OpenFile())
         return false;
-    AggiungeJobDelFile();
-    while (LeggeUnaRigaDAT()) {
-        if (!line_.empty())
-            IndividuaCampi();
-    }
-    file_.Close();
-    return true;
-}
-
-bool CConvFilePentaxATS100::OpenFile() {
-    return file_.Open(*fileName_);
+    AddJobOfFile();
+    return ForEachLine([this] { return LeggeUnaRigaDAT(); }, [this] { ConvertLine(); });
 }
 
 /// The line end stays: it is the first of the two characters that a line's last value loses.
 bool CConvFilePentaxATS100::LeggeUnaRigaDAT() {
-    if (!file_.ReadLine(line_))
+    if (!file_->ReadLine(line_))
         return false;
     if (line_.size() < 2)
         line_ = {};
     return true;
+}
+
+void CConvFilePentaxATS100::ConvertLine() {
+    if (!line_.empty())
+        IndividuaCampi();
 }
 
 /// A line that names columns and begins with "S" or "M" is also read as data, on purpose.
@@ -142,7 +138,7 @@ void CConvFilePentaxATS100::LeggeDati(const ColumnMap& map, bool isStation) {
         const double distance =
             hasSlopeDistance_ ? DistanceOrNoValue(values_.slopeDistance) : values_.slopeDistance;
         AggiungePun(std::string(values_.name), std::string(values_.code), "", values_.targetHeight,
-                    distance, values_.verticalAngle, values_.horizontalAngle);
+                    {distance, values_.zenithAngle, values_.horizontalAngle});
     }
     Inizializza();
 }
@@ -158,14 +154,14 @@ void CConvFilePentaxATS100::Store(const ColumnName& column, std::string_view tex
 /// those are; what a zenith angle column gave is replaced by it. An absent target or instrument
 /// height counts as 0.
 void CConvFilePentaxATS100::UseReducedValues() {
-    values_.verticalAngle = values_.slopeDistance = kNoValue;
+    values_.zenithAngle = values_.slopeDistance = kNoValue;
     if (values_.horizontalDistance == kNoValue || values_.heightDifference == kNoValue)
         return;
     const double difference = values_.heightDifference + ValueOrZero(values_.targetHeight) -
                               ValueOrZero(lastInstrumentHeight_);
-    const PolarReading polar = RoundedPolarFromReduced(values_.horizontalDistance, difference);
-    values_.verticalAngle = polar.zenithAngle;
-    values_.slopeDistance = polar.slopeDistance;
+    const Reading reading = RoundedReadingFromReduced(values_.horizontalDistance, difference);
+    values_.zenithAngle = reading.zenithAngle;
+    values_.slopeDistance = reading.slopeDistance;
 }
 
 void CConvFilePentaxATS100::Inizializza() {

@@ -3,7 +3,6 @@
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
 #include "host/NoValue.h"
-#include "routines/TextFile.h"
 
 #include <array>
 #include <string>
@@ -32,23 +31,23 @@ private:
         double targetHeight = kNoValue;
         double instrumentHeight = kNoValue;
         double horizontalAngle = kNoValue;
-        double verticalAngle = kNoValue;
+        double zenithAngle = kNoValue;
         double horizontalDistance = kNoValue;
         double slopeDistance = kNoValue;
         double heightDifference = kNoValue;
     };
 
-    bool OpenFile();
+    // Operations in the library's own vocabulary.
     bool LeggeUnaRigaDAT();
     void IndividuaCampi();
     void LeggeCampi(ColumnMap& map);
     void LeggeDati(const ColumnMap& map, bool isStation);
     void Inizializza();
 
+    void ConvertLine();
     void Store(const ColumnName& column, std::string_view text);
     void UseReducedValues();
 
-    std::string_view line_; ///< the current line, with its line end
     ColumnMap stationMap_{};
     ColumnMap pointMap_{};
     bool stationTitle_ = false;     ///< the line before was the title of a station section
@@ -56,5 +55,4 @@ private:
     bool hasSlopeDistance_ = false; ///< a slope distance column was seen
     Values values_;
     double lastInstrumentHeight_ = kNoValue;
-    TextFile file_;
 };

@@ -59,7 +59,7 @@ constexpr Tag<Point> kPointTags[] = {
     {"PPC", &Point::code, nullptr},
     {"PPH", nullptr, &Point::targetHeight},
     {"RTH", nullptr, &Point::horizontalAngle},
-    {"RTV", nullptr, &Point::verticalAngle},
+    {"RTV", nullptr, &Point::zenithAngle},
     {"RTD", nullptr, &Point::slopeDistance},
 };
 
@@ -147,9 +147,9 @@ void CConvFilePentaxR100::ConversioneSta() {
 void CConvFilePentaxR100::ConversionePun() {
     if (!point_.pending)
         return;
-    AggiungePun(point_.name, point_.code, "", point_.targetHeight,
-                DistanceOrNoValue(point_.slopeDistance), point_.verticalAngle,
-                point_.horizontalAngle);
+    AggiungePun(
+        point_.name, point_.code, "", point_.targetHeight,
+        WithoutZeroDistance({point_.slopeDistance, point_.zenithAngle, point_.horizontalAngle}));
     AzzeramentoPun();
 }
 

@@ -30,7 +30,7 @@ public:
         std::string code;
         double targetHeight = kNoValue;
         double horizontalAngle = kNoValue;
-        double verticalAngle = kNoValue;
+        double zenithAngle = kNoValue;
         double slopeDistance = kNoValue;
         bool pending = false;
     };
@@ -39,6 +39,7 @@ protected:
     void ProcessaRiga() override;
 
 private:
+    // Operations in the library's own vocabulary.
     void ConversioneLav();
     void ConversioneSta();
     void ConversionePun();

@@ -58,7 +58,7 @@ CConvFilePhenix::~CConvFilePhenix() {
 
 void CConvFilePhenix::ProcessaRiga() {
     std::string_view keyword;
-    if (SeparaParolaChiave(keyword))
+    if (CutKeyword(keyword))
         AnalizzaRiga(keyword);
 }
 
@@ -146,8 +146,8 @@ void CConvFilePhenix::PointCoordinates(const std::string& east, const std::strin
     const std::string note = "N = " + north + "\r\nE = " + east + "\r\nQ = " + height;
 
     const CPun* const before = LastPoint();
-    AggiungePun(slots_[kName], slots_[kCode], note, targetHeight, distance, zenith,
-                AngoloDaAsseRifer(dE, dN));
+    AggiungePun(slots_[kName], slots_[kCode], note, targetHeight,
+                {distance, zenith, AngoloDaAsseRifer(dE, dN)});
     CPun* const added = LastPoint();
     if (added != before) // the field book took it
         added->SetTerScri(LoadText(TextId::ConvertedFromCoordinates));
@@ -165,10 +165,12 @@ void CConvFilePhenix::SalvaRigaS() {
 }
 
 void CConvFilePhenix::SalvaRigaP() {
-    AggiungePun(slots_[kName], slots_[kCode], slots_[kNote], DoubleDaString(slots_[kHeight]),
-                DistanceOrNoValue(DoubleDaString(slots_[kDistance])),
-                GonFromArcSeconds(DoubleDaString(slots_[kZenithAngle])),
-                GonFromArcSeconds(DoubleDaString(slots_[kHorizontalAngle])));
+    AggiungePun(
+        slots_[kName], slots_[kCode], slots_[kNote], DoubleDaString(slots_[kHeight]),
+        WithoutZeroDistance(
+            {.slopeDistance = DoubleDaString(slots_[kDistance]),
+             .zenithAngle = GonFromArcSeconds(DoubleDaString(slots_[kZenithAngle])),
+             .horizontalAngle = GonFromArcSeconds(DoubleDaString(slots_[kHorizontalAngle]))}));
     pointPending_ = false;
     AnnullaCampi();
 }

@@ -20,6 +20,7 @@ protected:
 private:
     friend CConvPendingRecords<CConvFilePhenix>;
 
+    // Operations in the library's own vocabulary.
     void AnalizzaRiga(std::string_view keyword);
     void CampoSTA();
     void CampoFS();

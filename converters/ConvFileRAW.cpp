@@ -27,63 +27,59 @@ CConvFileRAW::CConvFileRAW(CLibCmp& fieldBook, std::string* fileName)
 CConvFileRAW::~CConvFileRAW() = default;
 
 bool CConvFileRAW::Esegui() {
-    if (!OpenFile())
-        return false;
-    while (LeggeUnaRigaRAW()) {
-        if (recordType_ == "ST")
-            AggiungiSta();
-        else if (recordType_ == "SS")
-            AggiungiPun();
-        else if (recordType_ == "F1")
-            AggiungiPunF1();
-    }
-    file_.Close();
-    return true;
-}
-
-bool CConvFileRAW::OpenFile() {
-    return file_.Open(*fileName_);
+    return OpenFile() &&
+           ForEachLine([this] { return LeggeUnaRigaRAW(); }, [this] { ConvertLine(); });
 }
 
 bool CConvFileRAW::LeggeUnaRigaRAW() {
-    if (!file_.ReadLineWithoutLast(line_))
+    if (!file_->ReadLineWithoutLast(line_))
         return false;
     line_ = TrimBoth(line_);
     recordType_ = line_.substr(0, 2);
     return true;
 }
 
+void CConvFileRAW::ConvertLine() {
+    if (recordType_ == "ST")
+        AggiungiSta();
+    else if (recordType_ == "SS")
+        AggiungiPun();
+    else if (recordType_ == "F1")
+        AggiungiPunF1();
+}
+
 std::string_view CConvFileRAW::SeparaCampo() {
     return TrimBoth(TakeField(line_, ','));
 }
 
-void CConvFileRAW::SeparaCampi() {
+void CConvFileRAW::CutFields() {
     line_ = Piece(line_, kTypeAndComma);
     for (std::string_view& field : fields_)
         field = SeparaCampo();
 }
 
 void CConvFileRAW::AggiungiSta() {
-    SeparaCampi();
+    CutFields();
     backDirection_ = DoubleDaString(fields_[6]);
     AggiungeSta(std::string(fields_[0]), std::string(fields_[1]), DoubleDaString(fields_[4]),
                 kNoValue, kNoValue);
 }
 
 void CConvFileRAW::AggiungiPun() {
-    SeparaCampi();
-    AddPoint(DoubleDaString(fields_[3]));
+    CutFields();
+    WritePoint(DoubleDaString(fields_[3]));
 }
 
 /// A face-one reading takes its horizontal direction from the station record, on purpose, whatever
 /// that record's field gave (0 where it was empty).
 void CConvFileRAW::AggiungiPunF1() {
-    SeparaCampi();
-    AddPoint(IsPresent(backDirection_) ? backDirection_ : DoubleDaString(fields_[3]));
+    CutFields();
+    WritePoint(IsPresent(backDirection_) ? backDirection_ : DoubleDaString(fields_[3]));
 }
 
-void CConvFileRAW::AddPoint(double horizontalAngle) {
+void CConvFileRAW::WritePoint(double horizontalAngle) {
     AggiungePun(std::string(fields_[0]), std::string(fields_[6]), "", DoubleDaString(fields_[1]),
-                DistanceOrNoValue(DoubleDaString(fields_[2])), DoubleDaString(fields_[4]),
-                horizontalAngle);
+                WithoutZeroDistance({.slopeDistance = DoubleDaString(fields_[2]),
+                                     .zenithAngle = DoubleDaString(fields_[4]),
+                                     .horizontalAngle = horizontalAngle}));
 }

@@ -3,7 +3,6 @@
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
 #include "host/NoValue.h"
-#include "routines/TextFile.h"
 
 #include <array>
 #include <string>
@@ -19,19 +18,18 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
-    bool OpenFile();
+    // Operations in the library's own vocabulary.
     bool LeggeUnaRigaRAW();
     std::string_view SeparaCampo();
     void AggiungiSta();
     void AggiungiPun();
     void AggiungiPunF1();
 
-    void SeparaCampi();
-    void AddPoint(double horizontalAngle);
+    void ConvertLine();
+    void CutFields();
+    void WritePoint(double horizontalAngle);
 
-    std::string_view line_;       ///< what is left of the current line
     std::string_view recordType_; ///< of the current line
     std::array<std::string_view, 7> fields_;
     double backDirection_ = kNoValue; ///< of the last station record
-    TextFile file_;
 };

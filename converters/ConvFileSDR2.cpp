@@ -49,12 +49,12 @@ struct CConvFileSDR2::Record {
 };
 
 constexpr CConvFileSDR2::Record CConvFileSDR2::kRecords[] = {
-    {"10NM", &CConvFileSDR2::JobName},      {"13TS", &CConvFileSDR2::TimeStamp},
-    {"02TP", &CConvFileSDR2::Station},      {"02IC", &CConvFileSDR2::Station},
-    {"02RS", &CConvFileSDR2::Station},      {"02KI", &CConvFileSDR2::Station},
-    {"02CO", &CConvFileSDR2::Station},      {"03NM", &CConvFileSDR2::TargetHeight},
-    {"03IC", &CConvFileSDR2::TargetHeight}, {"09F1", &CConvFileSDR2::Observation},
-    {"09F2", &CConvFileSDR2::Observation},
+    {"10NM", &CConvFileSDR2::JobName},          {"13TS", &CConvFileSDR2::TimeStamp},
+    {"02TP", &CConvFileSDR2::Station},          {"02IC", &CConvFileSDR2::Station},
+    {"02RS", &CConvFileSDR2::Station},          {"02KI", &CConvFileSDR2::Station},
+    {"02CO", &CConvFileSDR2::Station},          {"03NM", &CConvFileSDR2::TargetHeight},
+    {"03IC", &CConvFileSDR2::TargetHeight},     {"09F1", &CConvFileSDR2::ConversioneRigaP},
+    {"09F2", &CConvFileSDR2::ConversioneRigaP},
 };
 
 CConvFileSDR2::CConvFileSDR2(CLibCmp& fieldBook, std::string* fileName)
@@ -63,22 +63,14 @@ CConvFileSDR2::CConvFileSDR2(CLibCmp& fieldBook, std::string* fileName)
 CConvFileSDR2::~CConvFileSDR2() = default;
 
 bool CConvFileSDR2::Esegui() {
-    if (!OpenFile())
-        return false;
-    while (LeggeUnaRigaSDR2())
-        ConvertiRiga();
-    file_.Close();
-    return true;
+    return OpenFile() &&
+           ForEachLine([this] { return LeggeUnaRigaSDR2(); }, [this] { ConvertiRiga(); });
 }
 
-bool CConvFileSDR2::OpenFile() {
-    return file_.Open(*fileName_);
-}
-
-/// An empty line leaves the line before it in place, which is then converted again, on purpose: an
-/// observation that an empty line follows stands twice.
+/// An empty line leaves the line before it in place, which is then converted again, on purpose: the
+/// field books of this format have an observation twice where an empty line follows it.
 bool CConvFileSDR2::LeggeUnaRigaSDR2() {
-    return file_.ReadLineOrKeep(text_);
+    return file_->ReadLineOrKeep(text_);
 }
 
 void CConvFileSDR2::ConvertiRiga() {
@@ -96,18 +88,18 @@ void CConvFileSDR2::JobName(std::string_view rest) {
 
 /// A time stamp without a job name before it adds no job.
 void CConvFileSDR2::TimeStamp(std::string_view rest) {
-    timeStamp_ = TrimBoth(rest);
     if (jobPending_)
-        AggiungeJob(jobName_, "", "", timeStamp_);
+        AggiungeJob(jobName_, "", "", std::string(TrimBoth(rest)));
     jobPending_ = false;
 }
 
 void CConvFileSDR2::Station(std::string_view rest) {
     rest = TrimLeft(rest);
-    stationName_ = rest.substr(0, kNameLength);
+    const std::string_view name = rest.substr(0, kNameLength);
     rest = Piece(rest, kBeforeInstrumentHeight);
-    instrumentHeight_ = DoubleDaString(TakeColumns(rest, kNumberLength));
-    AggiungeSta(stationName_, std::string(TrimRight(rest)), instrumentHeight_, kNoValue, kNoValue);
+    const double instrumentHeight = DoubleDaString(TakeColumns(rest, kNumberLength));
+    AggiungeSta(std::string(name), std::string(TrimRight(rest)), instrumentHeight, kNoValue,
+                kNoValue);
 }
 
 void CConvFileSDR2::TargetHeight(std::string_view rest) {
@@ -115,18 +107,14 @@ void CConvFileSDR2::TargetHeight(std::string_view rest) {
 }
 
 /// The point goes under the current station; the station it names is not compared with that.
-void CConvFileSDR2::Observation(std::string_view rest) {
+void CConvFileSDR2::ConversioneRigaP(std::string_view rest) {
     rest = TrimLeft(rest);
-    stationName_ = TakeColumns(rest, kNameLength);
-    pointName_ = TakeColumns(rest, kNameLength);
-    slopeDistance_ = TakeNumber(rest);
-    verticalAngle_ = TakeNumber(rest);
-    horizontalAngle_ = DoubleDaString(rest.substr(0, kNumberLength));
-    code_ = TrimBoth(Piece(rest, kNumberLength));
-    ConversioneRigaP();
-}
-
-void CConvFileSDR2::ConversioneRigaP() {
-    AggiungePun(pointName_, code_, "", targetHeight_, DistanceOrNoValue(slopeDistance_),
-                verticalAngle_, horizontalAngle_);
+    TakeColumns(rest, kNameLength);
+    const std::string name(TakeColumns(rest, kNameLength));
+    Reading reading;
+    reading.slopeDistance = TakeNumber(rest);
+    reading.zenithAngle = TakeNumber(rest);
+    reading.horizontalAngle = DoubleDaString(rest.substr(0, kNumberLength));
+    const std::string code(TrimBoth(Piece(rest, kNumberLength)));
+    AggiungePun(name, code, "", targetHeight_, WithoutZeroDistance(reading));
 }

@@ -3,7 +3,6 @@
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
 #include "host/NoValue.h"
-#include "routines/TextFile.h"
 
 #include <string>
 #include <string_view>
@@ -18,10 +17,10 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
-    bool OpenFile();
+    // Operations in the library's own vocabulary.
     bool LeggeUnaRigaSDR2();
     void ConvertiRiga();
-    void ConversioneRigaP();
+    void ConversioneRigaP(std::string_view rest);
 
     struct Record;
     static const Record kRecords[];
@@ -30,18 +29,8 @@ private:
     void TimeStamp(std::string_view rest);
     void Station(std::string_view rest);
     void TargetHeight(std::string_view rest);
-    void Observation(std::string_view rest);
 
     bool jobPending_ = false; ///< a job name waits for its time stamp
     std::string jobName_;
-    std::string timeStamp_;
-    std::string stationName_;
-    std::string pointName_;
-    std::string code_;
-    double instrumentHeight_ = kNoValue;
     double targetHeight_ = kNoValue; ///< kept for all following observations
-    double slopeDistance_ = kNoValue;
-    double verticalAngle_ = kNoValue;
-    double horizontalAngle_ = kNoValue;
-    TextFile file_;
 };

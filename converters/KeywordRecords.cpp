@@ -84,7 +84,7 @@ CConvKeywordRecords::~CConvKeywordRecords() {
 
 void CConvKeywordRecords::ProcessaRiga() {
     std::string_view keyword;
-    if (line_.size() >= kShortestLine && !SkipsHeaderLine() && SeparaParolaChiave(keyword))
+    if (line_.size() >= kShortestLine && !SkipsHeaderLine() && CutKeyword(keyword))
         AnalizzaRiga(keyword);
 }
 
@@ -192,10 +192,12 @@ void CConvKeywordRecords::CampoNOTE() {
     slots_[kNote] = SeparaCampo();
 }
 
+/// The unit of the distances, which comes first, is not applied, on purpose: the instruments of these
+/// files write metres whatever it says.
 void CConvKeywordRecords::CampoUNITS() {
-    const auto firstOf = [](std::string_view field) { return field.empty() ? '\0' : field[0]; };
-    distanceUnit_ = firstOf(SeparaCampo());
-    angleUnit_ = firstOf(SeparaCampo());
+    SeparaCampo();
+    const std::string_view angles = SeparaCampo();
+    angleUnit_ = angles.empty() ? '\0' : angles.front();
 }
 
 void CConvKeywordRecords::CampoOFFSET() {
@@ -203,20 +205,16 @@ void CConvKeywordRecords::CampoOFFSET() {
     const double along = UncheckedLengthOf(SeparaCampo());
     const double lateral = UncheckedLengthOf(SeparaCampo());
     const double vertical = UncheckedLengthOf(SeparaCampo());
-    last_.sighting = SightingAtOffset(last_.sighting, {along, lateral, vertical});
+    last_.reading = ReadingAtOffset(last_.reading, {along, lateral, vertical});
 
     std::string name = last_.name;
     if (!dialect_.offsetRenamesOldPoint) {
         name.insert(0, "*");
     } else if (CPun* const old = LastPoint()) {
         old->SetNome("*" + old->GetNome());
-        old->SetCodeNC(true);
-        old->SetCodeNV(true);
-        old->SetCodeNP(true);
-        old->SetCodeNT(true);
+        MarkAsOffsetReference(*old);
     }
-    AggiungePun(std::move(name), last_.code, "", last_.targetHeight, last_.sighting.slopeDistance,
-                last_.sighting.zenithAngle, last_.sighting.horizontalAngle);
+    AggiungePun(std::move(name), last_.code, "", last_.targetHeight, last_.reading);
     pointPending_ = false;
     AnnullaCampi();
 }
@@ -234,10 +232,9 @@ void CConvKeywordRecords::SalvaRigaP() {
     last_.name = slots_[kName];
     last_.code = slots_[kCode];
     last_.targetHeight = LengthOf(slots_[kHeight]);
-    last_.sighting = SightingOfSlots();
+    last_.reading = ReadingOfSlots();
     AggiungePun(slots_[kName], slots_[kCode], slots_[kNote], last_.targetHeight,
-                DistanceOrNoValue(last_.sighting.slopeDistance), last_.sighting.zenithAngle,
-                last_.sighting.horizontalAngle);
+                WithoutZeroDistance(last_.reading));
     pointPending_ = false;
     AnnullaCampi();
 }
@@ -250,10 +247,8 @@ void CConvKeywordRecords::SalvaRigaRES_OBS() {
             slot = TakeField(rest, ',');
             rest = TrimBoth(rest);
         }
-        const Sighting sighting = SightingOfSlots();
         AggiungePun(slots_[kName], slots_[kResectionCode], slots_[kNote],
-                    LengthOf(slots_[kResectionHeight]), DistanceOrNoValue(sighting.slopeDistance),
-                    sighting.zenithAngle, sighting.horizontalAngle);
+                    LengthOf(slots_[kResectionHeight]), WithoutZeroDistance(ReadingOfSlots()));
     }
     resections_.clear();
     resection_ = false;
@@ -261,10 +256,10 @@ void CConvKeywordRecords::SalvaRigaRES_OBS() {
     AnnullaCampi();
 }
 
-Sighting CConvKeywordRecords::SightingOfSlots() const {
-    return {.horizontalAngle = AngleOf(slots_[kHorizontalAngle]),
+Reading CConvKeywordRecords::ReadingOfSlots() const {
+    return {.slopeDistance = LengthOf(slots_[kDistance]),
             .zenithAngle = AngleOf(slots_[kZenithAngle]),
-            .slopeDistance = LengthOf(slots_[kDistance])};
+            .horizontalAngle = AngleOf(slots_[kHorizontalAngle])};
 }
 
 /// Lengths and angles of points: a text of no more characters than its implied decimals has none.

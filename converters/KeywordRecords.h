@@ -37,11 +37,12 @@ private:
         std::string name;
         std::string code;
         double targetHeight = 0;
-        Sighting sighting{0, 0, 0};
+        Reading reading{0, 0, 0};
     };
 
     friend CConvPendingRecords<CConvKeywordRecords>;
 
+    // Operations in the library's own vocabulary.
     void AnalizzaRiga(std::string_view keyword);
     void CampoJOB();
     void CampoDATE();
@@ -71,15 +72,14 @@ private:
 
     bool SkipsHeaderLine();
     void JobText(std::size_t slot, std::string_view text);
-    Sighting SightingOfSlots() const;
+    Reading ReadingOfSlots() const;
     double LengthOf(const std::string& text) const;
     double AngleOf(const std::string& text) const;
     double UncheckedLengthOf(std::string_view text) const;
 
     const KeywordDialect& dialect_;
     bool inHeader_;
-    char distanceUnit_ = 'M'; ///< read, never applied: distances are taken as metres, on purpose
-    char angleUnit_ = 'G';
+    char angleUnit_ = 'G';                ///< "D": degrees
     bool resection_ = false;              ///< from RES_OBS until the station is written
     std::vector<std::string> resections_; ///< observations of the station that is pending
     WrittenPoint last_;

@@ -1,16 +1,11 @@
 #include "converters/LineRecords.h"
 
 #include "routines/Numbers.h"
-#include "routines/Reduction.h"
 
 #include <algorithm>
 
 CConvLineRecords::CConvLineRecords(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
-
-bool CConvLineRecords::OpenFile() {
-    return file_.Open(*fileName_);
-}
 
 void CConvLineRecords::NuovoRecord(RecordType type, std::string_view name) {
     SalvaRecord();
@@ -20,15 +15,14 @@ void CConvLineRecords::NuovoRecord(RecordType type, std::string_view name) {
     slots_[kName] = name;
 }
 
-bool CConvLineRecords::FillSlot(std::span<const SlotCode> table, std::string_view code,
+void CConvLineRecords::FillSlot(std::span<const SlotCode> table, std::string_view code,
                                 std::string_view value) {
     const auto found = std::ranges::find(table, code, &SlotCode::code);
     if (found == table.end())
-        return false;
+        return;
     slots_[found->slot] = value;
     if (found->mode != DistanceMode::Unchanged)
         mode_ = found->mode;
-    return true;
 }
 
 void CConvLineRecords::SalvaRecord() {
@@ -59,11 +53,12 @@ void CConvLineRecords::SalvaRigaS() {
 }
 
 void CConvLineRecords::SalvaRigaP() {
-    PolarReading polar{.slopeDistance = NumberOrNoValue(slots_[kDistance]),
-                       .zenithAngle = NumberOrNoValue(slots_[kVertical])};
-    if (mode_ == DistanceMode::Reduced)
-        polar = ReducedReading(polar.slopeDistance, polar.zenithAngle);
+    const double distance = NumberOrNoValue(slots_[kDistance]);
+    const double vertical = NumberOrNoValue(slots_[kVertical]);
+    const double horizontalAngle = NumberOrNoValue(slots_[kHorizontalAngle]);
+    const Reading reading = mode_ == DistanceMode::Reduced
+                                ? ReducedReading(distance, vertical, horizontalAngle)
+                                : Reading{distance, vertical, horizontalAngle};
     AggiungePun(slots_[kName], slots_[kCode], "", NumberOrNoValue(slots_[kHeight]),
-                DistanceOrNoValue(polar.slopeDistance), polar.zenithAngle,
-                NumberOrNoValue(slots_[kHorizontalAngle]));
+                WithoutZeroDistance(reading));
 }

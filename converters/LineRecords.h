@@ -1,7 +1,6 @@
 #pragma once
 
 #include "framework/ConvGen.h"
-#include "routines/TextFile.h"
 
 #include <array>
 #include <cstddef>
@@ -35,18 +34,18 @@ protected:
         DistanceMode mode;
     };
 
-    bool OpenFile();
+    // Operations in the library's own vocabulary.
     /// Writes the open record and opens another, its first slot filled.
     void NuovoRecord(RecordType type, std::string_view name);
     /// Writes the open record.
     void SalvaRecord();
-    /// Stores a value where the table has its code; false where it has not.
-    bool FillSlot(std::span<const SlotCode> table, std::string_view code, std::string_view value);
+    /// Stores a value where the table has its code.
+    void FillSlot(std::span<const SlotCode> table, std::string_view code, std::string_view value);
 
-    TextFile file_;
     std::array<std::string, kSlots> slots_;
 
 private:
+    // Operations in the library's own vocabulary.
     void SalvaRigaL();
     void SalvaRigaS();
     void SalvaRigaP();

@@ -1,16 +1,17 @@
 #pragma once
 
 #include "framework/ConvGen.h"
-#include "routines/TextFile.h"
 
 #include <string>
 #include <string_view>
 
-/// What the two formats share that have one observation a line, each naming its station: reading,
-/// and what goes into the field book. How a line is cut and where a station begins is each one's own.
+/// What the two formats share that have one observation a line, each naming its station: what goes into
+/// the field book. How a line is cut and where a station begins is each one's own.
 class CConvObservationLines : public CConvGen {
 protected:
     CConvObservationLines(CLibCmp& fieldBook, std::string* fileName);
+
+    static constexpr std::size_t kShortestLine = 2; ///< a shorter one holds no observation
 
     /// The fields of a line.
     struct Fields {
@@ -18,22 +19,14 @@ protected:
         std::string_view point;
         std::string_view instrumentHeight;
         std::string_view targetHeight;
-        std::string_view verticalAngle;
+        std::string_view zenithAngle;
         std::string_view horizontalAngle;
         std::string_view slopeDistance;
         std::string_view code;
     };
 
-    /// Opens the file and adds the job that is named after it; false where it cannot be opened.
-    bool OpenFile();
-    /// The next line, without its last character.
-    bool LeggeUnaRiga();
-    void AggiungiStazione(const Fields& fields);
-    void AggiungiPunto(const Fields& fields);
+    void WriteStation(const Fields& fields);
+    void WritePoint(const Fields& fields);
 
-    std::string_view line_; ///< what is left of the current line
-    std::string previousStation_;
-
-private:
-    TextFile file_;
+    std::string previousStation_; ///< of the line before
 };

@@ -19,7 +19,7 @@ CConvPendingRecords<Format>::CConvPendingRecords(CLibCmp& fieldBook, std::string
     : CConvFileBase(fieldBook, fileName) {}
 
 template <class Format>
-bool CConvPendingRecords<Format>::SeparaParolaChiave(std::string_view& keyword) {
+bool CConvPendingRecords<Format>::CutKeyword(std::string_view& keyword) {
     if (line_.size() < kShortestLine)
         return false;
     const std::size_t blank = line_.find(' ');
@@ -127,9 +127,9 @@ void CConvPendingRecords<Format>::ReducedRecord(int distanceDecimals) {
     slots_[kHorizontalAngle] = SeparaCampo();
     const double horizontalDistance = DoubleDaString(SeparaCampo());
     const double heightDifference = DoubleDaString(SeparaCampo());
-    const PolarReading polar = PolarFromReduced(horizontalDistance, heightDifference);
-    slots_[kZenithAngle] = StringDaDouble(polar.zenithAngle, 0, 6);
-    slots_[kDistance] = StringDaDouble(polar.slopeDistance, 0, distanceDecimals);
+    const Reading reading = ReadingFromReduced(horizontalDistance, heightDifference);
+    slots_[kZenithAngle] = StringDaDouble(reading.zenithAngle, 0, 6);
+    slots_[kDistance] = StringDaDouble(reading.slopeDistance, 0, distanceDecimals);
     warningKind_ = kReduced;
 }
 

@@ -10,14 +10,12 @@
 
 /// Base of the converters of keyword lines whose records are gathered in a buffer and written only
 /// when a later line, or the end, shows that they are complete. What opens a record writes those that
-/// are pending of the two other kinds first. How a station and a point are written is the format's own:
-/// its SalvaRigaS and SalvaRigaP.
+/// are pending of the two other kinds first. How a station and a point are written is the format's own.
 template <class Format>
 class CConvPendingRecords : public CConvFileBase {
-public:
+protected:
     CConvPendingRecords(CLibCmp& fieldBook, std::string* fileName);
 
-protected:
     static constexpr std::size_t kShortestLine = 4; ///< shorter ones hold no record
 
     // What a slot holds, in each kind of record.
@@ -34,14 +32,14 @@ protected:
     static constexpr std::size_t kDistance = 5;
     static constexpr std::size_t kNote = 6;
 
-    /// Cuts keyword and fields of the line apart; false for a line without a keyword, to be skipped.
-    bool SeparaParolaChiave(std::string_view& keyword);
+    // Operations in the library's own vocabulary.
     void SalvaRigaL();
     void AnnullaCampi();
-
     /// The next field of the line, as it stands; without a comma all that is left.
     std::string_view SeparaCampo();
 
+    /// Cuts keyword and fields of the line apart; false for a line without a keyword, to be skipped.
+    bool CutKeyword(std::string_view& keyword);
     void FlushJob();
     void FlushStation();
     void FlushPoint();

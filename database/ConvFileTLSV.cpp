@@ -101,14 +101,14 @@ std::string CleanCode(std::string code) {
     return code;
 }
 
-void SetReading(CPun& observation, const Sighting& sighting) {
-    const double horizontal = FiniteOrNoValue(sighting.horizontalAngle);
-    const double vertical = FiniteOrNoValue(sighting.zenithAngle);
-    const double distance = FiniteOrNoValue(DistanceOrNoValue(sighting.slopeDistance));
+void SetReading(CPun& observation, const Reading& reading) {
+    const double horizontal = FiniteOrNoValue(reading.horizontalAngle);
+    const double zenith = FiniteOrNoValue(reading.zenithAngle);
+    const double distance = FiniteOrNoValue(DistanceOrNoValue(reading.slopeDistance));
     observation.SetAngO(horizontal);
-    observation.SetAngV(vertical);
+    observation.SetAngV(zenith);
     observation.SetDiIn(distance);
-    observation.SetDtIntAng(distance, vertical, horizontal);
+    observation.SetDtIntAng(distance, zenith, horizontal);
 }
 
 } // namespace
@@ -125,7 +125,7 @@ CConvFileTLSV::~CConvFileTLSV() = default;
 /// The job is added before the database is opened, and stays where that fails.
 bool CConvFileTLSV::Esegui() {
     newJob_ = fieldBook_.GetJobArSize();
-    std::string name = NomeDelFile(databasePath_);
+    std::string name = NameOfFile(databasePath_);
     name.erase(std::min(name.size(), name.rfind('.')));
     CJob* const job = fieldBook_.AddJob(true);
     if (job)
@@ -271,9 +271,9 @@ bool CConvFileTLSV::CreaPunto(int station, std::string_view row, CPun*& referenc
         CalcOffSet( // NOLINT(readability-suspicious-call-argument)
             reference, target.name, vertical, distance, horizontal, station);
     else
-        SetReading(*observation, {.horizontalAngle = GonFromDegrees(horizontal),
+        SetReading(*observation, {.slopeDistance = distance,
                                   .zenithAngle = GonFromDegrees(vertical),
-                                  .slopeDistance = distance});
+                                  .horizontalAngle = GonFromDegrees(horizontal)});
     observation->SetAltPri(targetHeight);
     observation->SetCoord(target.c2, target.c1, target.c3);
     observation->CalcolaValiditaXYZ();
@@ -345,15 +345,12 @@ void CConvFileTLSV::CalcOffSet(CPun* reference, const std::string& name, double 
     if (!reference)
         return;
     if (target && IsPresent(reference->GetDiIn())) {
-        SetReading(*target, SightingAtOffset({.horizontalAngle = reference->GetAngO(),
-                                              .zenithAngle = reference->GetAngV(),
-                                              .slopeDistance = reference->GetDiIn()},
-                                             {along, lateral, vertical}));
+        SetReading(*target, ReadingAtOffset({.slopeDistance = reference->GetDiIn(),
+                                             .zenithAngle = reference->GetAngV(),
+                                             .horizontalAngle = reference->GetAngO()},
+                                            {along, lateral, vertical}));
     }
-    reference->SetCodeNC(true);
-    reference->SetCodeNV(true);
-    reference->SetCodeNP(true);
-    reference->SetCodeNT(true);
+    MarkAsOffsetReference(*reference);
 }
 
 void CConvFileTLSV::CreaPunOri() {

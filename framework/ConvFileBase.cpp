@@ -6,20 +6,19 @@ CConvFileBase::CConvFileBase(CLibCmp& fieldBook, std::string* fileName)
 bool CConvFileBase::Esegui() {
     if (!OpenFile())
         return false;
-    AggiungeJobDelFile(path_);
-    while (LeggeUnaRigaDaFile()) {
-        if (!line_.empty())
-            ProcessaRiga();
-    }
-    file_.Close();
-    line_ = {};
-    return true;
+    AggiungeJob(NameOfFile(path_), "", "", "");
+    return ForEachLine([this] { return LeggeUnaRigaDaFile(); }, [this] { ConvertLine(); });
 }
 
 bool CConvFileBase::OpenFile() {
-    return file_.Open(path_);
+    return file_->Open(path_, preparation_.source);
 }
 
 bool CConvFileBase::LeggeUnaRigaDaFile() {
-    return file_.ReadLineWithoutLast(line_);
+    return file_->ReadLineWithoutLast(line_);
+}
+
+void CConvFileBase::ConvertLine() {
+    if (!line_.empty())
+        ProcessaRiga();
 }

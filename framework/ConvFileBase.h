@@ -1,10 +1,8 @@
 #pragma once
 
 #include "framework/ConvGen.h"
-#include "routines/TextFile.h"
 
 #include <string>
-#include <string_view>
 
 /// Base of the converters whose file is read one line at a time. A subclass supplies ProcessaRiga
 /// and the state it needs between lines; it never touches the file.
@@ -17,15 +15,15 @@ public:
     bool Esegui();
 
 protected:
-    /// Handles the current line, which is never empty.
+    /// Handles the current line (`line_`, without its last character), which is never empty. The line
+    /// is the converter's to consume.
     virtual void ProcessaRiga() = 0;
-
-    std::string_view line_; ///< the current line without its last character
 
 private:
     bool OpenFile();
     bool LeggeUnaRigaDaFile();
 
+    void ConvertLine();
+
     std::string path_; ///< the file's name as it was given
-    TextFile file_;
 };

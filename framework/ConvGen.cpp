@@ -5,16 +5,20 @@
 #include "resources/Texts.h"
 #include "routines/FileName.h"
 #include "routines/Numbers.h"
+#include "routines/Reduction.h"
 #include "routines/Text.h"
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 #include <utility>
 
 CConvGen::CConvGen(CLibCmp& fieldBook, std::string* fileName)
     : fileName_(fileName),
       codeTable_(new CConvCod),
       jobIndex_(fieldBook.GetJobArSize() - 1),
-      fieldBook_(fieldBook) {}
+      fieldBook_(fieldBook),
+      file_(std::make_shared<TextFile>()) {}
 
 CConvGen::~CConvGen() {
     static constexpr std::array<TextId, 5> kTexts = {
@@ -26,6 +30,15 @@ CConvGen::~CConvGen() {
     MessageBoxOkExclam(nullptr, LoadText(kTexts[static_cast<std::size_t>(warningKind_)]), title);
 }
 
+void CConvGen::Prepare(const Preparation& preparation) {
+    preparation_ = {};
+    std::memcpy(&preparation_, &preparation, std::min(preparation.size, sizeof preparation_));
+}
+
+bool CConvGen::OpenFile() {
+    return file_->Open(*fileName_, preparation_.source);
+}
+
 void CConvGen::AggiungeJob(std::string name, std::string operatorName, std::string instrument,
                            std::string date) {
     CJob* const job = fieldBook_.AddJob(true);
@@ -33,16 +46,6 @@ void CConvGen::AggiungeJob(std::string name, std::string operatorName, std::stri
         job->SetLabels(name, operatorName, instrument, date);
     jobIndex_ = job ? jobIndex_ + 1 : -1;
     staIndex_ = -1;
-}
-
-void CConvGen::AggiungeJobDelFile(const std::string& path) {
-    AggiungeJob(NomeDelFile(path), "", "", "");
-}
-
-std::string CConvGen::NomeDelFile(const std::string& path) {
-    std::string name = path;
-    EstraiIlNomeFile(name);
-    return TextOfPath(name);
 }
 
 void CConvGen::AggiungeSta(std::string name, std::string code, double instrumentHeight,
@@ -62,6 +65,12 @@ void CConvGen::AggiungeSta(std::string name, std::string code, double instrument
 void CConvGen::AggiungePun(std::string name, std::string code, std::string note,
                            double targetHeight, double slopeDistance, double verticalAngle,
                            double horizontalAngle) {
+    AggiungePun(std::move(name), std::move(code), std::move(note), targetHeight,
+                {slopeDistance, verticalAngle, horizontalAngle});
+}
+
+void CConvGen::AggiungePun(std::string name, std::string code, std::string note,
+                           double targetHeight, const Reading& reading) {
     if (staIndex_ < 0) {
         CSta* const station = AddStation();
         if (!station)
@@ -78,8 +87,8 @@ void CConvGen::AggiungePun(std::string name, std::string code, std::string note,
     point->SetNote(note);
     point->SetAttribDis(mode);
     point->SetAltPri(FiniteOrNoValue(targetHeight));
-    point->SetDtIntAng(FiniteOrNoValue(slopeDistance), FiniteOrNoValue(verticalAngle),
-                       FiniteOrNoValue(horizontalAngle));
+    point->SetDtIntAng(FiniteOrNoValue(reading.slopeDistance), FiniteOrNoValue(reading.zenithAngle),
+                       FiniteOrNoValue(reading.horizontalAngle));
     point->TrasfCodOldAlf(true, codeTable_->GetModoConver());
 }
 
@@ -125,11 +134,29 @@ void CConvGen::SetHStrumAtSta(double height) {
         station->SetAltStr(FiniteOrNoValue(height));
 }
 
-PolarReading CConvGen::ReducedReading(double horizontalDistance, double heightDifference) {
+Reading CConvGen::ReducedReading(double horizontalDistance, double heightDifference,
+                                 double horizontalAngle) {
     if (!IsPresent(horizontalDistance) || !IsPresent(heightDifference))
-        return {.slopeDistance = kNoValue, .zenithAngle = kNoValue};
+        return {.horizontalAngle = horizontalAngle};
     warningKind_ = kReduced;
-    return RoundedPolarFromReduced(horizontalDistance, heightDifference);
+    return RoundedReadingFromReduced(horizontalDistance, heightDifference, horizontalAngle);
+}
+
+void CConvGen::MarkAsOffsetReference(CEgn& point) {
+    point.SetCodeNC(true);
+    point.SetCodeNV(true);
+    point.SetCodeNP(true);
+    point.SetCodeNT(true);
+}
+
+void CConvGen::AddJobOfFile() {
+    AggiungeJob(NameOfFile(*fileName_), "", "", "");
+}
+
+std::string CConvGen::NameOfFile(const std::string& path) {
+    std::string name = path;
+    EstraiIlNomeFile(name);
+    return TextOfPath(name);
 }
 
 std::string CConvGen::GetNomeOfJob() {

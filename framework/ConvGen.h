@@ -1,11 +1,14 @@
 #pragma once
 
 #include "framework/Export.h"
+#include "framework/Preparation.h"
 #include "host/LibCmp.h"
-#include "routines/Reduction.h"
+#include "routines/Reading.h"
+#include "routines/TextFile.h"
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 class CConvCod;
 
@@ -20,10 +23,13 @@ public:
     /// New stations go into the book's last job until the converter adds one. `fileName` is
     /// borrowed and must outlive the converter.
     CConvGen(CLibCmp& fieldBook, std::string* fileName);
-    /// Copies share the code table; the last one deletes it.
+    /// Copies share the code table and the open file; the last one deletes them.
     CConvGen(const CConvGen&) = default;
     CConvGen& operator=(const CConvGen&) = delete;
     virtual ~CConvGen();
+
+    /// Makes the converter ready, before it is run.
+    void Prepare(const Preparation& preparation);
 
 protected:
     /// What the user is told at the end; a later one replaces an earlier.
@@ -38,17 +44,14 @@ protected:
     /// Appends a job and makes it the current one, without a station.
     void AggiungeJob(std::string name, std::string operatorName, std::string instrument,
                      std::string date);
-    /// Appends a job named after the file.
-    void AggiungeJobDelFile() { AggiungeJobDelFile(*fileName_); }
-    void AggiungeJobDelFile(const std::string& path);
-    /// The bare name of a file, as the field book holds it.
-    static std::string NomeDelFile(const std::string& path);
     /// Appends a station to the current job and makes it the current one.
     void AggiungeSta(std::string name, std::string code, double instrumentHeight,
                      double temperature, double pressure);
     /// Appends a point to the current station; an unnamed station first where there is none.
     void AggiungePun(std::string name, std::string code, std::string note, double targetHeight,
                      double slopeDistance, double verticalAngle, double horizontalAngle);
+    void AggiungePun(std::string name, std::string code, std::string note, double targetHeight,
+                     const Reading& reading);
 
     /// Set a text of the current job, trimmed at both ends.
     void SetNomeAtJob(std::string name);
@@ -58,16 +61,39 @@ protected:
     /// Sets the instrument height of the current station.
     void SetHStrumAtSta(double height);
 
-    /// The polar reading for a horizontal distance and a height difference, rounded, and the
-    /// warning that it was computed. Where either is absent so is the reading, and nothing is said.
-    PolarReading ReducedReading(double horizontalDistance, double heightDifference);
+    /// The reading for a horizontal distance and a height difference, rounded, and the warning that it
+    /// was computed. Where either is absent so are slope distance and zenith angle, and nothing is said.
+    Reading ReducedReading(double horizontalDistance, double heightDifference,
+                           double horizontalAngle = kNoValue);
+
+    /// Sets the four marks of a point that others are given from by offsets: it is no point of the
+    /// plan itself.
+    static void MarkAsOffsetReference(CEgn& point);
 
     /// Name of the current job; empty where there is none.
     std::string GetNomeOfJob();
+    /// Appends a job named after the file.
+    void AddJobOfFile();
+    /// The bare name of a file, as the field book holds it.
+    static std::string NameOfFile(const std::string& path);
     /// The current station, or null.
     CSta* CurrentStation();
     /// The point of the current station that was added last, or null.
     CPun* LastPoint();
+
+    /// Opens the file; false where that cannot be done.
+    bool OpenFile();
+    /// The one loop over the lines of a file that OpenFile has opened: `read` takes the next line from
+    /// `file_` as its format wants it and is false at the end, `convert` does what the line means. Closes
+    /// the file, and is true, whatever the lines hold.
+    template <class Read, class Convert>
+    bool ForEachLine(Read read, Convert convert) {
+        while (read())
+            convert();
+        file_->Close();
+        line_ = {};
+        return true;
+    }
 
     std::string* fileName_;               ///< the file to convert, owned by the entry function
     std::shared_ptr<CConvCod> codeTable_; ///< converts codes read from the file
@@ -76,6 +102,10 @@ protected:
     int staIndex_ = -1;                   ///< station that receives points; -1: none
     int warningKind_ = kNoWarning;
     CLibCmp& fieldBook_;
+
+    std::shared_ptr<TextFile> file_; ///< the file, for formats that are texts
+    std::string_view line_;          ///< the current line, or what is left of it
+    Preparation preparation_;
 
 private:
     using JobSetter = void (CJob::*)(const std::string&);

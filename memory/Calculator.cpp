@@ -15,21 +15,19 @@ bool HasPlan(const Coordinates& place) {
 
 } // namespace
 
-std::optional<Observation> Calculator::Observe(const Coordinates& station, double instrumentHeight,
-                                               const Coordinates& target,
-                                               double targetHeight) const {
+std::optional<Reading> Calculator::Observe(const Coordinates& station, double instrumentHeight,
+                                           const Coordinates& target, double targetHeight) const {
     if (!HasPlan(station) || !HasPlan(target))
         return std::nullopt;
     const double dx = target.x - station.x;
     const double dy = target.y - station.y;
     const double dz = ValueOrZero(target.z) + ValueOrZero(targetHeight) - ValueOrZero(station.z) -
                       ValueOrZero(instrumentHeight);
-    const PolarReading polar = PolarFromReduced(std::sqrt(dx * dx + dy * dy), dz);
-    if (!std::isfinite(polar.slopeDistance))
+    const Reading reading =
+        ReadingFromReduced(std::sqrt(dx * dx + dy * dy), dz, AngoloDaAsseRifer(dx, dy));
+    if (!std::isfinite(reading.slopeDistance))
         return std::nullopt;
-    return Observation{.slopeDistance = polar.slopeDistance,
-                       .zenithAngle = polar.zenithAngle,
-                       .horizontalAngle = AngoloDaAsseRifer(dx, dy)};
+    return reading;
 }
 
 } // namespace convfile::memory

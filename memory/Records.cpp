@@ -11,7 +11,7 @@ void Point::SetCode(const std::string& code) {
 
 void Point::SetDtIntAng(double slopeDistance, double verticalAngle, double horizontalAngle) {
     slopeDistance_ = slopeDistance;
-    verticalAngle_ = verticalAngle;
+    zenithAngle_ = verticalAngle;
     horizontalAngle_ = horizontalAngle;
 }
 
@@ -21,7 +21,7 @@ void Point::SetCoordEtCalcMisure(bool setting, double x, double y, double z, CCa
     const auto* const own = dynamic_cast<const Calculator*>(&calculator);
     if (!setting || !own)
         return;
-    const std::optional<Observation> seen = own->Observe(
+    const std::optional<Reading> seen = own->Observe(
         station_->GetExtras().coordinates, station_->InstrumentHeight(), {x, y, z}, targetHeight_);
     if (seen)
         SetDtIntAng(seen->slopeDistance, seen->zenithAngle, seen->horizontalAngle);

@@ -46,8 +46,8 @@ public:
     void SetAltPri(double height) override { targetHeight_ = height; }
     void SetAngO(double angle) override { horizontalAngle_ = angle; }
     double GetAngO() override { return horizontalAngle_; }
-    void SetAngV(double angle) override { verticalAngle_ = angle; }
-    double GetAngV() override { return verticalAngle_; }
+    void SetAngV(double angle) override { zenithAngle_ = angle; }
+    double GetAngV() override { return zenithAngle_; }
     void SetDiIn(double distance) override { slopeDistance_ = distance; }
     double GetDiIn() override { return slopeDistance_; }
     void SetDtIntAng(double slopeDistance, double verticalAngle, double horizontalAngle) override;
@@ -58,7 +58,7 @@ public:
     const std::string& Code() const { return *code_; }
     double TargetHeight() const { return targetHeight_; }
     double SlopeDistance() const { return slopeDistance_; }
-    double VerticalAngle() const { return verticalAngle_; }
+    double ZenithAngle() const { return zenithAngle_; }
     double HorizontalAngle() const { return horizontalAngle_; }
     const Station& Owner() const { return *station_; }
 
@@ -66,7 +66,7 @@ private:
     const std::string* code_ = &TextPool::Empty(); ///< in the pool of the book
     double targetHeight_ = kNoValue;
     double slopeDistance_ = kNoValue;
-    double verticalAngle_ = kNoValue;
+    double zenithAngle_ = kNoValue;
     double horizontalAngle_ = kNoValue;
     const Station* station_;
 };

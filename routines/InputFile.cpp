@@ -18,13 +18,34 @@ bool IsFolder([[maybe_unused]] std::FILE* file) {
 
 } // namespace
 
-bool InputFile::Open(const std::string& name) {
-    file_.reset(name.empty() ? nullptr : std::fopen(name.c_str(), "rb"));
-    if (file_ && IsFolder(file_.get()))
-        file_.reset();
-    return file_ != nullptr;
+bool InputFile::Open(const std::string& name, const ByteSource& source) {
+    Close();
+    if (name.empty())
+        return false;
+    if (source.bytes) {
+        memory_ = {source.bytes, source.size};
+        return true;
+    }
+    stream_ = source.stream;
+    if (!stream_) {
+        file_.reset(std::fopen(name.c_str(), "rb"));
+        if (file_ && IsFolder(file_.get()))
+            file_.reset();
+        stream_ = file_.get();
+    }
+    return stream_ != nullptr;
+}
+
+void InputFile::Close() {
+    file_.reset();
+    stream_ = nullptr;
+    memory_ = {};
 }
 
 std::size_t InputFile::Read(char* bytes, std::size_t size) {
-    return file_ ? std::fread(bytes, 1, size, file_.get()) : 0;
+    if (stream_)
+        return std::fread(bytes, 1, size, stream_);
+    const std::size_t taken = memory_.copy(bytes, size);
+    memory_.remove_prefix(taken);
+    return taken;
 }

@@ -15,13 +15,13 @@ double TurnFor(double lateral, double horizontal) {
 
 } // namespace
 
-Sighting SightingAtOffset(const Sighting& reference, const Offset& offset) {
+Reading ReadingAtOffset(const Reading& reference, const Offset& offset) {
     const double zenith = reference.zenithAngle * kRadiansPerGon;
     const double h = reference.slopeDistance * std::sin(zenith) + offset.along;
     const double v = reference.slopeDistance * std::cos(zenith) + offset.vertical;
     const double horizontal = std::sqrt(h * h + offset.lateral * offset.lateral);
 
-    Sighting moved = reference;
+    Reading moved = reference;
     moved.slopeDistance = std::sqrt(horizontal * horizontal + v * v);
     moved.zenithAngle = horizontal == 0 ? 100 : 100 - std::atan(v / horizontal) * kGonPerRadian;
     if (reference.zenithAngle >= 200)

@@ -5,7 +5,8 @@
 
 #include <cmath>
 
-PolarReading PolarFromReduced(double horizontalDistance, double heightDifference) {
+Reading ReadingFromReduced(double horizontalDistance, double heightDifference,
+                           double horizontalAngle) {
     const double d = horizontalDistance;
     const double h = heightDifference;
     double zenith = 100;
@@ -15,11 +16,15 @@ PolarReading PolarFromReduced(double horizontalDistance, double heightDifference
             zenith += 200;
     }
     // Straight down atan gives -0.
-    return {.slopeDistance = std::sqrt(d * d + h * h), .zenithAngle = zenith + 0.0};
+    return {.slopeDistance = std::sqrt(d * d + h * h),
+            .zenithAngle = zenith + 0.0,
+            .horizontalAngle = horizontalAngle};
 }
 
-PolarReading RoundedPolarFromReduced(double horizontalDistance, double heightDifference) {
-    const PolarReading exact = PolarFromReduced(horizontalDistance, heightDifference);
-    return {.slopeDistance = ArrotondatoAtDec(exact.slopeDistance, 3),
-            .zenithAngle = ArrotondatoAtDec(exact.zenithAngle, 4)};
+Reading RoundedReadingFromReduced(double horizontalDistance, double heightDifference,
+                                  double horizontalAngle) {
+    Reading reading = ReadingFromReduced(horizontalDistance, heightDifference, horizontalAngle);
+    reading.slopeDistance = ArrotondatoAtDec(reading.slopeDistance, 3);
+    reading.zenithAngle = ArrotondatoAtDec(reading.zenithAngle, 4);
+    return reading;
 }

@@ -17,9 +17,9 @@ const char* Find(const char* bytes, char wanted, std::size_t size) {
 
 } // namespace
 
-bool TextFile::Open(const std::string& name) {
+bool TextFile::Open(const std::string& name, const ByteSource& source) {
     Close();
-    if (!file_.Open(name))
+    if (!file_.Open(name, source))
         return false;
     block_ = std::make_unique_for_overwrite<char[]>(kLineBytes + kBlock);
     atEnd_ = false;

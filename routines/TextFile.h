@@ -23,7 +23,7 @@ public:
     static constexpr int kEnd = -1;
 
     /// False for an empty name, a file that is not there or may not be read, and a folder.
-    bool Open(const std::string& name);
+    bool Open(const std::string& name, const ByteSource& source = {});
     void Close();
 
     /// The next line with its line end, at most 254 characters; a NUL byte in it ends its text. The

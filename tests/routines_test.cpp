@@ -220,15 +220,15 @@ TEST(Angles, BearingsRunClockwiseFromNorth) {
 }
 
 TEST(Reduction, GivesSlopeDistanceAndZenithAngle) {
-    const auto reduced = [](double d, double h) { return RoundedPolarFromReduced(d, h); };
+    const auto reduced = [](double d, double h) { return RoundedReadingFromReduced(d, h); };
     EXPECT_EQ(reduced(10, 0).zenithAngle, 100);
     EXPECT_EQ(reduced(10, 0).slopeDistance, 10);
     EXPECT_EQ(reduced(10, -10).zenithAngle, 150);
     EXPECT_EQ(reduced(10, -10).slopeDistance, 14.142);
     EXPECT_EQ(reduced(0, 5).zenithAngle, 0);
     EXPECT_EQ(reduced(0, 5).slopeDistance, 5);
-    EXPECT_EQ(PolarFromReduced(10, 10).zenithAngle, std::atan(1.0) * kGonPerRadian);
-    EXPECT_NE(PolarFromReduced(10, 10).zenithAngle, 50) << "pi has nine decimals here";
+    EXPECT_EQ(ReadingFromReduced(10, 10).zenithAngle, std::atan(1.0) * kGonPerRadian);
+    EXPECT_NE(ReadingFromReduced(10, 10).zenithAngle, 50) << "pi has nine decimals here";
 }
 
 TEST(TskString, LeavesTheTextItWorksOnAsItIs) {

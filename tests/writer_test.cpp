@@ -150,7 +150,7 @@ TEST(Writer, WhatIsNotFiniteIsAbsent) {
     const auto& point = *station.points[0];
     for (const double value : {station.InstrumentHeight(), station.Temperature(),
                                station.Pressure(), point.TargetHeight(), point.SlopeDistance(),
-                               point.VerticalAngle(), point.HorizontalAngle()}) {
+                               point.ZenithAngle(), point.HorizontalAngle()}) {
         EXPECT_EQ(value, kNoValue);
     }
 }

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "routines/InputFile.h"
+
+#include <cstddef>
+
+/// How a converter is made ready between its constructor and Esegui. Without it the file of the name is
+/// read. The size comes first, so that a library built later knows how much of it the host has.
+struct Preparation {
+    std::size_t size = sizeof(Preparation);
+    ByteSource source; ///< the bytes of the file; a job database is always opened by its name
+};

@@ -50,7 +50,8 @@ constexpr CConvFilePhenix::Keyword CConvFilePhenix::kKeywords[] = {
 };
 
 CConvFilePhenix::CConvFilePhenix(CLibCmp& fieldBook, std::string* fileName)
-    : CConvPendingRecords(fieldBook, fileName) {}
+    : CConvPendingRecords(fieldBook, fileName, static_cast<Save>(&CConvFilePhenix::SalvaRigaS),
+                          static_cast<Save>(&CConvFilePhenix::SalvaRigaP)) {}
 
 CConvFilePhenix::~CConvFilePhenix() {
     FlushAll();

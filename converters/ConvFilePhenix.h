@@ -8,7 +8,7 @@
 #include <string_view>
 
 /// Reads Phenix keyword files.
-class CConvFilePhenix : public CConvPendingRecords<CConvFilePhenix> {
+class CConvFilePhenix : public CConvPendingRecords {
 public:
     CONVFILE_API CConvFilePhenix(CLibCmp& fieldBook, std::string* fileName);
     /// Writes what is pending: job, station, point.
@@ -18,8 +18,6 @@ protected:
     void ProcessaRiga() override;
 
 private:
-    friend CConvPendingRecords<CConvFilePhenix>;
-
     // Operations in the library's own vocabulary.
     void AnalizzaRiga(std::string_view keyword);
     void CampoSTA();

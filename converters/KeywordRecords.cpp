@@ -76,7 +76,10 @@ constexpr CConvKeywordRecords::Keyword CConvKeywordRecords::kKeywords[] = {
 
 CConvKeywordRecords::CConvKeywordRecords(CLibCmp& fieldBook, std::string* fileName,
                                          const KeywordDialect& dialect)
-    : CConvPendingRecords(fieldBook, fileName), dialect_(dialect), inHeader_(dialect.hasHeader) {}
+    : CConvPendingRecords(fieldBook, fileName, static_cast<Save>(&CConvKeywordRecords::SalvaRigaS),
+                          static_cast<Save>(&CConvKeywordRecords::SalvaRigaP)),
+      dialect_(dialect),
+      inHeader_(dialect.hasHeader) {}
 
 CConvKeywordRecords::~CConvKeywordRecords() {
     FlushAll();

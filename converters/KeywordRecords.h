@@ -22,7 +22,7 @@ struct KeywordDialect {
 };
 
 /// Reads keyword record files of either kind.
-class CConvKeywordRecords : public CConvPendingRecords<CConvKeywordRecords> {
+class CConvKeywordRecords : public CConvPendingRecords {
 public:
     CConvKeywordRecords(CLibCmp& fieldBook, std::string* fileName, const KeywordDialect& dialect);
     /// Writes what is pending: job, station, point.
@@ -39,8 +39,6 @@ private:
         double targetHeight = 0;
         Reading reading{0, 0, 0};
     };
-
-    friend CConvPendingRecords<CConvKeywordRecords>;
 
     // Operations in the library's own vocabulary.
     void AnalizzaRiga(std::string_view keyword);

@@ -1,7 +1,5 @@
 #include "converters/PendingRecords.h"
 
-#include "converters/ConvFilePhenix.h"
-#include "converters/KeywordRecords.h"
 #include "routines/Numbers.h"
 #include "routines/Reduction.h"
 #include "routines/Text.h"
@@ -14,12 +12,11 @@ constexpr std::size_t kShortestKeyword = 2;
 
 } // namespace
 
-template <class Format>
-CConvPendingRecords<Format>::CConvPendingRecords(CLibCmp& fieldBook, std::string* fileName)
-    : CConvFileBase(fieldBook, fileName) {}
+CConvPendingRecords::CConvPendingRecords(CLibCmp& fieldBook, std::string* fileName,
+                                         Save saveStation, Save savePoint)
+    : CConvFileBase(fieldBook, fileName), saveStation_(saveStation), savePoint_(savePoint) {}
 
-template <class Format>
-bool CConvPendingRecords<Format>::CutKeyword(std::string_view& keyword) {
+bool CConvPendingRecords::CutKeyword(std::string_view& keyword) {
     if (line_.size() < kShortestLine)
         return false;
     const std::size_t blank = line_.find(' ');
@@ -30,99 +27,85 @@ bool CConvPendingRecords<Format>::CutKeyword(std::string_view& keyword) {
     return true;
 }
 
-template <class Format>
-std::string_view CConvPendingRecords<Format>::SeparaCampo() {
+std::string_view CConvPendingRecords::SeparaCampo() {
     return TakeField(fields_, ',');
 }
 
-template <class Format>
-void CConvPendingRecords<Format>::FlushJob() {
+void CConvPendingRecords::FlushJob() {
     if (jobPending_)
         SalvaRigaL();
 }
 
-template <class Format>
-void CConvPendingRecords<Format>::FlushStation() {
+void CConvPendingRecords::FlushStation() {
     if (stationPending_)
-        Self().SalvaRigaS();
+        SaveStation();
 }
 
-template <class Format>
-void CConvPendingRecords<Format>::FlushPoint() {
+void CConvPendingRecords::FlushPoint() {
     if (pointPending_)
-        Self().SalvaRigaP();
+        SavePoint();
 }
 
-template <class Format>
-void CConvPendingRecords<Format>::FlushAll() {
+void CConvPendingRecords::FlushAll() {
     FlushJob();
     FlushStation();
     FlushPoint();
 }
 
-template <class Format>
-bool CConvPendingRecords<Format>::HasAny(std::initializer_list<std::size_t> slots) const {
+bool CConvPendingRecords::HasAny(std::initializer_list<std::size_t> slots) const {
     return std::ranges::any_of(slots, [&](std::size_t slot) { return !slots_[slot].empty(); });
 }
 
-template <class Format>
-void CConvPendingRecords<Format>::BeginPoint(std::initializer_list<std::size_t> slots) {
+void CConvPendingRecords::BeginPoint(std::initializer_list<std::size_t> slots) {
     FlushJob();
     FlushStation();
     if (HasAny(slots))
-        Self().SalvaRigaP();
+        SavePoint();
     pointPending_ = true;
 }
 
-template <class Format>
-void CConvPendingRecords<Format>::FillNameHeightCode() {
+void CConvPendingRecords::FillNameHeightCode() {
     slots_[kName] = SeparaCampo();
     slots_[kHeight] = SeparaCampo();
     slots_[kCode] = SeparaCampo();
 }
 
-template <class Format>
-void CConvPendingRecords<Format>::StationRecord() {
+void CConvPendingRecords::StationRecord() {
     FlushJob();
     FlushPoint();
     if (HasAny({kName, kHeight, kCode}))
-        Self().SalvaRigaS();
+        SaveStation();
     FillNameHeightCode();
     stationPending_ = true;
 }
 
-template <class Format>
-void CConvPendingRecords<Format>::SightedPoint() {
+void CConvPendingRecords::SightedPoint() {
     BeginPoint({kName, kHeight, kCode});
     FillNameHeightCode();
 }
 
 /// The fourth field goes on with the code.
-template <class Format>
-void CConvPendingRecords<Format>::SideShot() {
+void CConvPendingRecords::SideShot() {
     SightedPoint();
     const std::string_view more = SeparaCampo();
     if (!more.empty())
         slots_[kCode].append(" ").append(more);
 }
 
-template <class Format>
-void CConvPendingRecords<Format>::AnglesReading() {
+void CConvPendingRecords::AnglesReading() {
     BeginPoint({kHorizontalAngle, kZenithAngle});
     slots_[kHorizontalAngle] = SeparaCampo();
     slots_[kZenithAngle] = SeparaCampo();
 }
 
-template <class Format>
-void CConvPendingRecords<Format>::PolarRecord() {
+void CConvPendingRecords::PolarRecord() {
     BeginPoint({kHorizontalAngle, kZenithAngle, kDistance});
     slots_[kHorizontalAngle] = SeparaCampo();
     slots_[kZenithAngle] = SeparaCampo();
     slots_[kDistance] = SeparaCampo();
 }
 
-template <class Format>
-void CConvPendingRecords<Format>::ReducedRecord(int distanceDecimals) {
+void CConvPendingRecords::ReducedRecord(int distanceDecimals) {
     BeginPoint({kHorizontalAngle, kZenithAngle, kDistance});
     slots_[kHorizontalAngle] = SeparaCampo();
     const double horizontalDistance = DoubleDaString(SeparaCampo());
@@ -134,8 +117,7 @@ void CConvPendingRecords<Format>::ReducedRecord(int distanceDecimals) {
 }
 
 /// The first job record is that of the job named after the file; every later one opens a job.
-template <class Format>
-void CConvPendingRecords<Format>::SalvaRigaL() {
+void CConvPendingRecords::SalvaRigaL() {
     if (updatesJob_) {
         SetNomeAtJob(slots_[kName]);
         SetOperAtJob(slots_[kOperator]);
@@ -149,11 +131,7 @@ void CConvPendingRecords<Format>::SalvaRigaL() {
     AnnullaCampi();
 }
 
-template <class Format>
-void CConvPendingRecords<Format>::AnnullaCampi() {
+void CConvPendingRecords::AnnullaCampi() {
     for (std::string& slot : slots_)
         slot.clear();
 }
-
-template class CConvPendingRecords<CConvKeywordRecords>;
-template class CConvPendingRecords<CConvFilePhenix>;

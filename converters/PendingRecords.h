@@ -11,10 +11,13 @@
 /// Base of the converters of keyword lines whose records are gathered in a buffer and written only
 /// when a later line, or the end, shows that they are complete. What opens a record writes those that
 /// are pending of the two other kinds first. How a station and a point are written is the format's own.
-template <class Format>
 class CConvPendingRecords : public CConvFileBase {
 protected:
-    CConvPendingRecords(CLibCmp& fieldBook, std::string* fileName);
+    /// How a format writes the station or the point in hand.
+    using Save = void (CConvPendingRecords::*)();
+
+    CConvPendingRecords(CLibCmp& fieldBook, std::string* fileName, Save saveStation,
+                        Save savePoint);
 
     static constexpr std::size_t kShortestLine = 4; ///< shorter ones hold no record
 
@@ -66,8 +69,11 @@ protected:
     bool pointPending_ = false;
 
 private:
-    Format& Self() { return static_cast<Format&>(*this); }
+    void SaveStation() { (this->*saveStation_)(); }
+    void SavePoint() { (this->*savePoint_)(); }
     void FillNameHeightCode();
 
+    Save saveStation_;
+    Save savePoint_;
     bool updatesJob_ = true; ///< the first job record is that of the job named after the file
 };

@@ -158,7 +158,7 @@ void CConvFilePCP::SeparaCampo() {
 
 /// Takes line breaks out of the field, and blanks: from the first two in a row on, one of those and
 /// every later one. Behind a character that is taken out the next one is not looked at, on purpose:
-/// the programs that read these files have always walked them so.
+/// later files refer to points by the names that earlier documents hold, which were cleaned so.
 void CConvFilePCP::CleanData() {
     if (field_.size() < 2)
         return;
@@ -204,7 +204,8 @@ CRig& CConvFilePCP::AddLine(char type) {
     return *line;
 }
 
-/// Header. A date of eight digits gives the first two digits of its year, on purpose.
+/// Header. A date of eight digits gives the first two digits of its year, on purpose: the document's year
+/// has two characters, and what makes these files writes two.
 void CConvFilePCP::ConversioneRiga0() {
     fieldBook_.AddJob(true);
     jobIndex_ = fieldBook_.GetJobArSize() - 1;
@@ -304,7 +305,8 @@ void CConvFilePCP::ReadVertex(char type) {
 }
 
 /// Reads the style from the end of the record. Its colour letter becomes a NUL, and what is left of the
-/// pair may still be read as a vertex where the list is too short, on purpose.
+/// pair may still be read as a vertex where the list is too short, on purpose: the documents made from
+/// such files hold that vertex, and a document that is made again must equal them.
 void CConvFilePCP::SeparaColoreTpLinea() {
     colour_ = 'N';
     lineType_ = 'C';
@@ -323,7 +325,7 @@ void CConvFilePCP::SeparaColoreTpLinea() {
 
 /// Reads three labels from the end of the record, where a style stands before them. All three walks
 /// begin at the same place, and the first one leaves a NUL: so the second and third label are the first
-/// one with a NUL for its second character, on purpose.
+/// one with a NUL for its second character, on purpose: hosts know such labels by that NUL.
 bool CConvFilePCP::SeparaCampiFinaliRiga7(int) {
     const std::string_view rest = Rest();
     if (std::ranges::count(rest, kFieldEnd) < kLabelFieldEnds)

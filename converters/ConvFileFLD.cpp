@@ -55,7 +55,8 @@ bool CConvFileFLD::LeggeUnaRiga() {
     return true;
 }
 
-/// The first character of a station's or point's name is dropped whatever it is, on purpose.
+/// The first character of a station's or point's name is dropped whatever it is, on purpose: the
+/// collectors write marks of their own there.
 void CConvFileFLD::ConvertiRiga() {
     if (code_ == "LA")
         NuovoRecord(RecordType::Job, data_);

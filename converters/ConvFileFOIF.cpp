@@ -8,7 +8,7 @@
 //
 // An OFFSET leaves the point it starts from as it is and adds "*100". The distance of an HD record is
 // kept without decimals and then read like any other, with three implied ones where it has more than
-// three digits: both on purpose, such a file has millimetres.
+// three digits, both on purpose: such a file has millimetres.
 
 #include "converters/ConvFileFOIF.h"
 

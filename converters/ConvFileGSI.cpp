@@ -68,8 +68,8 @@ double ScaledByUnit(double data, char unit) {
         return data * 0.3048 / 1000;
     case '2': // gon, five decimals
         return data / 100000;
-    case '3': // decimal degrees; not scaled by any decimals, on purpose: projects in which such files
-              // were mended by hand afterwards are converted again
+    case '3': // decimal degrees; not scaled by any decimals, on purpose: jobs whose angles were scaled
+              // afterwards are converted again, and must not be scaled twice
         return data * 400 / 360;
     case '6': // metre, last digit 1/10 mm
         return data / 10000;

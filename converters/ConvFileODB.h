@@ -21,5 +21,6 @@ private:
     std::string_view SeparaCampoODB();
     void ConvertiRigaODB();
 
-    std::string previousHeight_; ///< as text: 1.5 and 1.50 are two set-ups, on purpose
+    /// As text, on purpose: who types 1.50 after 1.5 has set up again and measured anew.
+    std::string previousHeight_;
 };

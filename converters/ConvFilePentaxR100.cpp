@@ -92,7 +92,8 @@ void Fill(Record& record, const Tag<Record>& tag, std::string_view value) {
 CConvFilePentaxR100::CConvFilePentaxR100(CLibCmp& fieldBook, std::string* fileName)
     : CConvFileBase(fieldBook, fileName) {}
 
-// A job tag with nothing after it adds no job, on purpose.
+// A job tag with nothing after it adds no job, on purpose: the instrument ends a download with the name
+// of the job that it would write next.
 CConvFilePentaxR100::~CConvFilePentaxR100() {
     ConversioneSta();
     ConversionePun();

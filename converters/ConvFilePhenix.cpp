@@ -94,7 +94,8 @@ void CConvFilePhenix::CampoHVD() {
 }
 
 /// The distance is kept without decimals, and the angle, though in gon, is scaled like any other when
-/// the point is written: both on purpose.
+/// the point is written, both on purpose: hosts mark these points by the warning and replace them, and a
+/// file that is converted again must give the same ones.
 void CConvFilePhenix::CampoHD() {
     ReducedRecord(0);
 }
@@ -130,7 +131,7 @@ void CConvFilePhenix::StationCoordinates(const std::string& east, const std::str
 
 /// Turns the coordinates of the sighted point into an observation and writes it. Without what that
 /// needs they are dropped and the point stays pending; the user is warned all the same. The height
-/// is not asked for, on purpose: an empty one counts as 0.
+/// is not asked for, on purpose: plans without heights leave it empty, which counts as 0.
 void CConvFilePhenix::PointCoordinates(const std::string& east, const std::string& north,
                                        const std::string& height) {
     warningKind_ = kFromCoordinates;

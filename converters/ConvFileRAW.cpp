@@ -70,8 +70,8 @@ void CConvFileRAW::AggiungiPun() {
     WritePoint(DoubleDaString(fields_[3]));
 }
 
-/// A face-one reading takes its horizontal direction from the station record, on purpose, whatever
-/// that record's field gave (0 where it was empty).
+/// A face-one reading takes its horizontal direction from the station record, on purpose: it is the
+/// reading to the backsight, to which that record set the circle (to 0 where its field is empty).
 void CConvFileRAW::AggiungiPunF1() {
     CutFields();
     WritePoint(IsPresent(backDirection_) ? backDirection_ : DoubleDaString(fields_[3]));

@@ -149,7 +149,8 @@ void CConvKeywordRecords::CampoBS() {
     slots_[kHeight] = SeparaCampo();
 }
 
-/// The extra field goes to the height of the record in hand, not to the entry, on purpose.
+/// The extra field goes to the height of the record in hand, not to the entry, on purpose: it is what
+/// some instruments write behind the code of a station that is being resected.
 void CConvKeywordRecords::CampoRES_OBS() {
     resection_ = true;
     std::string& entry = resections_.emplace_back();

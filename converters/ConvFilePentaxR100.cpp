@@ -95,8 +95,10 @@ CConvFilePentaxR100::CConvFilePentaxR100(CLibCmp& fieldBook, std::string* fileNa
 // A job tag with nothing after it adds no job, on purpose: the instrument ends a download with the name
 // of the job that it would write next.
 CConvFilePentaxR100::~CConvFilePentaxR100() {
-    ConversioneSta();
-    ConversionePun();
+    Finish([this] {
+        ConversioneSta();
+        ConversionePun();
+    });
 }
 
 void CConvFilePentaxR100::ProcessaRiga() {

@@ -54,7 +54,7 @@ CConvFilePhenix::CConvFilePhenix(CLibCmp& fieldBook, std::string* fileName)
                           static_cast<Save>(&CConvFilePhenix::SalvaRigaP)) {}
 
 CConvFilePhenix::~CConvFilePhenix() {
-    FlushAll();
+    Finish([this] { FlushAll(); });
 }
 
 void CConvFilePhenix::ProcessaRiga() {

@@ -82,7 +82,7 @@ CConvKeywordRecords::CConvKeywordRecords(CLibCmp& fieldBook, std::string* fileNa
       inHeader_(dialect.hasHeader) {}
 
 CConvKeywordRecords::~CConvKeywordRecords() {
-    FlushAll();
+    Finish([this] { FlushAll(); });
 }
 
 void CConvKeywordRecords::ProcessaRiga() {

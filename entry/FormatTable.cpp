@@ -27,25 +27,42 @@
 #include "routines/Text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
+/// Runs a converter made of these arguments.
+template <class Converter, class... Arguments>
+bool Run(const Preparation& preparation, Arguments&&... arguments) {
+    Problem unheard;
+    Preparation prepared = preparation;
+    if (!prepared.problem)
+        prepared.problem = &unheard;
+    bool converted = false;
+    Guarded(prepared.problem, [&] {
+        Converter converter(std::forward<Arguments>(arguments)...);
+        converter.Prepare(prepared);
+        converted = converter.Esegui();
+    });
+    return converted && !prepared.problem->failed;
+}
+
 template <class Converter>
 bool Convert(const ConversionTarget& target, std::string* fileName) {
-    return Converter(target.fieldBook, fileName).Esegui();
+    return Run<Converter>(target.preparation, target.fieldBook, fileName);
 }
 
 /// The one converter that fills the cadastral document; without one it has nothing to fill.
 bool ConvertCadastral(const ConversionTarget& target, std::string* fileName) {
-    return target.cadastralDocument &&
-           CConvFilePCP(target.fieldBook, *target.cadastralDocument, fileName).Esegui();
+    return target.cadastralDocument && Run<CConvFilePCP>(target.preparation, target.fieldBook,
+                                                         *target.cadastralDocument, fileName);
 }
 
 /// The one import that fills the point library and tells the drawing.
 bool ConvertDatabase(const ConversionTarget& target, std::string* fileName) {
     return target.pointLibrary && target.drawing &&
-           CConvFileTLSV(target.fieldBook, *target.pointLibrary, *target.drawing, fileName)
-               .Esegui();
+           Run<CConvFileTLSV>(target.preparation, target.fieldBook, *target.pointLibrary,
+                              *target.drawing, fileName);
 }
 
 using enum FormatKind;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/Export.h"
+#include "framework/Preparation.h"
 
 #include <span>
 #include <string>
@@ -18,6 +19,7 @@ struct ConversionTarget {
     CCts* cadastralDocument = nullptr;
     CLibPnt* pointLibrary = nullptr;
     CGcadEng* drawing = nullptr;
+    Preparation preparation = {};
 };
 
 /// What kind of file a format's is, and so what its conversion fills.
@@ -41,8 +43,9 @@ struct Format {
     std::string_view downloadExtensions;
     /// What it is, for people.
     std::string_view title;
-    /// Builds the converter, runs it and destroys it; gives what it gave. The converter's warning
-    /// has been shown when this returns.
+    /// Builds the converter, makes it ready, runs it and destroys it; gives what it gave, and false where
+    /// an error was raised meanwhile. The converter's warning has been shown when this returns. Raises
+    /// nothing.
     bool (*convert)(const ConversionTarget& target, std::string* fileName);
 };
 

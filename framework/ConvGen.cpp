@@ -26,8 +26,11 @@ CConvGen::~CConvGen() {
         TextId::FromZeroStations};
     if (warningKind_ <= kNoWarning || warningKind_ > kFromZeroStations)
         return;
-    const std::string title = LoadText(TextId::ImportFile);
-    MessageBoxOkExclam(nullptr, LoadText(kTexts[static_cast<std::size_t>(warningKind_)]), title);
+    Finish([this] {
+        const std::string title = LoadText(TextId::ImportFile);
+        const TextId text = kTexts[static_cast<std::size_t>(warningKind_)];
+        MessageBoxOkExclam(nullptr, LoadText(text), title);
+    });
 }
 
 void CConvGen::Prepare(const Preparation& preparation) {

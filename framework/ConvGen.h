@@ -95,6 +95,13 @@ protected:
         return true;
     }
 
+    /// Does what a destructor still has to do: an error raised there ends there, and is noted where the
+    /// preparation says.
+    template <class Work>
+    void Finish(Work work) noexcept {
+        Guarded(preparation_.problem, work);
+    }
+
     std::string* fileName_;               ///< the file to convert, owned by the entry function
     std::shared_ptr<CConvCod> codeTable_; ///< converts codes read from the file
     std::string text_;                    ///< working text, free for the converters

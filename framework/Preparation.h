@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/Problem.h"
 #include "routines/InputFile.h"
 
 #include <cstddef>
@@ -9,4 +10,7 @@
 struct Preparation {
     std::size_t size = sizeof(Preparation);
     ByteSource source; ///< the bytes of the file; a job database is always opened by its name
+    /// Takes what kept the conversion from its end, the destructor's part of it included. Borrowed: it
+    /// must outlive the converter.
+    Problem* problem = nullptr;
 };

@@ -48,7 +48,8 @@ std::string LabelsAndValues(const CRig& line) {
 /// The vertices, as many as fit in a line of text: name and style (line type and colour).
 void PrintVertices(Sink& sink, const CRig& line) {
     std::string text;
-    for (const CCtsVrt& vertex : line.GetVrtAr()) {
+    for (int i = 0; i < line.GetVrtArSize(); ++i) {
+        const CCtsVrt& vertex = *line.GetVrtAt(i);
         const std::string shown = Shown(vertex.name) + " (" + Shown({&vertex.lineType, 1}) +
                                   Shown({&vertex.colour, 1}) + ")";
         if (!text.empty() && ShownWidth(text) + ShownWidth(shown) > kLineWidth) {

@@ -266,7 +266,11 @@ private:
         Number("real_2", line.GetDatoRea2());
         Integer("integer_1", line.GetDatoInt1());
         Integer("integer_2", line.GetDatoInt2());
-        Array("vertices", line.GetVrtAr(), &JsonObject::WriteVertex);
+        Key("vertices");
+        json_.StartArray();
+        for (int i = 0; i < line.GetVrtArSize(); ++i)
+            WriteVertex(*line.GetVrtAt(i));
+        json_.EndArray();
     }
 
     void WriteVertex(const CCtsVrt& vertex) {

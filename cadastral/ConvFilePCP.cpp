@@ -289,7 +289,17 @@ void CConvFilePCP::ConversioneRiga3o7(char type) {
             previous->colour = colour_;
             previous->lineType = lineType_;
         }
+        if (NamesRanOut()) {
+            line.RepeatLastVrt(vertexCount - i - 1);
+            return;
+        }
     }
+}
+
+/// True where every vertex that is still asked for would be the one before it: no field is closed any
+/// more, and no record can go on with the list.
+bool CConvFilePCP::NamesRanOut() const {
+    return !Contains(Rest(), {&kFieldEnd, 1}) && (!field_.empty() || atEnd_);
 }
 
 /// The next vertex, in the current field. An empty one says that the list goes on in the next record,

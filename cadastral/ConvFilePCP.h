@@ -44,6 +44,7 @@ private:
     const std::string& NextField();
     double NextReal();
     void ReadVertex(char type);
+    bool NamesRanOut() const;
     CRig& AddLine(char type);
     std::string_view Rest() const { return std::string_view(record_).substr(restBegin_); }
     char& RestAt(std::size_t position) { return record_[restBegin_ + position]; }

@@ -2,6 +2,7 @@
 
 #include "host/CtsVrt.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,20 +19,30 @@ public:
     void SetDatoInt1(short value) { integer1_ = value; }
     void SetDatoInt2(short value) { integer2_ = value; }
 
-    /// Makes room for that many vertices.
+    /// Makes room for that many vertices, but for no more than lines have: a damaged record asks for
+    /// thousands, and a list costs what is stored in it.
     void VrtArReserve(int count) {
+        constexpr int kUsual = 64;
         if (count > 0)
-            vertices_.reserve(static_cast<std::size_t>(count));
+            vertices_.reserve(static_cast<std::size_t>(std::min(count, kUsual)));
     }
     /// Appends a vertex and returns its index.
     int AddVrt(CCtsVrt vertex) {
         vertices_.push_back(std::move(vertex));
         return static_cast<int>(vertices_.size()) - 1;
     }
-    /// The vertex at that index, or null where the index is out of range.
+    /// Lets the last vertex stand that many times more. No other may be added then.
+    void RepeatLastVrt(int times) { repeated_ = vertices_.empty() ? 0 : times; }
+    int GetVrtArSize() const { return static_cast<int>(vertices_.size()) + repeated_; }
+    /// The vertex at that index, or null where the index is out of range. Those that the last one
+    /// stands for are one and the same.
+    const CCtsVrt* GetVrtAt(int index) const {
+        if (index < 0 || index >= GetVrtArSize())
+            return nullptr;
+        return &vertices_[std::min(static_cast<std::size_t>(index), vertices_.size() - 1)];
+    }
     CCtsVrt* GetVrtAt(int index) {
-        const bool inRange = index >= 0 && static_cast<std::size_t>(index) < vertices_.size();
-        return inRange ? &vertices_[static_cast<std::size_t>(index)] : nullptr;
+        return const_cast<CCtsVrt*>(std::as_const(*this).GetVrtAt(index));
     }
 
     char GetTipoRiga() const { return type_; }
@@ -42,7 +53,6 @@ public:
     double GetDatoRea2() const { return real2_; }
     short GetDatoInt1() const { return integer1_; }
     short GetDatoInt2() const { return integer2_; }
-    const std::vector<CCtsVrt>& GetVrtAr() const { return vertices_; }
 
 private:
     char type_ = 0;
@@ -54,4 +64,5 @@ private:
     std::string nameLabel2_;
     std::string materialLabel_;
     std::vector<CCtsVrt> vertices_;
+    int repeated_ = 0; ///< how often more the last one stands
 };

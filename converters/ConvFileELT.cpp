@@ -71,7 +71,9 @@ void AppendWithBlank(std::string& text, const std::string& part) {
 CConvFileELT::CConvFileELT(CLibCmp& fieldBook, std::string* fileName)
     : CConvFileBase(fieldBook, fileName) {}
 
-CConvFileELT::~CConvFileELT() = default;
+CConvFileELT::~CConvFileELT() {
+    Finish([this] { WriteJobTexts(); });
+}
 
 void CConvFileELT::ProcessaRiga() {
     if (line_.size() < kShortestLine)
@@ -112,14 +114,32 @@ void CConvFileELT::InputValues() {
 
 void CConvFileELT::StartOfMeasurements() {
     setsHz_ = false;
-    if (!jobName_.empty())
-        SetNomeAtJob(jobName_);
-    if (!operator_.empty())
-        SetOperAtJob(operator_);
-    if (!instrument_.empty())
-        SetStrumAtJob(instrument_);
-    if (!date_.empty())
-        SetDataAtJob(date_);
+    if (!CurrentJob())
+        return;
+    if (!job_.title.empty()) {
+        if (job_.titleIsName)
+            job_.name.clear();
+        else if (!job_.named)
+            job_.name = GetNomeOfJob();
+        job_.name.append(" ").append(job_.title);
+        job_.title.clear();
+        job_.named = true;
+    }
+    job_.operatorsTaken = job_.operators.size();
+    job_.instrumentsTaken = job_.instruments.size();
+    if (!job_.date.empty())
+        job_.dateTaken = job_.date;
+}
+
+void CConvFileELT::WriteJobTexts() {
+    if (job_.named)
+        SetNomeAtJob(job_.name);
+    if (job_.operatorsTaken > 0)
+        SetOperAtJob(job_.operators.substr(0, job_.operatorsTaken));
+    if (job_.instrumentsTaken > 0)
+        SetStrumAtJob(job_.instruments.substr(0, job_.instrumentsTaken));
+    if (!job_.dateTaken.empty())
+        SetDataAtJob(job_.dateTaken);
 }
 
 /// Operator and instrument gather over the title lines, each part followed by a blank. The job's title
@@ -139,12 +159,14 @@ void CConvFileELT::TitleLine() {
         if (FindTag(tag, instrument))
             instrument.insert(0, "s.n.");
     }
-    findAll(kDateTitles, date_);
+    findAll(kDateTitles, job_.date);
 
-    if (!job.empty())
-        jobName_ = GetNomeOfJob() + " " + job;
-    AppendWithBlank(operator_, operatorName);
-    AppendWithBlank(instrument_, instrument);
+    if (!job.empty()) {
+        job_.title = job;
+        job_.titleIsName = !CurrentJob();
+    }
+    AppendWithBlank(job_.operators, operatorName);
+    AppendWithBlank(job_.instruments, instrument);
 }
 
 void CConvFileELT::ConvertiRigaPI() {

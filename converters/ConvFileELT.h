@@ -32,6 +32,7 @@ private:
     bool HasTag(std::string_view tag) const { return PositionOf(tag) != std::string_view::npos; }
     void InputValues();
     void StartOfMeasurements();
+    void WriteJobTexts();
     void TitleLine();
     bool OffsetLine();
     bool NamesOfLine();
@@ -43,10 +44,21 @@ private:
     std::array<std::uint8_t, TextFile::kLongestLine> bars_{};
     std::size_t barCount_ = 0;
 
-    std::string jobName_;
-    std::string operator_;
-    std::string instrument_;
-    std::string date_;
+    /// Texts of the job as the titles gave them. What the last start of measurements took of them is
+    /// written once, at the end: they gather over the whole file.
+    struct JobTexts {
+        std::string title;              ///< of the job, not yet taken; empty: none
+        bool titleIsName = false;       ///< there was no job whose name it could follow
+        std::string name;               ///< as taken: the job's own with the titles behind it
+        bool named = false;             ///< a title was taken
+        std::string operators;          ///< grows with each title line
+        std::size_t operatorsTaken = 0; ///< so much of it
+        std::string instruments;        ///< grows as well
+        std::size_t instrumentsTaken = 0;
+        std::string date; ///< the last one
+        std::string dateTaken;
+    };
+    JobTexts job_;
 
     std::string stationName_;
     std::string stationCode_;

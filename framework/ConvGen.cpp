@@ -129,7 +129,7 @@ void CConvGen::SetDataAtJob(std::string date) {
 
 void CConvGen::SetAtJob(JobSetter set, std::string text) {
     StringTrimBoth(text);
-    if (CJob* const job = fieldBook_.GetJobAt(jobIndex_))
+    if (CJob* const job = CurrentJob())
         (job->*set)(text);
 }
 
@@ -164,7 +164,7 @@ std::string CConvGen::NameOfFile(const std::string& path) {
 }
 
 std::string CConvGen::GetNomeOfJob() {
-    CJob* const job = fieldBook_.GetJobAt(jobIndex_);
+    CJob* const job = CurrentJob();
     return job ? job->GetNome() : std::string();
 }
 

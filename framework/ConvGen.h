@@ -76,6 +76,8 @@ protected:
     void AddJobOfFile();
     /// The bare name of a file, as the field book holds it.
     static std::string NameOfFile(const std::string& path);
+    /// The current job, or null.
+    CJob* CurrentJob() { return fieldBook_.GetJobAt(jobIndex_); }
     /// The current station, or null.
     CSta* CurrentStation();
     /// The point of the current station that was added last, or null.

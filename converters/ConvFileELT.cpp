@@ -20,6 +20,7 @@
 #include "routines/Numbers.h"
 #include "routines/Reduction.h"
 #include "routines/Text.h"
+#include "routines/Trigonometry.h"
 
 #include <algorithm>
 #include <array>
@@ -235,15 +236,15 @@ bool CConvFileELT::HasAngles(const Measurement& measured) {
 void CConvFileELT::ApplyOffsets(Measurement& measured) const {
     double& distance = measured.slopeDistance;
     if (IsPresent(alongOffset_))
-        distance += alongOffset_ / std::sin(measured.verticalAngle * kRadiansPerGon);
+        distance += alongOffset_ / Sin(measured.verticalAngle * kRadiansPerGon);
     if (IsPresent(lateralOffset_)) {
-        measured.horizontalAngle += std::atan(lateralOffset_ / distance) * kGonPerRadian;
+        measured.horizontalAngle += ArcTan(lateralOffset_ / distance) * kGonPerRadian;
         distance = std::sqrt(distance * distance + lateralOffset_ * lateralOffset_);
     }
     if (IsPresent(verticalOffset_)) {
         const double zenith = measured.verticalAngle * kRadiansPerGon;
         const PolarReading polar = RoundedPolarFromReduced(
-            distance * std::sin(zenith), distance * std::cos(zenith) + verticalOffset_);
+            distance * Sin(zenith), distance * Cos(zenith) + verticalOffset_);
         distance = polar.slopeDistance;
         measured.verticalAngle = polar.zenithAngle;
     }

@@ -7,6 +7,7 @@
 #include "routines/Numbers.h"
 #include "routines/Reduction.h"
 #include "routines/Text.h"
+#include "routines/Trigonometry.h"
 #include "routines/TskFormat.h"
 #include "routines/TskString.h"
 
@@ -227,7 +228,7 @@ TEST(Reduction, GivesSlopeDistanceAndZenithAngle) {
     EXPECT_EQ(reduced(10, -10).slopeDistance, 14.142);
     EXPECT_EQ(reduced(0, 5).zenithAngle, 0);
     EXPECT_EQ(reduced(0, 5).slopeDistance, 5);
-    EXPECT_EQ(PolarFromReduced(10, 10).zenithAngle, std::atan(1.0) * kGonPerRadian);
+    EXPECT_EQ(PolarFromReduced(10, 10).zenithAngle, ArcTan(1) * kGonPerRadian);
     EXPECT_NE(PolarFromReduced(10, 10).zenithAngle, 50) << "pi has nine decimals here";
 }
 

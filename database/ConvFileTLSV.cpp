@@ -28,7 +28,6 @@
 #include "routines/TskFormat.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace {
@@ -84,10 +83,7 @@ double Number(std::string_view field) {
 }
 
 int Integer(std::string_view field) {
-    const long long number = LongDaStringNullZero(field);
-    const bool fits =
-        number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max();
-    return fits ? static_cast<int>(number) : 0;
+    return static_cast<int>(LongDaStringNullZero(field));
 }
 
 double TakeNumber(std::string_view& text) {

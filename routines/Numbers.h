@@ -30,7 +30,7 @@ double DividedNumber(std::string_view text, double divisor);
 double tsk_atof(const char* text);
 
 /// The integer at the start of the text: leading blanks, an optional sign, digits. 0 where there
-/// are no digits, or where the value does not fit the type.
+/// are no digits, or where the value does not fit the type; a long has 32 bits on every system.
 short IntDaStringNullZero(std::string_view text);
 long LongDaStringNullZero(std::string_view text);
 

@@ -168,6 +168,9 @@ TEST(Numbers, IntegersThatDoNotFitAreZero) {
     EXPECT_EQ(IntDaStringNullZero(""), 0);
     EXPECT_EQ(IntDaStringNullZero("+-1"), 0);
     EXPECT_EQ(LongDaStringNullZero("2147483647"), 2147483647L);
+    EXPECT_EQ(LongDaStringNullZero("-2147483648x"), -2147483647L - 1);
+    EXPECT_EQ(LongDaStringNullZero("2147483648"), 0) << "also where a long has 64 bits";
+    EXPECT_EQ(LongDaStringNullZero("-2147483649"), 0);
     EXPECT_EQ(LongDaStringNullZero("99999999999999999999"), 0);
 }
 

@@ -76,10 +76,10 @@ std::string_view TakeLastField(std::string_view& text) {
 /// their users do.
 double Number(std::string_view field) {
     if (field.find(',') == std::string_view::npos)
-        return DoubleDaString(field);
+        return NumberForBook(field);
     std::string pointed(field);
     std::ranges::replace(pointed, ',', '.');
-    return DoubleDaString(pointed);
+    return NumberForBook(pointed);
 }
 
 int Integer(std::string_view field) {

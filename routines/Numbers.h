@@ -64,6 +64,12 @@ inline double FiniteOrNoValue(double value) {
     return std::isfinite(value) ? value + 0.0 : kNoValue;
 }
 
+/// The number at the start of a text, as it goes into the field book or the cadastral document
+/// where no further arithmetic is done.
+inline double NumberForBook(std::string_view text) {
+    return FiniteOrNoValue(DoubleDaString(text));
+}
+
 /// A slope distance as read: exactly 0 means that no distance was measured.
 constexpr double DistanceOrNoValue(double distance) {
     return distance == 0 ? kNoValue : distance;

@@ -276,29 +276,64 @@ DoubleDouble ArcTanSeries(DoubleDouble square) {
     return square * (kThird + square * (kFifth + square * (kSeventh + small)));
 }
 
+/// A quotient as its first 26 bits and a rest that is right to 2^-77 of it; and as one double.
+struct Quotient {
+    double firstHalf;
+    double rest;
+    double high;
+};
+
+/// The first 26 bits of a number, whose product with as many or 27 others is exact.
+double FirstHalf(double number) {
+    return std::bit_cast<double>(std::bit_cast<std::uint64_t>(number) & ~std::uint64_t{0x7ffffff});
+}
+
+/// (y - c x) / (x + c y), where c has few bits: the products with halves are exact, and so is the first
+/// difference, since neither part of it is more than twice the other.
+Quotient TurnedBack(DoubleDouble y, DoubleDouble x, double c) {
+    const double xHalf = FirstHalf(x.high);
+    const double yHalf = FirstHalf(y.high);
+    const DoubleDouble up = SumOfOrdered(y.high - c * xHalf, -c * (x.high - xHalf));
+    const double upLow = up.low + (y.low - c * x.low);
+    const DoubleDouble first = SumOfOrdered(x.high, c * yHalf);
+    const DoubleDouble along =
+        SumOfOrdered(first.high, first.low + (c * (y.high - yHalf) + (x.low + c * y.low)));
+
+    const double inverse = 1 / (x.high + c * y.high);
+    const double quotient = up.high * inverse;
+    const double half = FirstHalf(quotient);
+    const double alongHalf = FirstHalf(along.high);
+    const double rest = ((up.high - half * alongHalf) - half * (along.high - alongHalf)) +
+                        (upLow - half * along.low);
+    return {half, rest * inverse, quotient};
+}
+
 /// The angle of the vector (x, y), or of (-x, y) where `behind`; x and y are not negative.
 double Angle(DoubleDouble y, DoubleDouble x, bool behind) {
     const bool steep = y.high > x.high;
     if (steep)
         std::swap(x, y);
 
-    // Turned back by a multiple of the step, whose tangent is c, it is the vector (x + c y, y - c x).
-    const int step = ToWhole(y.high / x.high * kStepsOfOne);
+    // Turned back by a multiple of the step, whose tangent is c, it is the vector (x + c y, y - c x). The
+    // step is chosen so that y is more than half of c x.
+    const int step = static_cast<int>(y.high / x.high * kStepsOfOne + 0.4999);
     const double c = static_cast<double>(step) / kStepsOfOne;
-    const DoubleDouble t = (y - x * c) / (x + y * c);
     DoubleDouble start = kArcTans[static_cast<std::size_t>(step)];
     if (steep)
         start = kHalfPi - start;
     if (behind)
         start = kPi - start;
-    const DoubleDouble turn = steep != behind ? -t : t;
+    const double sign = steep != behind ? -1 : 1;
 
-    const double small = turn.high * ArcTanSeries(t.high * t.high);
-    const DoubleDouble sum = ExactSum(start.high, turn.high);
-    const DoubleDouble quick = SumOfOrdered(sum.high, sum.low + (start.low + turn.low + small));
+    const Quotient t = TurnedBack(y, x, c);
+    const double small = t.high * ArcTanSeries(t.high * t.high);
+    const DoubleDouble sum = SumOfOrdered(start.high, sign * t.firstHalf);
+    const DoubleDouble quick =
+        SumOfOrdered(sum.high, sum.low + (start.low + sign * (t.rest + small)));
     if (IsCertain(quick))
         return quick.high;
-    return (start + (turn + turn * ArcTanSeries(t * t))).high;
+    const DoubleDouble exact = (y - x * c) / (x + y * c);
+    return (start + (exact + exact * ArcTanSeries(exact * exact)) * sign).high;
 }
 
 } // namespace

@@ -194,7 +194,7 @@ const std::string& CConvFilePCP::NextField() {
 
 /// The next field as a real value of a line; 0 where it is more than half the no-value marker.
 double CConvFilePCP::NextReal() {
-    const double value = DoubleDaString(NextField());
+    const double value = NumberForBook(NextField());
     return value > kPresentBelow ? 0 : value;
 }
 
@@ -250,8 +250,8 @@ void CConvFilePCP::ConversioneRiga2() {
         return;
     const std::string name = NextField();
     const std::string code = NextField();
-    const double horizontalAngle = DoubleDaString(NextField());
-    const double distance = DistanceOrNoValue(DoubleDaString(NextField()));
+    const double horizontalAngle = NumberForBook(NextField());
+    const double distance = DistanceOrNoValue(NumberForBook(NextField()));
     CPun* const point = fieldBook_.AddPun(jobIndex_, staIndex_, true);
     if (!point)
         return;
@@ -379,8 +379,8 @@ void CConvFilePCP::ConversioneRiga6() {
 /// Orientation point. The file gives Y (north) before X (east).
 void CConvFilePCP::ConversioneRiga8() {
     const std::string name = NextField();
-    const double y = DoubleDaString(NextField());
-    const double x = DoubleDaString(NextField());
+    const double y = NumberForBook(NextField());
+    const double x = NumberForBook(NextField());
     const std::string reliability = NextField();
     const std::string comment = NextField();
     COri* const point = fieldBook_.AddOri(true);
@@ -396,7 +396,7 @@ void CConvFilePCP::ConversioneRiga8() {
 
 void CConvFilePCP::ConversioneRiga9() {
     CRig& values = document_.GetRigValori();
-    values.SetDatoRea1(DoubleDaString(NextField()));
+    values.SetDatoRea1(NumberForBook(NextField()));
     if (!NextField().empty())
         values.SetDatoInt1(IntDaStringNullZero(field_));
     if (!NextField().empty())

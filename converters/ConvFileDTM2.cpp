@@ -108,8 +108,8 @@ void CConvFileDTM2::LeggiXYZStaz() {
     if (!CurrentStationIs(fields_[kName]))
         AggiungeSta(Text(fields_[kName]), Text(fields_[kCode]), 0, kNoValue, kNoValue);
     if (CSta* const station = CurrentStation()) {
-        station->SetCoord(DoubleDaString(fields_[4]), DoubleDaString(fields_[3]),
-                          DoubleDaString(fields_[5]));
+        station->SetCoord(NumberForBook(fields_[4]), NumberForBook(fields_[3]),
+                          NumberForBook(fields_[5]));
         station->SetAnCoAz(0);
     }
     stationPresent_ = true;
@@ -133,8 +133,8 @@ void CConvFileDTM2::LeggiCoordPnt() {
     CPun* const added = LastPoint();
     if (added == before)
         return;
-    added->SetCoordEtCalcMisure(fieldBook_.GetCalcolaMisure(), DoubleDaString(fields_[4]),
-                                DoubleDaString(fields_[3]), DoubleDaString(fields_[5]),
+    added->SetCoordEtCalcMisure(fieldBook_.GetCalcolaMisure(), NumberForBook(fields_[4]),
+                                NumberForBook(fields_[3]), NumberForBook(fields_[5]),
                                 fieldBook_.GetCalcDsOr(), kNoValue, kNoValue);
 }
 

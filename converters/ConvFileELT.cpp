@@ -20,6 +20,7 @@
 #include "routines/Numbers.h"
 #include "routines/Reduction.h"
 #include "routines/Text.h"
+#include "routines/Trigonometry.h"
 
 #include <algorithm>
 #include <array>
@@ -252,15 +253,15 @@ bool CConvFileELT::HasAngles(const Reading& reading) {
 void CConvFileELT::ApplyOffsets(Reading& reading) const {
     double& distance = reading.slopeDistance;
     if (IsPresent(alongOffset_))
-        distance += alongOffset_ / std::sin(reading.zenithAngle * kRadiansPerGon);
+        distance += alongOffset_ / Sin(reading.zenithAngle * kRadiansPerGon);
     if (IsPresent(lateralOffset_)) {
-        reading.horizontalAngle += std::atan(lateralOffset_ / distance) * kGonPerRadian;
+        reading.horizontalAngle += ArcTan(lateralOffset_ / distance) * kGonPerRadian;
         distance = std::sqrt(distance * distance + lateralOffset_ * lateralOffset_);
     }
     if (IsPresent(verticalOffset_)) {
         const double zenith = reading.zenithAngle * kRadiansPerGon;
-        reading = RoundedReadingFromReduced(distance * std::sin(zenith),
-                                            distance * std::cos(zenith) + verticalOffset_,
+        reading = RoundedReadingFromReduced(distance * Sin(zenith),
+                                            distance * Cos(zenith) + verticalOffset_,
                                             reading.horizontalAngle);
     }
 }

@@ -20,6 +20,7 @@
 #include "routines/Numbers.h"
 #include "routines/Reduction.h"
 #include "routines/Text.h"
+#include "routines/Trigonometry.h"
 
 #include <algorithm>
 #include <cmath>
@@ -144,7 +145,7 @@ void CConvFilePhenix::PointCoordinates(const std::string& east, const std::strin
     const double dN = DoubleDaString(north) - y_;
     const double dZ = DoubleDaString(height) - z_ - instrumentHeight_ + targetHeight;
     const double distance = std::sqrt(dN * dN + dE * dE + dZ * dZ);
-    const double zenith = distance == 0 ? 100 : std::acos(dZ / distance) * kGonPerRadian;
+    const double zenith = distance == 0 ? 100 : ArcCos(dZ / distance) * kGonPerRadian;
     const std::string note = "N = " + north + "\r\nE = " + east + "\r\nQ = " + height;
 
     const CPun* const before = LastPoint();

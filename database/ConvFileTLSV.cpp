@@ -28,7 +28,6 @@
 #include "routines/TskFormat.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace {
@@ -77,17 +76,14 @@ std::string_view TakeLastField(std::string_view& text) {
 /// their users do.
 double Number(std::string_view field) {
     if (field.find(',') == std::string_view::npos)
-        return DoubleDaString(field);
+        return NumberForBook(field);
     std::string pointed(field);
     std::ranges::replace(pointed, ',', '.');
-    return DoubleDaString(pointed);
+    return NumberForBook(pointed);
 }
 
 int Integer(std::string_view field) {
-    const long long number = LongDaStringNullZero(field);
-    const bool fits =
-        number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max();
-    return fits ? static_cast<int>(number) : 0;
+    return static_cast<int>(LongDaStringNullZero(field));
 }
 
 double TakeNumber(std::string_view& text) {

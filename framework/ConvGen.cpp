@@ -83,7 +83,7 @@ void CConvGen::AggiungePun(std::string name, std::string code, std::string note,
     CPun* const point = fieldBook_.AddPun(jobIndex_, staIndex_, true);
     if (!point)
         return;
-    const std::string& converted = codeTable_->CodeConvertito(code);
+    const std::string converted = codeTable_->CodeConvertito(code);
     const std::string mode = codeTable_->ModalitaConver(code);
     point->SetNome(name);
     point->SetCode(converted);

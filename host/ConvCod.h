@@ -15,8 +15,8 @@ public:
     CConvCod& operator=(const CConvCod&) = delete;
     ~CConvCod();
 
-    /// The point code to store for a code read from a file. The reference is valid as long as
-    /// `code` is, until this or IdenConvertito is called again.
+    /// The point code to store for a code read from a file. The reference need be valid no longer
+    /// than `code` is, nor beyond the next call: a host may answer in a buffer that it uses again.
     const std::string& CodeConvertito(const std::string& code);
     /// The station identifier to store for a code read from a file; valid like the above.
     const std::string& IdenConvertito(const std::string& code);

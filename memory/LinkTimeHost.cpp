@@ -86,6 +86,8 @@ struct CConvCod::Table : convfile::memory::CodeTable {
     Table(const Table&) = delete;
     Table& operator=(const Table&) = delete;
     ~Table() { --State().codeTables; }
+
+    std::string answer; ///< of the last question only, as hosts may keep it
 };
 
 CConvCod::CConvCod() : table_(new Table) {}
@@ -94,15 +96,16 @@ CConvCod::~CConvCod() {
 }
 const std::string& CConvCod::CodeConvertito(const std::string& code) {
     const auto found = table_->pointCodes.find(code);
-    return found == table_->pointCodes.end() ? code : found->second;
+    return found == table_->pointCodes.end() ? code : table_->answer = found->second;
 }
 const std::string& CConvCod::IdenConvertito(const std::string& code) {
     const auto found = table_->stationIdentifiers.find(code);
-    return found == table_->stationIdentifiers.end() ? code : found->second;
+    return found == table_->stationIdentifiers.end() ? code : table_->answer = found->second;
 }
 std::string CConvCod::ModalitaConver(const std::string& code) {
     const auto found = table_->drawingAttributes.find(code);
-    return found == table_->drawingAttributes.end() ? std::string() : found->second;
+    table_->answer = found == table_->drawingAttributes.end() ? std::string() : found->second;
+    return table_->answer;
 }
 bool CConvCod::GetModoConver() const {
     return table_->conversionMode;

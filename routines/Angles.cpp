@@ -1,6 +1,7 @@
 #include "routines/Angles.h"
 
 #include "host/NoValue.h"
+#include "routines/Trigonometry.h"
 
 #include <cmath>
 
@@ -34,5 +35,5 @@ double LimiteAng200_200(double angle) {
 }
 
 double AngoloDaAsseRifer(double east, double north) {
-    return LimiteAng0_400(std::atan2(east, north) * kGonPerRadian);
+    return LimiteAng0_400(ArcTan2(east, north) * kGonPerRadian);
 }

@@ -183,7 +183,7 @@ short IntDaStringNullZero(std::string_view text) {
 }
 
 long LongDaStringNullZero(std::string_view text) {
-    return IntegerAtStart<long>(text);
+    return IntegerAtStart<std::int32_t>(text);
 }
 
 std::string WithImpliedPoint(std::string_view text, std::size_t decimals) {

@@ -30,7 +30,7 @@ double DividedNumber(std::string_view text, double divisor);
 double tsk_atof(const char* text);
 
 /// The integer at the start of the text: leading blanks, an optional sign, digits. 0 where there
-/// are no digits, or where the value does not fit the type.
+/// are no digits, or where the value does not fit the type; a long has 32 bits on every system.
 short IntDaStringNullZero(std::string_view text);
 long LongDaStringNullZero(std::string_view text);
 
@@ -62,6 +62,12 @@ double RoundedByLong(double value, double scale);
 /// left no finite number, and no negative zero (atan and "-0" give one).
 inline double FiniteOrNoValue(double value) {
     return std::isfinite(value) ? value + 0.0 : kNoValue;
+}
+
+/// The number at the start of a text, as it goes into the field book or the cadastral document
+/// where no further arithmetic is done.
+inline double NumberForBook(std::string_view text) {
+    return FiniteOrNoValue(DoubleDaString(text));
 }
 
 /// A slope distance as read: exactly 0 means that no distance was measured.

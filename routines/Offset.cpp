@@ -1,6 +1,7 @@
 #include "routines/Offset.h"
 
 #include "routines/Angles.h"
+#include "routines/Trigonometry.h"
 
 #include <cmath>
 
@@ -10,20 +11,20 @@ namespace {
 double TurnFor(double lateral, double horizontal) {
     if (horizontal == 0)
         return std::copysign(100.0, lateral);
-    return std::atan(lateral / horizontal) * kGonPerRadian;
+    return ArcTan(lateral / horizontal) * kGonPerRadian;
 }
 
 } // namespace
 
 Reading ReadingAtOffset(const Reading& reference, const Offset& offset) {
     const double zenith = reference.zenithAngle * kRadiansPerGon;
-    const double h = reference.slopeDistance * std::sin(zenith) + offset.along;
-    const double v = reference.slopeDistance * std::cos(zenith) + offset.vertical;
+    const double h = reference.slopeDistance * Sin(zenith) + offset.along;
+    const double v = reference.slopeDistance * Cos(zenith) + offset.vertical;
     const double horizontal = std::sqrt(h * h + offset.lateral * offset.lateral);
 
     Reading moved = reference;
     moved.slopeDistance = std::sqrt(horizontal * horizontal + v * v);
-    moved.zenithAngle = horizontal == 0 ? 100 : 100 - std::atan(v / horizontal) * kGonPerRadian;
+    moved.zenithAngle = horizontal == 0 ? 100 : 100 - ArcTan(v / horizontal) * kGonPerRadian;
     if (reference.zenithAngle >= 200)
         moved.zenithAngle = 400 - moved.zenithAngle;
     if (offset.lateral != 0)

@@ -2,6 +2,7 @@
 
 #include "routines/Angles.h"
 #include "routines/Numbers.h"
+#include "routines/Trigonometry.h"
 
 #include <cmath>
 
@@ -11,11 +12,11 @@ Reading ReadingFromReduced(double horizontalDistance, double heightDifference,
     const double h = heightDifference;
     double zenith = 100;
     if (h != 0) {
-        zenith = std::atan(d / h) * kGonPerRadian;
+        zenith = ArcTan(d / h) * kGonPerRadian;
         if (zenith < 0)
             zenith += 200;
     }
-    // Straight down atan gives -0.
+    // Straight down the arc tangent is -0.
     return {.slopeDistance = std::sqrt(d * d + h * h),
             .zenithAngle = zenith + 0.0,
             .horizontalAngle = horizontalAngle};

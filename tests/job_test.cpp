@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace convfile::test {
@@ -71,6 +72,30 @@ TEST(JobImport, DecimalCommasAndDatesBefore1970) {
     ImportJob(tables, job);
     EXPECT_EQ(job.fieldBook.Jobs().at(0)->Date(), "31/12/1969");
     EXPECT_EQ(job.fieldBook.Jobs()[0]->stations.at(0)->GetExtras().coordinates.y, 12.5);
+}
+
+TEST(JobImport, HasNoNegativeZero) {
+    std::vector<Table> tables = RealisticJob();
+    for (const auto& [table, column] : {std::pair{"tblSoPoints", "C1"},
+                                        {"tblSoPoints", "C3"},
+                                        {"tblStations", "C2"},
+                                        {"tblTsOccups", "InstrHeight"},
+                                        {"tblTsShots", "TargetAntHeight"},
+                                        {"tblTsShots", "HAngle"}}) {
+        Table& changed = TableNamed(tables, table);
+        const auto place = std::ranges::find(changed.columns, column, &access::Column::name);
+        ASSERT_NE(place, changed.columns.end()) << column;
+        place->type = Type::Text;
+        for (access::Row& row : changed.rows)
+            row.values[static_cast<std::size_t>(place - changed.columns.begin())] =
+                std::string("-0.00");
+    }
+    app::Conversion job;
+    ImportJob(tables, job);
+    const std::string book = JsonOf(job);
+    EXPECT_THAT(book, testing::HasSubstr(R"("target_height": 0)"));
+    for (const char* const zero : {" -0,", " -0\n"})
+        EXPECT_THAT(book, Not(testing::HasSubstr(zero)));
 }
 
 /// The reference files of the format are what the writer writes.

@@ -115,6 +115,37 @@ TEST(EveryFormat, GoesOnWhereTheFieldBookDeclines) {
     }
 }
 
+/// Every number with decimals is a negative zero of its width.
+std::string WithNegativeZeros(std::string text) {
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    for (std::size_t begin = 0; begin < text.size(); ++begin) {
+        if (!isDigit(text[begin]))
+            continue;
+        std::size_t end = begin;
+        while (end < text.size() && (isDigit(text[end]) || text[end] == '.'))
+            ++end;
+        const std::size_t point = text.find('.', begin);
+        if (point > begin + 1 && point + 1 < end) {
+            std::replace_if(text.begin() + static_cast<std::ptrdiff_t>(begin),
+                            text.begin() + static_cast<std::ptrdiff_t>(end), isDigit, '0');
+            text[begin] = '-';
+        }
+        begin = end;
+    }
+    return text;
+}
+
+TEST(EveryFormat, WritesNoNegativeZero) {
+    const TempFolder folder;
+    for (const Golden& golden : GoldenFiles()) {
+        const std::string path = folder.Write(golden.file.filename().string(),
+                                              WithNegativeZeros(ReadBytes(golden.file)));
+        const std::string book = ConvertToJson(golden.format, path);
+        for (const char* const zero : {" -0,", " -0\n"})
+            EXPECT_EQ(book.find(zero), std::string_view::npos) << golden.file;
+    }
+}
+
 /// A folder has no bytes to read and is not a file to convert.
 TEST(EveryFormat, RefusesWhatCannotBeOpened) {
     const TempFolder folder;

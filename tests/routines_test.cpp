@@ -7,6 +7,7 @@
 #include "routines/Numbers.h"
 #include "routines/Reduction.h"
 #include "routines/Text.h"
+#include "routines/Trigonometry.h"
 #include "routines/TskFormat.h"
 #include "routines/TskString.h"
 
@@ -167,6 +168,9 @@ TEST(Numbers, IntegersThatDoNotFitAreZero) {
     EXPECT_EQ(IntDaStringNullZero(""), 0);
     EXPECT_EQ(IntDaStringNullZero("+-1"), 0);
     EXPECT_EQ(LongDaStringNullZero("2147483647"), 2147483647L);
+    EXPECT_EQ(LongDaStringNullZero("-2147483648x"), -2147483647L - 1);
+    EXPECT_EQ(LongDaStringNullZero("2147483648"), 0) << "also where a long has 64 bits";
+    EXPECT_EQ(LongDaStringNullZero("-2147483649"), 0);
     EXPECT_EQ(LongDaStringNullZero("99999999999999999999"), 0);
 }
 
@@ -227,7 +231,7 @@ TEST(Reduction, GivesSlopeDistanceAndZenithAngle) {
     EXPECT_EQ(reduced(10, -10).slopeDistance, 14.142);
     EXPECT_EQ(reduced(0, 5).zenithAngle, 0);
     EXPECT_EQ(reduced(0, 5).slopeDistance, 5);
-    EXPECT_EQ(ReadingFromReduced(10, 10).zenithAngle, std::atan(1.0) * kGonPerRadian);
+    EXPECT_EQ(ReadingFromReduced(10, 10).zenithAngle, ArcTan(1) * kGonPerRadian);
     EXPECT_NE(ReadingFromReduced(10, 10).zenithAngle, 50) << "pi has nine decimals here";
 }
 

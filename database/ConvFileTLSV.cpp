@@ -17,7 +17,6 @@
 
 #include "database/ConvFileTLSV.h"
 
-#include "database/CivilDate.h"
 #include "host/GcadEng.h"
 #include "host/LibPnt.h"
 #include "routines/Angles.h"
@@ -28,6 +27,7 @@
 #include "routines/TskFormat.h"
 
 #include <algorithm>
+#include <chrono>
 #include <limits>
 #include <utility>
 
@@ -151,13 +151,13 @@ bool CConvFileTLSV::ConnectDatabase() {
 }
 
 void CConvFileTLSV::SetJobTexts(CJob& job) {
-    constexpr int kSecondsOfDay = 24 * 60 * 60;
-    const int seconds =
+    using namespace std::chrono;
+    const int start =
         Integer(ReadFirst("SELECT StartSecondsFrom1970 FROM tblCrdObsSession", "", 1));
-    const int days = seconds / kSecondsOfDay - (seconds % kSecondsOfDay < 0 ? 1 : 0);
-    const auto date = convfile::database::CivilFromDays(days);
+    const year_month_day date(floor<days>(sys_seconds(seconds(start))));
     char text[32];
-    tsk_sprintf(text, "%d/%d/%d", date.day, date.month, static_cast<int>(date.year));
+    tsk_sprintf(text, "%u/%u/%d", static_cast<unsigned>(date.day()),
+                static_cast<unsigned>(date.month()), static_cast<int>(date.year()));
     job.SetData(text);
 
     const std::string instrument = ReadFirst("SELECT TextId FROM tblObsEquipment", "", 1);

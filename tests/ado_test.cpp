@@ -161,6 +161,36 @@ TEST_F(AdoTest, FieldsComeAsText) {
     EXPECT_EQ(database_->ReadData("SELECT", "", 7), "caff\xE8 ?\t7\t0.5\t-1\t\t\t\t") << "more";
 }
 
+_variant_t Date(double days) {
+    _variant_t date;
+    date.vt = VT_DATE;
+    date.date = days;
+    return date;
+}
+
+_variant_t Bytes(const std::string& bytes) {
+    _variant_t array;
+    array.vt = VT_ARRAY | VT_UI1;
+    array.parray = SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size()));
+    for (LONG i = 0; i < static_cast<LONG>(bytes.size()); ++i) {
+        char byte = bytes[static_cast<std::size_t>(i)];
+        SafeArrayPutElement(array.parray, &i, &byte);
+    }
+    return array;
+}
+
+/// As the engine that reads the files itself gives them.
+TEST_F(AdoTest, DatesAndBytesHaveOneForm) {
+    Connect();
+    Answer({{Date(45552.375), Date(0.25), Date(-1.25), Date(45474), Date(45627.99999999)},
+            {Bytes(std::string("a\0\xE8\0\x16\x04x", 7)), Bytes(""), Bytes("x"), 1L, 1L}});
+    std::vector<std::string> out;
+    EXPECT_TRUE(database_->ReadData("SELECT", "", 5, &out));
+    EXPECT_THAT(out, ElementsAre("17/09/2024 09:00:00\t06:00:00\t29/12/1899 06:00:00\t"
+                                 "01/07/2024\t02/12/2024\t",
+                                 "a\xE8?\t\t\t1\t1\t"));
+}
+
 TEST_F(AdoTest, TheStatusIsThatOfTheLastField) {
     Connect();
     const auto statusOf = [&](std::vector<_variant_t> row) {

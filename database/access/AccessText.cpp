@@ -1,15 +1,12 @@
 #include "database/access/AccessText.h"
 
-#include "database/CivilDate.h"
 #include "database/access/AccessPages.h"
 #include "routines/CodePage.h"
 #include "routines/Text.h"
-#include "routines/TskFormat.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <cstdint>
 
 namespace convfile::database {
@@ -82,25 +79,6 @@ std::string TextOfCurrency(long long units) {
     const auto size =
         negative ? 0 - static_cast<std::uint64_t>(units) : static_cast<std::uint64_t>(units);
     return WithPoint(std::to_string(size), 4, negative);
-}
-
-std::string TextOfDate(double days) {
-    constexpr double kYear100 = -657434;
-    constexpr double kYear9999 = 2958466;
-    if (!(days >= kYear100 && days < kYear9999))
-        return {};
-    // The time counts from midnight also before the first day: -1.25 is 29 December, 6 o'clock.
-    const double day = std::trunc(days);
-    const auto seconds = static_cast<int>(std::lround(std::fabs(days - day) * 86400));
-    constexpr std::int64_t kFirstDay = -25569; // 30 December 1899, since 1970
-    const CivilDate date = CivilFromDays(static_cast<std::int64_t>(day) + kFirstDay);
-    char dateText[32];
-    char timeText[32];
-    tsk_sprintf(dateText, "%02d/%02d/%04d", date.day, date.month, static_cast<int>(date.year));
-    tsk_sprintf(timeText, "%02d:%02d:%02d", seconds / 3600, seconds / 60 % 60, seconds % 60);
-    if (day == 0)
-        return timeText;
-    return seconds == 0 ? std::string(dateText) : std::string(dateText) + " " + timeText;
 }
 
 std::string TextOfGuid(std::string_view bytes) {

@@ -13,9 +13,6 @@ std::string DecodeText(std::string_view bytes, bool jet3);
 std::string TextOfReal(double value, int significantDigits);
 /// `units` are ten-thousandths.
 std::string TextOfCurrency(long long units);
-/// Days since 30 December 1899: day/month/year, then the time where it is not midnight; the time alone
-/// on day 0.
-std::string TextOfDate(double days);
 /// The 16 bytes of a GUID, in braces.
 std::string TextOfGuid(std::string_view bytes);
 /// The 17 bytes of a Numeric: sign, and four words of its digits, the last `scale` behind the point.

@@ -2,6 +2,7 @@
 
 #include "database/Engine.h"
 #include "database/access/AccessText.h"
+#include "routines/CodePage.h"
 #include "routines/Numbers.h"
 
 #include <algorithm>
@@ -41,6 +42,15 @@ Number LittleEndian(std::string_view bytes) {
     return std::bit_cast<Number>(raw);
 }
 
+/// Bytes have the text that ADO makes of them: each two are taken for a UTF-16 unit, low one first, as far
+/// as a field's text goes.
+std::string TextOfBytes(std::string_view bytes) {
+    std::string text;
+    for (std::size_t i = 0; i + 1 < bytes.size() && text.size() < kLongestField; i += 2)
+        text += Windows1252FromUnit(LittleEndian<std::uint16_t>(bytes.substr(i)));
+    return text;
+}
+
 } // namespace
 
 RowConverter::RowConverter(AccessFile& file, const AccessTable& table)
@@ -69,6 +79,11 @@ bool RowConverter::ConvertValue(const AccessColumn& column, const AccessValue& f
         return true;
     case ColumnType::Memo:
         return ConvertMemo(from.bytes, place);
+    case ColumnType::Binary:
+        SetText(place, TextOfBytes(from.bytes));
+        return true;
+    case ColumnType::Ole:
+        return ConvertOle(from.bytes, place);
     case ColumnType::Guid:
         SetText(place, TextOfGuid(from.bytes));
         return true;
@@ -76,7 +91,7 @@ bool RowConverter::ConvertValue(const AccessColumn& column, const AccessValue& f
         ConvertNumeric(TextOfNumeric(from.bytes, column.scale), place);
         return true;
     default:
-        // Binary, OLE and whatever later versions bring have no text: they stay NULL.
+        // Whatever later versions bring has no text: it stays NULL.
         return SizeOfNumber(column.type) == 0 || ConvertNumber(column.type, from.bytes, place);
     }
 }
@@ -132,6 +147,13 @@ bool RowConverter::ConvertMemo(std::string_view bytes, std::size_t place) {
     if (!file_.ReadLong(bytes, kWanted, memo_))
         return false;
     SetText(place, DecodeText(memo_, file_.IsJet3()).substr(0, kLongestField));
+    return true;
+}
+
+bool RowConverter::ConvertOle(std::string_view bytes, std::size_t place) {
+    if (!file_.ReadLong(bytes, 2 * kLongestField, memo_))
+        return false;
+    SetText(place, TextOfBytes(memo_));
     return true;
 }
 

@@ -25,6 +25,7 @@ private:
     void ConvertCurrency(std::int64_t units, std::size_t place);
     void ConvertNumeric(std::string digits, std::size_t place);
     bool ConvertMemo(std::string_view bytes, std::size_t place);
+    bool ConvertOle(std::string_view bytes, std::size_t place);
 
     void SetInteger(std::size_t place, std::int64_t integer);
     void SetReal(std::size_t place, double real);

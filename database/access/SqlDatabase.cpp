@@ -1,5 +1,6 @@
 #include "database/access/SqlDatabase.h"
 
+#include "database/DateText.h"
 #include "database/access/AccessText.h"
 
 #include <sqlite3.h>

@@ -1,6 +1,7 @@
 // The engine on Windows: ActiveX Data Objects over OLE DB, with the provider of the Microsoft Access
 // Database Engine. Its errors are _com_error.
 
+#include "database/DateText.h"
 #include "database/Engine.h"
 #include "database/ado/AdoInterfaces.h"
 #include "routines/CodePage.h"
@@ -28,11 +29,13 @@ void RaiseFailure(HRESULT status) {
 }
 
 /// Appends a text in the system's code page, "?" for what that lacks, as far as a field's text goes.
-/// Units beyond that length cannot count: none gives less than a byte.
+/// Units beyond that length cannot count: none gives less than a byte. Nor does half a unit, which the
+/// text of an odd number of bytes ends in.
 void AppendBytes(BSTR text, std::string& line) {
     constexpr std::size_t kMostBytesOfUnit = 4;
     std::array<char, kLongestField * kMostBytesOfUnit> bytes;
-    const auto units = static_cast<int>(wcsnlen(text, kLongestField));
+    const std::size_t most = std::min<std::size_t>(kLongestField, SysStringLen(text));
+    const auto units = static_cast<int>(wcsnlen(text, most));
     const DWORD flags = GetACP() == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
     const int length = WideCharToMultiByte(CP_ACP, flags, text, units, bytes.data(),
                                            static_cast<int>(bytes.size()), nullptr, nullptr);
@@ -112,11 +115,15 @@ public:
     }
 
     /// A field that is not there is an empty variant, whose text is empty. Numbers have a decimal point,
-    /// whatever the user's settings say.
+    /// and dates one form, whatever the user's settings say.
     Status AppendField(std::int32_t field, std::string& line) override {
         std::array<LONG, 2> position = {field, row_};
         _variant_t value;
         SafeArrayGetElement(rows_.parray, position.data(), &value);
+        if (value.vt == VT_DATE) {
+            line += TextOfDate(value.date);
+            return kOk;
+        }
         _variant_t text;
         const HRESULT status =
             VariantChangeTypeEx(&text, &value, kPointLocale, VARIANT_NOUSEROVERRIDE, VT_BSTR);

@@ -277,6 +277,45 @@ TEST_F(DatabaseTest, TheEnvironmentChangesNothing) {
     unsetenv("MDBPATH");
 }
 
+/// What another reader makes of the writer's files: every table, and the rows of some.
+TEST(AccessWriter, AnotherReaderReadsItsFiles) {
+    if (std::system("mdb-export --version >/dev/null 2>&1") != 0)
+        GTEST_SKIP() << "mdbtools is not installed";
+    const TempFolder folder;
+    const auto output = [&](const std::string& command) {
+        const std::string path = folder.Path("output");
+        EXPECT_EQ(std::system((command + " >" + path + " 2>&1").c_str()), 0) << command;
+        return ReadBytes(path);
+    };
+    std::vector<Table> tables = RealisticJob();
+    Table wide{.name = "Wide", .columns = {}, .rows = {{}}, .primaryKey = -1};
+    for (int i = 0; i < 180; ++i) {
+        wide.columns.push_back({"aRatherLongName" + std::to_string(i), Type::Long});
+        wide.rows[0].values.emplace_back(std::int64_t{i});
+    }
+    tables.push_back(wide);
+    for (const Version version : {Version::Jet3, Version::Jet4, Version::Ace12, Version::Ace14}) {
+        for (const bool other : {false, true}) {
+            const std::string file = folder.Write(
+                "job.mdb",
+                access::Write(version, tables, {.compressedText = other, .mapsOfPages = other}));
+            EXPECT_EQ(
+                output("mdb-tables -1 " + file),
+                "tblCrdObsSession\ntblObsEquipment\ntblTsOccups\ntblCodeDefs\ntblCodesToPts\n"
+                "tblSoPoints\ntblTsShots\ntblCrdRawMeas\ntblStations\ntblCrdImageData\nWide\n");
+            EXPECT_EQ(output("mdb-export -H " + file + " tblStations"),
+                      "901,201,\"P1\",5001.5,1001.25,100.1,0,\"Nota: \u00E8 bagnato\"\n"
+                      "904,204,\"P4\",5004,1004,100.4,0,\"" +
+                          std::string(5000, 'n') +
+                          "\"\n"
+                          "951,301,\"T1 \u00E8\",5051,1051,105.1,16,\"bersaglio & mira\"\n");
+            EXPECT_THAT(output("mdb-export -H " + file + " tblSoPoints"),
+                        testing::HasSubstr("\n202,902,\"P2 perch\u00E9\",5002,1002,-0.5,2,1\n"));
+            EXPECT_THAT(output("mdb-export -H " + file + " Wide"), testing::EndsWith(",178,179\n"));
+        }
+    }
+}
+
 std::string JobJson(const TempFolder& folder, const std::string& bytes, app::Conversion& result) {
     ConvertAs("tlsv", folder.Write("job.tlsv", bytes), result);
     return JsonOf(result);

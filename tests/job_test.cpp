@@ -81,7 +81,10 @@ TEST(JobImport, ReferenceFilesAreReproducible) {
     } kFiles[] = {
         {"tlsv/day-jet4.tlsv", access::Write(Version::Jet4, RealisticJob())},
         {"tlsv/day-ace14-compressed.tlsv",
-         access::Write(Version::Ace14, RealisticJob(), {.compressedText = true})},
+         access::Write(Version::Ace14, RealisticJob(),
+                       {.compressedText = true, .mapsOfPages = true})},
+        {"tlsv/day-jet3.tlsv",
+         access::Write(Version::Jet3, RealisticJob(), {.longestInline = 0, .mapsOfPages = true})},
         {"tlsv/empty.tlsv", access::Write(Version::Ace12, EmptyJob())},
     };
     for (const auto& file : kFiles) {

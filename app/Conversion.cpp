@@ -1,5 +1,6 @@
 #include "app/Conversion.h"
 
+#include "app/Display.h"
 #include "app/Platform.h"
 #include "entry/ConvEntry.h"
 #include "memory/PointLibrary.h"
@@ -30,7 +31,8 @@ std::string OpeningProblem(const std::string& path) {
     return std::string("cannot be opened: ") + std::strerror(errno);
 }
 
-std::string ProblemOf(const Route& route, const std::string& path) {
+/// Why a file was not converted; `reason` is what its converter says itself.
+std::string ProblemOf(const Route& route, const std::string& path, const std::string& reason = {}) {
     std::string problem = OpeningProblem(path);
     if (!problem.empty())
         return problem;
@@ -40,6 +42,8 @@ std::string ProblemOf(const Route& route, const std::string& path) {
         return "its extension is none of a downloaded file that can be read";
     if (!route.format)
         return "format code " + std::to_string(route.code) + " has no converter";
+    if (!reason.empty())
+        return Shown(reason);
     return "cannot be read as " + std::string(route.format->name);
 }
 
@@ -52,10 +56,15 @@ void Convert(const Route& route, const std::string& path, Conversion& result) {
         return;
     }
     memory::AnswerDialogs({.confirmed = true, .fileName = path, .formatCode = route.code});
-    if (route.download) {
+    memory::PointLibrary pointLibrary(result.notifications);
+    memory::DrawingEngine drawing(result.notifications);
+    std::string reason;
+    if (route.format && route.format->kind == FormatKind::Database) {
         KeepDatabaseDriver();
-        memory::PointLibrary pointLibrary(result.notifications);
-        memory::DrawingEngine drawing(result.notifications);
+        std::string fileName = path;
+        result.converted = route.format->convert(
+            {result.fieldBook, nullptr, &pointLibrary, &drawing, &reason}, &fileName);
+    } else if (route.download) {
         result.converted = FConvFileDaStrum(result.fieldBook, 0, pointLibrary, drawing);
     } else {
         result.converted = FConvFileNoTopcon(result.fieldBook, result.document, false);
@@ -63,7 +72,7 @@ void Convert(const Route& route, const std::string& path, Conversion& result) {
     }
     result.messages = memory::TakeMessages();
     if (!result.converted)
-        result.problem = ProblemOf(route, path);
+        result.problem = ProblemOf(route, path, reason);
 }
 
 std::string BareName(const std::string& path) {

@@ -43,9 +43,11 @@ bool ConvertCadastral(const ConversionTarget& target, std::string* fileName) {
 
 /// The one import that fills the point library and tells the drawing.
 bool ConvertDatabase(const ConversionTarget& target, std::string* fileName) {
-    return target.pointLibrary && target.drawing &&
-           CConvFileTLSV(target.fieldBook, *target.pointLibrary, *target.drawing, fileName)
-               .Esegui();
+    if (!target.pointLibrary || !target.drawing)
+        return false;
+    CConvFileTLSV import(target.fieldBook, *target.pointLibrary, *target.drawing, fileName);
+    import.TellProblemTo(target.problem);
+    return import.Esegui();
 }
 
 using enum FormatKind;

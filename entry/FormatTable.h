@@ -18,6 +18,8 @@ struct ConversionTarget {
     CCts* cadastralDocument = nullptr;
     CLibPnt* pointLibrary = nullptr;
     CGcadEng* drawing = nullptr;
+    std::string* problem =
+        nullptr; ///< takes in English why a conversion failed, where it can say so
 };
 
 /// What kind of file a format's is, and so what its conversion fills.

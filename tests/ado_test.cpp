@@ -5,6 +5,8 @@
 #include "memory/LinkTimeHost.h"
 #include "tests/support/AdoStandIn.h"
 #include "tests/support/Convert.h"
+#include "tests/support/Files.h"
+#include "tests/support/JobDatabase.h"
 #include "tests/support/JobImport.h"
 
 #include <gmock/gmock.h>
@@ -147,6 +149,61 @@ TEST_F(AdoTest, AQueryThatFailsGivesNothing) {
     EXPECT_TRUE(database_->CreateQuery("SELECT 1", ""));
     EXPECT_THROW(database_->DoGetRows(1), _com_error);
     EXPECT_THAT(database_->Rows(), IsEmpty());
+}
+
+/// Where the provider finds no fault with the statement, the import ends; otherwise it goes on without rows.
+TEST_F(AdoTest, AnImportTellsAFailureFromAFault) {
+    const TempFolder folder;
+    const std::string path = folder.Write("job.tlsv", "");
+    const auto import = [&](const std::string& call, HRESULT status, app::Conversion& job) {
+        ado_.failures = {{call, status}};
+        ado_.answer = AnswerFrom(RealisticJob());
+        ConvertAs("tlsv", path, job);
+        EXPECT_THAT(job.messages, IsEmpty());
+        ASSERT_EQ(job.fieldBook.GetJobArSize(), 1);
+    };
+    for (const char* call :
+         {"recordset source", "recordset over", "recordset open", "recordset rows"}) {
+        app::Conversion job;
+        import(call, kDeclined, job);
+        EXPECT_FALSE(job.converted) << call;
+        EXPECT_THAT(job.problem, testing::HasSubstr("0x80004005"));
+    }
+    app::Conversion shortOfMemory;
+    import("recordset rows", E_OUTOFMEMORY, shortOfMemory);
+    EXPECT_FALSE(shortOfMemory.converted);
+    EXPECT_EQ(shortOfMemory.problem, "not enough memory");
+    for (const unsigned status : {0x80040E14U, 0x80040E37U, 0x80040E10U, 0x80040E07U, 0x80020005U,
+                                  0x80040E57U, 0x80040E0CU, 0x800A0BB9U, 0x800A0BCDU}) {
+        for (const char* call : {"recordset open", "recordset rows"}) {
+            app::Conversion job;
+            import(call, static_cast<HRESULT>(status), job);
+            EXPECT_TRUE(job.converted) << call << status;
+            EXPECT_EQ(job.fieldBook.GetStaArSize(0), 0);
+        }
+    }
+    // What was written before the failure stays.
+    ado_.TakeCalls();
+    app::Conversion job;
+    import("recordset source SELECT keyTsShot", kDeclined, job);
+    EXPECT_FALSE(job.converted);
+    EXPECT_EQ(job.fieldBook.GetStaArSize(0), 3);
+    EXPECT_THAT(ado_.TakeCalls(), testing::Contains("recordset rows 1 missing missing"))
+        << "of a single datum no more is fetched";
+}
+
+TEST_F(AdoTest, AnImportSaysWhyTheDatabaseDoesNotOpen) {
+    const TempFolder folder;
+    const std::string path = folder.Write("job.tlsv", "");
+    ado_.failures = {{"connection open 0", kDeclined}};
+    app::Conversion job;
+    ConvertAs("tlsv", path, job);
+    EXPECT_FALSE(job.converted);
+    EXPECT_EQ(job.problem, "the Access Database Engine cannot open it (0x80004005)");
+    ado_.failures = {{"create connection", kDeclined}};
+    app::Conversion other;
+    ConvertAs("tlsv", path, other);
+    EXPECT_EQ(other.problem, "databases cannot be read: their driver does not start");
 }
 
 TEST_F(AdoTest, FieldsComeAsText) {

@@ -197,6 +197,76 @@ TEST(JobDatabase, MayLackTables) {
     }
 }
 
+/// The key of `count` set-ups, which all see the same shots.
+std::vector<Table> SharedSetUps(std::size_t count) {
+    std::vector<Table> tables = RealisticJob();
+    Table& setUps = TableNamed(tables, "tblTsOccups");
+    setUps.primaryKey = -1;
+    setUps.rows.resize(1);
+    setUps.rows.resize(count, setUps.rows[0]);
+    return tables;
+}
+
+TEST(JobDatabase, MayShareItsKeysWithinReason) {
+    app::Conversion few;
+    Import(SharedSetUps(300), few); // of 5 shots each, and what belongs to them
+    EXPECT_TRUE(few.converted);
+    ASSERT_EQ(few.fieldBook.Jobs().at(0)->stations.size(), 300U);
+    for (const auto& station : few.fieldBook.Jobs()[0]->stations)
+        EXPECT_EQ(station->points.size(), 5U);
+    app::Conversion many;
+    std::vector<Table> tables = SharedSetUps(3000);
+    Table& shots = TableNamed(tables, "tblTsShots");
+    shots.primaryKey = -1;
+    shots.rows.resize(3000, shots.rows[0]);
+    Import(tables, many);
+    EXPECT_FALSE(many.converted);
+    EXPECT_EQ(many.problem, "too many of its rows share their keys");
+    EXPECT_EQ(many.fieldBook.Jobs().at(0)->stations.size(), 3000U) << "what was written stays";
+    EXPECT_TRUE(many.messages.empty());
+}
+
+/// Keys that are conditions, each of which looks through all points.
+TEST(JobDatabase, IsNotSearchedWithoutEnd) {
+    std::vector<Table> tables = RealisticJob();
+    Table& points = TableNamed(tables, "tblSoPoints");
+    points.primaryKey = -1;
+    points.rows.resize(3000, points.rows[1]);
+    Table& shots = TableNamed(tables, "tblTsShots");
+    shots.columns[2].type = Type::Text;
+    for (access::Row& row : shots.rows)
+        row.values[2] = std::string();
+    shots.primaryKey = -1;
+    shots.rows.resize(3000, shots.rows[0]);
+    for (std::size_t i = 0; i < shots.rows.size(); ++i)
+        shots.rows[i].values[2] = "0 OR C1=-" + std::to_string(i + 1);
+    app::Conversion job;
+    Import(tables, job);
+    EXPECT_FALSE(job.converted);
+    EXPECT_EQ(job.problem, "its keys ask for more work than its size explains");
+}
+
+/// Of the helper's own queries each may work, and find, as much as the last.
+TEST_F(QueryTest, ItsQueriesDoNotShareTheirMeasure) {
+    std::vector<Value> values(5000, 1.0);
+    values.back() = 3.0;
+    Connect(OneColumn(Type::Double, values));
+    std::vector<std::string> rows;
+    const auto readOften = [&] {
+        for (int i = 0; i < 30; ++i)
+            database_.ReadRows("SELECT a FROM T", "", 1, rows);
+    };
+    EXPECT_THROW(readOften(), std::runtime_error) << "those of an import do";
+    EXPECT_GT(rows.size(), 8 * values.size());
+    EXPECT_LT(rows.size(), 8 * values.size() + 20'000);
+    for (int i = 0; i < 30; ++i)
+        ASSERT_EQ(Read("SELECT a FROM T").size(), values.size());
+    for (int i = 0; i < 1000; ++i)
+        ASSERT_THAT(Read("SELECT a FROM T WHERE a=3"), ElementsAre("3\t"));
+    EXPECT_TRUE(database_.GenerateQuery(L"SELECT a FROM T"));
+    EXPECT_EQ(database_.DoGetRows(1), 0);
+}
+
 TEST(JobDatabase, IsRefusedWhereKeysAreWrong) {
     std::vector<Table> tables = RealisticJob();
     Table& shots = TableNamed(tables, "tblTsShots");

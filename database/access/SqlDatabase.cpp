@@ -8,6 +8,7 @@
 #include <sqlite3.h>
 
 #include <cmath>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -22,6 +23,11 @@ constexpr std::string_view kDeclared = "BLOB";
 constexpr std::int64_t kWorkPerRow = 500;
 constexpr std::int64_t kWorkAtLeast = 10'000'000;
 constexpr int kWorkPiece = 10'000;
+
+/// Queries that share one measure are given as many rows for each row of the database, and as many more.
+/// Each shot asks for four others at most, so an import whose keys name one row each stays below.
+constexpr std::int64_t kRowsPerRow = 8;
+constexpr std::int64_t kRowsAtLeast = 10'000;
 
 constexpr int kLongestSql = 64 * 1024;
 
@@ -106,7 +112,7 @@ void SqlDatabase::Raise(int result) const {
     if (result == SQLITE_NOMEM || result == SQLITE_IOERR_NOMEM)
         throw std::bad_alloc();
     if (result == SQLITE_INTERRUPT)
-        throw EngineError("the database asks for more work than its size explains");
+        throw EngineError("its keys ask for more work than its size explains");
     throw EngineError(std::string("the database in memory fails: ") + sqlite3_errmsg(Handle()));
 }
 
@@ -202,8 +208,19 @@ void SqlDatabase::Seal() {
     sqlite3_db_config(Handle(), SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     sqlite3_set_authorizer(Handle(), AllowReading, nullptr);
     workLimit_ = kWorkAtLeast + rows_ * kWorkPerRow;
-    RefillWork();
+    workLeft_ = workLimit_;
+    rowsLeft_ = kRowsAtLeast + rows_ * kRowsPerRow;
     sqlite3_progress_handler(Handle(), kWorkPiece, CountWork, this);
+}
+
+void SqlDatabase::RefillWork() {
+    workLeft_ = workLimit_;
+    rowsLeft_ = std::numeric_limits<std::int64_t>::max();
+}
+
+void SqlDatabase::CountRow() {
+    if (--rowsLeft_ < 0)
+        throw EngineError("too many of its rows share their keys");
 }
 
 int SqlDatabase::CountWork(void* self) {
@@ -308,6 +325,7 @@ bool SqlQuery::NextRow() {
         return false; // one more step would begin again
     const int result = sqlite3_step(current_->statement.get());
     if (result == SQLITE_ROW) {
+        database_->CountRow();
         anyRow_ = true;
         return true;
     }

@@ -64,9 +64,11 @@ public:
     /// Raises the error of an operation that gave this result.
     [[noreturn]] void Raise(int result) const;
 
-    /// Gives the statements that run next the full measure of work that one may take. All that run
-    /// until it is called again share it.
-    void RefillWork() { workLeft_ = workLimit_; }
+    /// Gives the statement that runs next the full measure of work, and any number of rows. All that
+    /// run without it share one measure of either.
+    void RefillWork();
+    /// A row was found. Raises an error where the measure of rows is used up.
+    void CountRow();
 
 private:
     void Check(int result) const;
@@ -84,6 +86,7 @@ private:
     std::int64_t rows_ = 0;
     std::int64_t workLimit_ = 0;
     std::int64_t workLeft_ = 0;
+    std::int64_t rowsLeft_ = 0;
 };
 
 /// Runs one SELECT after another on a sealed database and gives the texts of their fields.

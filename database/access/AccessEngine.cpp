@@ -45,11 +45,10 @@ RealText RealTextOf(ColumnType type) {
     }
 }
 
-/// Copies a table; false where it is damaged. It is then not there.
-bool LoadTable(AccessFile& file, const AccessFile::Listed& listed, SqlDatabase& database) {
+/// Copies a table. Raises an error where it is damaged; it is then not there.
+void LoadTable(AccessFile& file, const AccessFile::Listed& listed, SqlDatabase& database) {
     AccessTable table;
-    if (!file.Define(listed, table))
-        return false;
+    file.Define(listed, table);
     std::vector<SqlColumn> columns;
     for (const AccessColumn& column : table.columns)
         columns.push_back({column.name, RealTextOf(column.type), IsKey(column.name)});
@@ -60,28 +59,38 @@ bool LoadTable(AccessFile& file, const AccessFile::Listed& listed, SqlDatabase& 
         else
             table.primaryKey = -1;
     }
-    if (!database.BeginTable(table.name, columns, table.primaryKey)) {
+    const auto require = [&](bool done) {
+        if (!done)
+            throw EngineError("table " + table.name + " cannot be copied");
+    };
+    try {
+        require(database.BeginTable(table.name, columns, table.primaryKey));
+        RowConverter converter(file, table);
+        file.ReadRows(table, [&](const std::vector<AccessValue>& row) {
+            converter.Convert(row);
+            require(database.InsertRow(converter.Values()));
+        });
+    } catch (...) {
         database.EndTable(false);
-        return false;
+        throw;
     }
-    RowConverter converter(file, table);
-    const bool complete = file.ReadRows(table, [&](const std::vector<AccessValue>& row) {
-        return converter.Convert(row) && database.InsertRow(converter.Values());
-    });
-    database.EndTable(complete);
-    return complete;
+    database.EndTable(true);
 }
 
-/// Copies the tables of a file; null where it is no database, or one that must not be used.
+/// Copies the tables of a file. Raises an error where it is no database, or one that must not be used.
 std::shared_ptr<SqlDatabase> LoadDatabase(const std::string& path) {
     AccessFile file;
     std::vector<AccessFile::Listed> tables;
-    if (!file.Open(path) || !file.ListTables(tables))
-        return nullptr;
+    file.Open(path);
+    file.ListTables(tables);
     auto database = std::make_shared<SqlDatabase>();
     for (const AccessFile::Listed& listed : tables) {
-        if (!LoadTable(file, listed, *database) && IsJobTable(listed.name))
-            return nullptr;
+        try {
+            LoadTable(file, listed, *database);
+        } catch (const EngineError&) {
+            if (IsJobTable(listed.name))
+                throw;
+        }
     }
     database->Seal();
     return database;
@@ -91,7 +100,11 @@ std::shared_ptr<SqlDatabase> LoadDatabase(const std::string& path) {
 class AccessConnection final : public Connection {
 public:
     Status Probe(const std::string& path) override {
-        database_ = LoadDatabase(path);
+        try {
+            database_ = LoadDatabase(path);
+        } catch (const EngineError&) {
+            database_.reset();
+        }
         return database_ ? kOk : kFailed;
     }
     Status Close() override { return kOk; }

@@ -13,7 +13,32 @@
 
 #include <cstdlib>
 #include <map>
+#include <new>
 #include <random>
+
+namespace {
+
+/// How many more times memory can be had; -1: as often as wanted.
+long allocationsLeft = -1;
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    void* const memory = allocationsLeft == 0 ? nullptr : std::malloc(size > 0 ? size : 1);
+    if (!memory)
+        throw std::bad_alloc();
+    if (allocationsLeft > 0)
+        --allocationsLeft;
+    return memory;
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
 
 namespace convfile::database {
 namespace {
@@ -192,6 +217,14 @@ TEST(AccessFile, SaysWhichTableIsDamagedAndHow) {
             EXPECT_THAT(says, HasSubstr("table tblStations: ")) << at;
         }
     }
+    // A memo's field that is shorter than what it begins with.
+    const Table text{.name = "tblStations",
+                     .columns = {{"t", Type::Text}},
+                     .rows = {{{"12345"}}},
+                     .primaryKey = -1};
+    Bytes memo{test::access::Write(Version::Jet4, {text})};
+    memo.Set(4, 63, 0x0C, 1);
+    EXPECT_EQ(Refusal(folder.Write("memo", memo.bytes)), "table tblStations: a long text is cut");
     EXPECT_EQ(Refusal(folder.Write("cut", good.bytes.substr(0, 6UL * 4096))),
               "table MSysObjects: page 8 lies outside the file (0 of 3 rows found)");
 }
@@ -252,6 +285,22 @@ TEST(AccessFile, GivesEachByteToOneRow) {
     twice[listed + 2] = 4;
     EXPECT_EQ(Refusal(folder.Write("twice", twice)),
               "table MSysObjects: tblStations has the definition of another table");
+}
+
+TEST(AccessFile, RunsOutOfMemoryAsSuch) {
+    const TempFolder folder;
+    const std::string path = folder.Write("good", test::access::Write(Version::Jet4, {Stations()}));
+    long failed = 0;
+    for (bool read = false; !read; ++failed) {
+        allocationsLeft = failed;
+        try {
+            Read(path);
+            read = true;
+        } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): that is what it is
+        }
+        allocationsLeft = -1;
+    }
+    EXPECT_GT(failed, 50);
 }
 
 /// Files with one to three bits changed, or cut: refused, or read with all their rows.

@@ -239,6 +239,10 @@ TEST_F(DatabaseTest, KeepsTheDigitsOfLargeNumbers) {
                             "-100000000000.0001\t-999999999999.9999\t01/12/2024 06:00:00\t",
                             "-922337203685477.5808\t100000000000\t30/11/2024\t",
                             "-0.0005\t-0.0001\t28/02/2024\t"));
+    EXPECT_THAT(Read("SELECT d FROM T WHERE n=9999999999.9999", 1),
+                ElementsAre("30/06/2024 12:00:00\t"));
+    EXPECT_THAT(Read("SELECT d FROM T WHERE c=99999999999.9999", 1),
+                ElementsAre("30/06/2024 12:00:00\t"));
 }
 
 TEST_F(DatabaseTest, GivesAsManyFieldsAsAreAskedFor) {

@@ -205,6 +205,7 @@ TEST(AccessFile, SaysWhichTableIsDamagedAndHow) {
         {Bytes(good).Set(4, 63 + 12 + 3 * 25 + 23, 16, 2), "a value of its column Height is cut"},
         {Bytes(good).Set(4, 63 + 12 + 4 * 25 + 23, 7, 2), "a value of its column Price is cut"},
         {Bytes(good).Set(4, 63 + 12 + 4 * 25 + 23, 0x7FFF, 2), "a row does not hold the values"},
+        {Bytes(good).Set(5, 4095, 0x1E, 1), "a row lacks its key"},
         {Bytes(good).Set(4, 16, 2, 4), ""},
         {Bytes(good).Set(4, 16, 0x7FFFFFFF, 4), ""},
     };

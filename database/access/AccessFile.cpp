@@ -12,7 +12,6 @@ namespace {
 
 constexpr std::uint32_t kCatalogPage = 2;
 constexpr std::uint32_t kTableObject = 1;
-constexpr std::uint32_t kObjectPage = 0x00FFFFFF;
 
 // A map of pages: either the first page and a bit for it and each that follows, or the map pages that
 // have those bits, each for as many pages as it has room for.
@@ -93,13 +92,17 @@ private:
         for (unsigned slot = 0; slot < slots; ++slot) {
             RowSlot row = pages_.Slot({number, slot});
             if (row.movedHere) {
-                movedHere_ += row.IsDeleted() ? 0 : 1;
+                movedHere_ += row.movedAway ? 0 : 1;
                 continue; // who leads here reads it
             }
             if (row.movedAway)
                 row = Follow(row.bytes);
             pages_.Spend(row.bytes.size());
-            take_(splitter_.Split(row.bytes));
+            const std::vector<AccessValue>& values = splitter_.Split(row.bytes);
+            if (table_.primaryKey >= 0 &&
+                values[static_cast<std::size_t>(table_.primaryKey)].isNull)
+                throw EngineError("a row lacks its key");
+            take_(values);
             ++rows_;
         }
     }
@@ -155,11 +158,10 @@ void AccessFile::ListTables(std::vector<Listed>& tables) {
     ReadRows(catalog, [&](const std::vector<AccessValue>& values) {
         if (values[id].bytes.size() < 4 || values[type].bytes.size() < 2)
             return;
-        const std::string tableName = DecodeText(values[name].bytes, IsJet3());
-        const bool isTable = NumberAt(values[type].bytes, 0, 2) == kTableObject;
-        if (!isTable)
+        if (NumberAt(values[type].bytes, 0, 2) != kTableObject)
             return;
-        const std::uint32_t page = NumberAt(values[id].bytes, 0, 4) & kObjectPage;
+        const std::uint32_t page = NumberAt(values[id].bytes, 0, 3); // the fourth byte is a flag
+        const std::string tableName = DecodeText(values[name].bytes, IsJet3());
         if (!pages.insert(page).second)
             throw EngineError(tableName + " has the definition of another table");
         if (!tableName.starts_with("MSys"))

@@ -136,34 +136,33 @@ bool AccessPages::IsOwnedBy(std::uint32_t table, std::uint32_t page) const {
 
 unsigned AccessPages::SlotCount(std::uint32_t page) const {
     const unsigned count = NumberAt(Page(page, PageType::Data), Of(kSlotCount), 2);
-    if (Of(kSlotCount) + 2 + 2 * std::size_t{count} > Of(kPageSize))
+    if (SlotsEnd(count) > Of(kPageSize))
         RaisePage(page, "has more rows than fit into it");
     return count;
 }
 
 /// A row ends where the one before it begins, the first at the end of the page.
+std::size_t AccessPages::RowEnd(std::string_view page, unsigned slot) const {
+    return slot == 0 ? Of(kPageSize) : Entry(page, slot - 1) & kRowOffset;
+}
+
 RowSlot AccessPages::Slot(RowPlace place) const {
-    const std::string_view bytes = Page(place.page, PageType::Data);
+    const std::string_view page = Page(place.page, PageType::Data);
     const unsigned count = SlotCount(place.page);
     if (place.slot >= count)
         RaisePage(place.page, "has no row " + std::to_string(place.slot));
-    const std::size_t slots = Of(kSlotCount) + 2;
-    const unsigned entry = NumberAt(bytes, slots + 2 * std::size_t{place.slot}, 2);
-    const std::size_t begin = entry & kRowOffset;
-    const std::size_t end =
-        place.slot == 0 ? Of(kPageSize)
-                        : NumberAt(bytes, slots + 2 * std::size_t{place.slot} - 2, 2) & kRowOffset;
-    if (begin < slots + 2 * std::size_t{count} || begin > end || end > Of(kPageSize))
+    const std::size_t begin = RowEnd(page, place.slot + 1);
+    const std::size_t end = RowEnd(page, place.slot);
+    if (begin < SlotsEnd(count) || begin > end || end > Of(kPageSize))
         RaisePage(place.page, "has a row " + std::to_string(place.slot) + " that overlaps another");
-    return {bytes.substr(begin, end - begin), (entry & kMovedAway) != 0, (entry & kMovedHere) != 0};
+    const unsigned flags = Entry(page, place.slot);
+    return {page.substr(begin, end - begin), (flags & kMovedAway) != 0, (flags & kMovedHere) != 0};
 }
 
 bool AccessPages::IsFilled(std::uint32_t page) const {
     const std::string_view bytes = Page(page, PageType::Data);
-    const std::size_t slotsEnd = Of(kSlotCount) + 2 + 2 * std::size_t{SlotCount(page)};
-    const std::size_t rowsBegin =
-        SlotCount(page) == 0 ? Of(kPageSize) : NumberAt(bytes, slotsEnd - 2, 2) & kRowOffset;
-    return rowsBegin == slotsEnd + NumberAt(bytes, kFreeOffset, 2);
+    const unsigned count = SlotCount(page);
+    return RowEnd(bytes, count) == SlotsEnd(count) + NumberAt(bytes, kFreeOffset, 2);
 }
 
 void AccessPages::Spend(std::size_t bytes) {

@@ -36,8 +36,6 @@ struct RowSlot {
     std::string_view bytes;
     bool movedAway = false;
     bool movedHere = false;
-
-    bool IsDeleted() const { return movedAway && movedHere; }
 };
 
 enum class PageType : unsigned char { Data = 1, Definition = 2, Map = 5 };
@@ -76,6 +74,13 @@ public:
 private:
     std::string_view Bytes(std::uint32_t page) const;
     void CheckHeader();
+    std::size_t SlotsEnd(unsigned count) const {
+        return Of(kSlotCount) + 2 + std::size_t{2} * count;
+    }
+    unsigned Entry(std::string_view page, unsigned slot) const {
+        return NumberAt(page, SlotsEnd(slot), 2);
+    }
+    std::size_t RowEnd(std::string_view page, unsigned slot) const;
 
     std::vector<std::string> blocks_; ///< the whole file
     bool jet3_ = false;

@@ -122,7 +122,7 @@ AccessTable ReadDefinition(AccessPages& pages, const std::string& name, std::uin
     });
     const std::uint32_t key = PrimaryKeyOf(definition, pages, position);
     const auto found = std::ranges::find(table.columns, key, &AccessColumn::number);
-    if (found != table.columns.end())
+    if (found != table.columns.end() && found->type == ColumnType::Long)
         table.primaryKey = static_cast<int>(found - table.columns.begin());
     return table;
 }

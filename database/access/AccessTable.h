@@ -45,7 +45,7 @@ struct AccessTable {
     std::string name;
     std::uint32_t page = 0;            ///< where its definition begins
     std::vector<AccessColumn> columns; ///< in their displayed order
-    int primaryKey = -1;               ///< the column that alone is the primary key; -1: none
+    int primaryKey = -1;               ///< the Long column that alone is the primary key; -1: none
     std::size_t rowCount = 0;          ///< as its definition says, which need not be true
     std::string_view pageMap;          ///< which pages hold its rows
 };

@@ -191,6 +191,8 @@ TEST(AccessFile, SaysWhichTableIsDamagedAndHow) {
         {Bytes(good).Set(5, 12, 4, 2), "page 5 has a row 3 that overlaps another"},
         {Bytes(good).Set(5, 12, 0x7FFF, 2), "page 5 has more rows than fit into it"},
         {Bytes(good).Set(5, 16, slots[0] + 1, 2), "page 5 has a row 1 that overlaps another"},
+        {Bytes(good).Set(5, 18, 14 + 2 * 3 - 1, 2), "page 5 has a row 2 that overlaps another"},
+        {Bytes(good).Set(5, 18, 14 + 2 * 3, 2), "a row lacks its key"}, // the zeros before it
         {Bytes(good).Set(5, 14, slots[0] | 0x4000, 2), "a row that moved is not where it should"},
         {Bytes(good).Set(5, 14, slots[0] | 0x8000, 2),
          "nothing leads to a row that moved (2 of 3 rows found)"},

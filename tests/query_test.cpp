@@ -273,7 +273,7 @@ TEST(JobDatabase, IsRefusedWhereKeysAreWrong) {
     shots.rows[3].values[0] = shots.rows[4].values[0];
     ExpectRefused(tables, "table tblTsShots: two rows have the same key");
     shots.rows[3].values[0] = std::monostate();
-    ExpectRefused(tables, "table tblTsShots: a row has no key");
+    ExpectRefused(tables, "table tblTsShots: a row lacks its key");
     tables = RealisticJob(); // in a table that is none of a job's it does not matter
     tables.push_back({.name = "Other",
                       .columns = {{"k", Type::Long}},

@@ -68,8 +68,7 @@ void RequireColumns(const AccessTable& table) {
 /// Copies a table. Raises an error where it is damaged.
 void LoadTable(AccessFile& file, const AccessFile::Listed& listed, SqlDatabase& database) {
     AccessTable table;
-    if (!file.Define(listed, table))
-        throw EngineError("its definition is damaged");
+    file.Define(listed, table);
     RequireColumns(table);
     std::vector<SqlColumn> columns;
     for (const AccessColumn& column : table.columns)
@@ -83,14 +82,10 @@ void LoadTable(AccessFile& file, const AccessFile::Listed& listed, SqlDatabase& 
     }
     database.BeginTable(table.name, columns, table.primaryKey);
     RowConverter converter(file, table);
-    const bool complete = file.ReadRows(table, [&](const std::vector<AccessValue>& row) {
-        if (!converter.Convert(row))
-            return false;
+    file.ReadRows(table, [&](const std::vector<AccessValue>& row) {
+        converter.Convert(row);
         database.InsertRow(converter.Values());
-        return true;
     });
-    if (!complete)
-        throw EngineError("its rows cannot all be read");
     database.EndTable();
 }
 
@@ -100,10 +95,8 @@ void LoadTable(AccessFile& file, const AccessFile::Listed& listed, SqlDatabase& 
 std::shared_ptr<SqlDatabase> LoadDatabase(const std::string& path) {
     AccessFile file;
     std::vector<AccessFile::Listed> tables;
-    if (!file.Open(path))
-        throw EngineError("it is no Access database");
-    if (!file.ListTables(tables))
-        throw EngineError("the list of its tables is damaged");
+    file.Open(path);
+    file.ListTables(tables);
     auto database = std::make_shared<SqlDatabase>();
     for (const AccessFile::Listed& listed : tables) {
         try {

@@ -13,8 +13,6 @@ namespace convfile::database {
 
 namespace {
 
-constexpr std::string_view kCompressed{"\xFF\xFE", 2};
-
 /// In a compressed text a NUL switches between one byte a character (the first 256) and two.
 std::string DecodeCompressed(std::string_view bytes) {
     std::string text;
@@ -84,8 +82,6 @@ std::string TextOfCurrency(long long units) {
 std::string TextOfGuid(std::string_view bytes) {
     constexpr std::size_t kOrder[] = {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
     constexpr std::string_view kHex = "0123456789ABCDEF";
-    if (bytes.size() != std::size(kOrder))
-        return {};
     std::string text = "{";
     for (std::size_t i = 0; i < std::size(kOrder); ++i) {
         const auto byte = static_cast<unsigned char>(bytes[kOrder[i]]);
@@ -99,8 +95,6 @@ std::string TextOfGuid(std::string_view bytes) {
 
 std::string TextOfNumeric(std::string_view bytes, int scale) {
     constexpr std::size_t kWords = 4;
-    if (bytes.size() != 1 + 4 * kWords)
-        return {};
     // The words come highest first, the bytes of each lowest first.
     std::array<std::uint64_t, kWords> words{};
     for (std::size_t i = 0; i < kWords; ++i)

@@ -130,7 +130,6 @@ void SqlDatabase::BeginTable(const std::string& name, const std::vector<SqlColum
     created_ = false;
     table_ = Quoted(name);
     columns_ = columns;
-    primaryKey_ = primaryKey;
     std::string definition;
     std::string places;
     for (std::size_t i = 0; i < columns.size(); ++i) {
@@ -157,8 +156,6 @@ void SqlDatabase::InsertRow(const std::vector<SqlValue>& values) {
         const int place = static_cast<int>(i) + 1;
         switch (value.kind) {
         case SqlValue::Kind::Null:
-            if (static_cast<int>(i) == primaryKey_)
-                throw EngineError("a row has no key");
             Check(sqlite3_bind_null(insert, place));
             break;
         case SqlValue::Kind::Integer:

@@ -81,7 +81,6 @@ private:
     SqlStatement insert_;
     std::string table_;
     std::vector<SqlColumn> columns_;
-    int primaryKey_ = -1;
     bool created_ = false; ///< the table that is being filled is there
     std::int64_t rows_ = 0;
     std::int64_t workLimit_ = 0;

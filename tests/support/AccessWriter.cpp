@@ -256,7 +256,7 @@ private:
     }
 
     /// Some 128 bytes of the header from 24 on are scrambled with a fixed key. Unscrambled they are
-    /// zeros but for the code page and, from Jet 4 on, the date of creation, which masks the password;
+    /// zeros but for the code page and the date of creation, which from Jet 4 on masks the password;
     /// there is none.
     std::string Header() const {
         std::string page(form_.page, '\0');
@@ -266,11 +266,9 @@ private:
         page.replace(4, magic.size(), magic);
         Set(page, 20, static_cast<unsigned>(version_), 1);
         Set(page, version_ == Version::Jet3 ? 0x3A : 0x3C, 1252, 2);
-        if (version_ != Version::Jet3) {
-            for (std::size_t i = 0; i < 40; i += 4)
-                Set(page, 0x42 + i, static_cast<std::uint64_t>(kCreated), 4);
-            Set(page, 0x72, std::bit_cast<std::uint64_t>(kCreated), 8);
-        }
+        for (std::size_t i = 0; i < 40 && version_ != Version::Jet3; i += 4)
+            Set(page, 0x42 + i, static_cast<std::uint64_t>(kCreated), 4);
+        Set(page, 0x72, std::bit_cast<std::uint64_t>(kCreated), 8);
         constexpr std::array<unsigned char, 4> kKey = {0xC7, 0xDA, 0x39, 0x6B};
         std::array<unsigned char, 256> box{};
         for (std::size_t i = 0; i < box.size(); ++i)

@@ -1,7 +1,7 @@
 #include "app/Conversion.h"
 
+#include "app/Display.h"
 #include "app/Platform.h"
-#include "entry/ConvEntry.h"
 #include "memory/PointLibrary.h"
 #include "routines/CodePage.h"
 #include "routines/FileName.h"
@@ -30,7 +30,8 @@ std::string OpeningProblem(const std::string& path) {
     return std::string("cannot be opened: ") + std::strerror(errno);
 }
 
-std::string ProblemOf(const Route& route, const std::string& path) {
+/// Why a file was not converted; `reason` is what its converter says itself.
+std::string ProblemOf(const Route& route, const std::string& path, const std::string& reason) {
     std::string problem = OpeningProblem(path);
     if (!problem.empty())
         return problem;
@@ -40,30 +41,45 @@ std::string ProblemOf(const Route& route, const std::string& path) {
         return "its extension is none of a downloaded file that can be read";
     if (!route.format)
         return "format code " + std::to_string(route.code) + " has no converter";
+    if (!reason.empty())
+        return Shown(reason);
     return "cannot be read as " + std::string(route.format->name);
+}
+
+/// Gives what the converter says itself of a failure.
+std::string RunFormat(const Format& format, std::string path, const ByteSource& source,
+                      Conversion& result) {
+    if (format.kind == FormatKind::Database)
+        KeepDatabaseDriver();
+    memory::PointLibrary pointLibrary(result.notifications);
+    memory::DrawingEngine drawing(result.notifications);
+    Problem problem;
+    result.converted = format.convert({.fieldBook = result.fieldBook,
+                                       .cadastralDocument = &result.document,
+                                       .pointLibrary = &pointLibrary,
+                                       .drawing = &drawing,
+                                       .preparation = {.source = source, .problem = &problem}},
+                                      &path);
+    result.cadastral = result.converted && format.kind == FormatKind::Cadastral;
+    result.messages = memory::TakeMessages();
+    return problem.text;
 }
 
 } // namespace
 
 void Convert(const Route& route, const std::string& path, Conversion& result) {
     result.path = path;
-    if (!route.problem.empty()) {
-        result.problem = ProblemOf(route, path);
-        return;
-    }
-    memory::AnswerDialogs({.confirmed = true, .fileName = path, .formatCode = route.code});
-    if (route.download) {
-        KeepDatabaseDriver();
-        memory::PointLibrary pointLibrary(result.notifications);
-        memory::DrawingEngine drawing(result.notifications);
-        result.converted = FConvFileDaStrum(result.fieldBook, 0, pointLibrary, drawing);
-    } else {
-        result.converted = FConvFileNoTopcon(result.fieldBook, result.document, false);
-        result.cadastral = result.converted && route.format->kind == FormatKind::Cadastral;
-    }
-    result.messages = memory::TakeMessages();
+    std::string reason;
+    if (route.format && !path.empty())
+        reason = RunFormat(*route.format, path, {}, result);
     if (!result.converted)
-        result.problem = ProblemOf(route, path);
+        result.problem = ProblemOf(route, path, reason);
+}
+
+void ConvertBytes(const Format& format, const std::string& name, std::string_view bytes,
+                  Conversion& result) {
+    result.path = name;
+    result.problem = RunFormat(format, name, ByteSource::Memory(bytes), result);
 }
 
 std::string BareName(const std::string& path) {

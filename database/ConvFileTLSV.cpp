@@ -1,23 +1,11 @@
-// A field controller's job database: a Microsoft Access file with these tables, as far as they are read.
+// A field controller's job database: a Microsoft Access file with the tables of JobTables.h.
 //
-//   tblCrdObsSession   StartSecondsFrom1970
-//   tblObsEquipment    TextId
-//   tblTsOccups        set-ups; its first three columns are key, point key, instrument height
-//   tblTsShots         keyTsShot, fkeyTsOccupations, fkeyTargetStation, HAngle, VAngle, SDistance,
-//                      TargetAntHeight, aFlag, fkeyCrdRawMeas
-//   tblSoPoints        keySoPoint, fkeyStationDef, Name, C1 (north), C2 (east), C3, StationType
-//   tblStations        keyStation, fkeySoPoint, Name, C1, C2, C3, StationType, Notes
-//   tblCrdRawMeas      keyCrdRawMeas, MeasExtraType
-//   tblCodesToPts      fkeyPoint, fkeyCodeDef
-//   tblCodeDefs        keyCodeDef, nameCode
-//   tblCrdImageData    fkeyShot, ImageFileName, ImageType
-//
-// Angles are degrees, lengths metres. Every answer is a line of fields, each followed by a tab. The
-// photos lie in a folder named like the database, beside it.
+// Every answer is a line of fields, each followed by a tab. The photos lie in a folder named like the
+// database, beside it.
 
 #include "database/ConvFileTLSV.h"
 
-#include "database/CivilDate.h"
+#include "database/Engine.h"
 #include "host/GcadEng.h"
 #include "host/LibPnt.h"
 #include "routines/Angles.h"
@@ -28,6 +16,9 @@
 #include "routines/TskFormat.h"
 
 #include <algorithm>
+#include <chrono>
+#include <exception>
+#include <new>
 #include <utility>
 
 namespace {
@@ -107,6 +98,19 @@ void SetReading(CPun& observation, const Reading& reading) {
     observation.SetDtIntAng(distance, zenith, horizontal);
 }
 
+/// What the error says that is being handled.
+std::string TextOfError() {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        return "not enough memory";
+    } catch (const std::exception& error) {
+        return error.what();
+    } catch (...) {
+        return convfile::database::PlatformErrorText();
+    }
+}
+
 } // namespace
 
 CConvFileTLSV::CConvFileTLSV(CLibCmp& fieldBook, CLibPnt& pointLibrary, CGcadEng& drawing,
@@ -118,16 +122,27 @@ CConvFileTLSV::CConvFileTLSV(CLibCmp& fieldBook, CLibPnt& pointLibrary, CGcadEng
 
 CConvFileTLSV::~CConvFileTLSV() = default;
 
-/// The job is added before the database is opened, and stays where that fails.
 bool CConvFileTLSV::Esegui() {
+    try {
+        return ImportJob();
+    } catch (...) {
+        TellError();
+        return false;
+    }
+}
+
+/// The job is added before the database is opened, and stays where that fails.
+bool CConvFileTLSV::ImportJob() {
     newJob_ = fieldBook_.GetJobArSize();
     std::string name = NameOfFile(databasePath_);
     name.erase(std::min(name.size(), name.rfind('.')));
     CJob* const job = fieldBook_.AddJob(true);
     if (job)
         job->SetNome(name);
-    if (!ConnectDatabase())
+    if (!database_.Connect(databasePath_.c_str(), false)) {
+        Tell(database_.Problem());
         return false;
+    }
     if (job)
         SetJobTexts(*job);
     CreaStaz();
@@ -137,38 +152,38 @@ bool CConvFileTLSV::Esegui() {
     return true;
 }
 
-/// An error of the engine itself is one more way in which the database cannot be opened.
-bool CConvFileTLSV::ConnectDatabase() {
+void CConvFileTLSV::Tell(const std::string& problem) {
+    if (preparation_.problem)
+        preparation_.problem->Note(problem.c_str());
+}
+
+/// To be called while an error is handled.
+void CConvFileTLSV::TellError() noexcept {
     try {
-        return database_.Connect(databasePath_.c_str(), false);
-    } catch (...) {
-        return false;
+        Tell(TextOfError());
+    } catch (...) { // NOLINT(bugprone-empty-catch): there is no memory to say so
     }
 }
 
 void CConvFileTLSV::SetJobTexts(CJob& job) {
-    constexpr int kSecondsOfDay = 24 * 60 * 60;
-    const int seconds =
-        Integer(ReadFirst("SELECT StartSecondsFrom1970 FROM tblCrdObsSession", "", 1));
-    const int days = seconds / kSecondsOfDay - (seconds % kSecondsOfDay < 0 ? 1 : 0);
-    const auto date = convfile::database::CivilFromDays(days);
+    using namespace std::chrono;
+    const int start =
+        Integer(database_.ReadFirst("SELECT StartSecondsFrom1970 FROM tblCrdObsSession", "", 1));
+    const year_month_day date(floor<days>(sys_seconds(seconds(start))));
     char text[32];
-    tsk_sprintf(text, "%d/%d/%d", date.day, date.month, static_cast<int>(date.year));
+    tsk_sprintf(text, "%u/%u/%d", static_cast<unsigned>(date.day()),
+                static_cast<unsigned>(date.month()), static_cast<int>(date.year()));
     job.SetData(text);
 
-    const std::string instrument = ReadFirst("SELECT TextId FROM tblObsEquipment", "", 1);
+    const std::string instrument = database_.ReadFirst("SELECT TextId FROM tblObsEquipment", "", 1);
     job.SetStrum(instrument.substr(0, instrument.find(kFieldEnd)));
 }
 
-std::string CConvFileTLSV::ReadFirst(const char* head, std::string_view tail, int fields) {
-    return database_.ReadData(head, std::string(tail), fields);
-}
-
 std::string CConvFileTLSV::ReadCode(std::string_view pointKey) {
-    const std::string answer =
-        ReadFirst("SELECT tblCodeDefs.nameCode FROM tblCodeDefs, tblCodesToPts WHERE "
-                  "tblCodeDefs.keyCodeDef=tblCodesToPts.fkeyCodeDef AND tblCodesToPts.fkeyPoint=",
-                  pointKey, 1);
+    const std::string answer = database_.ReadFirst(
+        "SELECT tblCodeDefs.nameCode FROM tblCodeDefs, tblCodesToPts WHERE "
+        "tblCodeDefs.keyCodeDef=tblCodesToPts.fkeyCodeDef AND tblCodesToPts.fkeyPoint=",
+        pointKey, 1);
     std::string_view rest = answer;
     return std::string(TakeField(rest));
 }
@@ -177,7 +192,7 @@ std::string CConvFileTLSV::ReadCode(std::string_view pointKey) {
 /// go on belonging together.
 void CConvFileTLSV::CreaStaz() {
     rows_.clear();
-    if (!database_.ReadData("SELECT * FROM tblTsOccups", "", 3, &rows_))
+    if (!database_.ReadRows("SELECT * FROM tblTsOccups", "", 3, rows_))
         return;
     for (const std::string& row : rows_) {
         CSta* const station = fieldBook_.AddSta(newJob_, true);
@@ -188,8 +203,8 @@ void CConvFileTLSV::CreaStaz() {
         const std::string_view pointKey = TakeField(rest);
         const double instrumentHeight = TakeNumber(rest);
         const std::string code = ReadCode(pointKey);
-        const std::string point =
-            ReadFirst("SELECT Name, C1, C2, C3 FROM tblSoPoints WHERE keySoPoint=", pointKey, 4);
+        const std::string point = database_.ReadFirst(
+            "SELECT Name, C1, C2, C3 FROM tblSoPoints WHERE keySoPoint=", pointKey, 4);
         std::string_view pointRest = point;
         station->SetNome(std::string(TakeField(pointRest)));
         station->SetIden(code);
@@ -214,10 +229,10 @@ void CConvFileTLSV::CreaPunDiSta(int station) {
     const auto index = static_cast<std::size_t>(station);
     rows_.clear();
     if (index >= occupationKeys_.size() ||
-        !database_.ReadData("SELECT keyTsShot, fkeyTargetStation, HAngle, VAngle, SDistance, "
+        !database_.ReadRows("SELECT keyTsShot, fkeyTargetStation, HAngle, VAngle, SDistance, "
                             "TargetAntHeight, aFlag, fkeyCrdRawMeas FROM tblTsShots WHERE "
                             "fkeyTsOccupations=",
-                            occupationKeys_[index], 8, &rows_))
+                            occupationKeys_[index], 8, rows_))
         return;
     CPun* reference = nullptr;
     for (std::size_t i = 0; i < rows_.size(); ++i) {
@@ -235,7 +250,7 @@ bool CConvFileTLSV::CreaPunto(int station, std::string_view row, CPun*& referenc
         return false;
     std::string_view line = DropLast(row);
     SetPunFoto(*observation, line);
-    const std::string measurement = ReadFirst(
+    const std::string measurement = database_.ReadFirst(
         "SELECT MeasExtraType FROM tblCrdRawMeas WHERE keyCrdRawMeas=", TakeLastField(line), 1);
     std::string_view measurementRest = measurement;
     kind = TakeField(measurementRest);
@@ -255,7 +270,7 @@ bool CConvFileTLSV::CreaPunto(int station, std::string_view row, CPun*& referenc
     const double targetHeight = TakeNumber(line);
 
     const std::string notes =
-        ReadFirst("SELECT Notes FROM tblStations WHERE fkeySoPoint=", target.key, 1);
+        database_.ReadFirst("SELECT Notes FROM tblStations WHERE fkeySoPoint=", target.key, 1);
     std::string_view notesRest = notes;
     observation->SetNome(target.name);
     observation->SetCode(CleanCode(ReadCode(target.key)));
@@ -282,14 +297,15 @@ bool CConvFileTLSV::CreaPunto(int station, std::string_view row, CPun*& referenc
 
 /// The point that a shot was aimed at: among the job's points, or only among its stations.
 CConvFileTLSV::Target CConvFileTLSV::ReadTarget(std::string_view targetKey) {
-    std::string answer =
-        ReadFirst("SELECT keySoPoint, Name, C1, C2, C3, StationType FROM tblSoPoints WHERE "
-                  "fkeyStationDef=",
-                  targetKey, 6);
+    std::string answer = database_.ReadFirst(
+        "SELECT keySoPoint, Name, C1, C2, C3, StationType FROM tblSoPoints WHERE "
+        "fkeyStationDef=",
+        targetKey, 6);
     if (answer.empty()) {
-        answer = ReadFirst("SELECT fkeySoPoint, Name, C1, C2, C3, StationType FROM tblStations "
-                           "WHERE keyStation=",
-                           targetKey, 6);
+        answer = database_.ReadFirst(
+            "SELECT fkeySoPoint, Name, C1, C2, C3, StationType FROM tblStations "
+            "WHERE keyStation=",
+            targetKey, 6);
     }
     std::string_view rest = answer;
     Target target;
@@ -306,8 +322,8 @@ CConvFileTLSV::Target CConvFileTLSV::ReadTarget(std::string_view targetKey) {
 void CConvFileTLSV::SetPunFoto(CPun& observation, std::string_view& line) {
     const std::string_view shotKey = TakeField(line);
     std::vector<std::string> images;
-    if (!database_.ReadData("SELECT ImageFileName, ImageType FROM tblCrdImageData WHERE fkeyShot=",
-                            std::string(shotKey), 2, &images))
+    if (!database_.ReadRows("SELECT ImageFileName, ImageType FROM tblCrdImageData WHERE fkeyShot=",
+                            shotKey, 2, images))
         return;
     const std::string folder = PhotoFolder();
     for (const std::string& image : images) {
@@ -351,9 +367,9 @@ void CConvFileTLSV::CalcOffSet(CPun* reference, const std::string& name, double 
 
 void CConvFileTLSV::CreaPunOri() {
     rows_.clear();
-    if (!database_.ReadData("SELECT Name, C1, C2, C3 FROM tblSoPoints WHERE StationType=1 OR "
+    if (!database_.ReadRows("SELECT Name, C1, C2, C3 FROM tblSoPoints WHERE StationType=1 OR "
                             "StationType=16",
-                            "", 4, &rows_))
+                            "", 4, rows_))
         return;
     for (const std::string& row : rows_) {
         COri* const point = fieldBook_.AddOri(true);

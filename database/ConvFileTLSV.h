@@ -20,7 +20,8 @@ public:
     /// Disconnects from the database.
     CONVFILE_API ~CConvFileTLSV() override;
 
-    /// False where the database cannot be opened; the new job is then there and empty.
+    /// False where the database cannot be opened (the new job is then there and empty), and where a query
+    /// could not be carried out to its end: what was written until then stays. Raises nothing.
     CONVFILE_API bool Esegui();
 
 private:
@@ -40,14 +41,15 @@ private:
     void CalcOffSet(CPun* reference, const std::string& name, double along, double lateral,
                     double vertical, int station);
 
-    bool ConnectDatabase();
+    bool ImportJob();
+    void Tell(const std::string& problem);
+    void TellError() noexcept;
     void SetJobTexts(CJob& job);
     void CreaPunDiSta(int station);
     bool CreaPunto(int station, std::string_view row, CPun*& reference, std::string& kind);
     Target ReadTarget(std::string_view targetKey);
     std::string ReadCode(std::string_view pointKey);
     std::string PhotoFolder() const;
-    std::string ReadFirst(const char* head, std::string_view tail, int fields);
 
     std::string databasePath_;
     int newJob_ = -1;

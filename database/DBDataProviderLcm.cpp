@@ -6,6 +6,7 @@
 #include "routines/TskString.h"
 
 using convfile::database::Status;
+using convfile::database::Wanted;
 
 namespace {
 
@@ -21,7 +22,8 @@ CDBDataProviderLcm::CDBDataProviderLcm() = default;
 CDBDataProviderLcm::CDBDataProviderLcm(const CDBDataProviderLcm&) = default;
 CDBDataProviderLcm& CDBDataProviderLcm::operator=(const CDBDataProviderLcm&) = default;
 
-// A caller that disconnects before ends the thread's use twice, as it always did.
+// A caller that disconnects before ends the thread's use twice, on purpose: hosts start COM once more for
+// that.
 CDBDataProviderLcm::~CDBDataProviderLcm() {
     Disconnect();
     recordset_.reset();
@@ -54,28 +56,19 @@ void CDBDataProviderLcm::Disconnect() {
     convfile::database::StopEngine();
 }
 
-/// The one recordset serves query after query: it is closed before each, which fails before the first.
 bool CDBDataProviderLcm::CreateQuery(const std::string& head, const std::string& tail) {
-    const std::string sql = head + tail;
     try {
-        if (recordset_)
-            recordset_->Close();
-    } catch (...) { // NOLINT(bugprone-empty-catch): it was not open
+        RefillWork();
+        return RunQuery(head, tail);
+    } catch (...) {
+        return false;
     }
-    rows_.clear();
-    return OpenQuery(sql);
 }
 
 bool CDBDataProviderLcm::GenerateQuery(const wchar_t* sql) {
-    return OpenQuery(sql);
-}
-
-template <typename Sql>
-bool CDBDataProviderLcm::OpenQuery(const Sql& sql) {
-    if (!recordset_ || !connection_)
-        return false;
     try {
-        return recordset_->Open(sql, *connection_);
+        RefillWork();
+        return recordset_ && connection_ && recordset_->Open(sql, *connection_);
     } catch (...) {
         return false;
     }
@@ -84,16 +77,10 @@ bool CDBDataProviderLcm::OpenQuery(const Sql& sql) {
 std::int32_t CDBDataProviderLcm::DoGetRows(std::int32_t fieldCount) {
     if (!recordset_)
         return convfile::database::kNoInterface;
-    Status status = convfile::database::kOk;
-    lastRow_ = -1;
-    while (recordset_->NextRow()) {
-        std::string& line = rows_.emplace_back();
-        for (std::int32_t field = 0; field < fieldCount; ++field) {
-            status = recordset_->AppendField(field, line);
-            line += '\t';
-        }
-        ++lastRow_;
-    }
+    const std::size_t before = rows_.size();
+    const Status status = FetchRows(fieldCount, rows_);
+    if (rows_.size() == before)
+        recordset_->RaiseNoRow();
     return status;
 }
 
@@ -120,4 +107,64 @@ bool CDBDataProviderLcm::ReadData(const std::string& head, const std::string& ta
     } catch (...) {
         return false;
     }
+}
+
+std::string CDBDataProviderLcm::ReadFirst(std::string_view head, std::string_view tail,
+                                          std::int32_t fieldCount) {
+    std::string line;
+    if (RunQuery(head, tail) && recordset_->NextRow(Wanted::One))
+        AppendRow(fieldCount, line);
+    return line;
+}
+
+bool CDBDataProviderLcm::ReadRows(std::string_view head, std::string_view tail,
+                                  std::int32_t fieldCount, std::vector<std::string>& out) {
+    const std::size_t before = out.size();
+    if (RunQuery(head, tail))
+        FetchRows(fieldCount, out);
+    return out.size() > before;
+}
+
+/// The one recordset serves query after query: it is closed before each, which fails before the first.
+bool CDBDataProviderLcm::RunQuery(std::string_view head, std::string_view tail) {
+    if (!recordset_ || !connection_)
+        return false;
+    std::string sql;
+    sql.reserve(head.size() + tail.size());
+    sql.append(head).append(tail);
+    try {
+        recordset_->Close();
+    } catch (...) { // NOLINT(bugprone-empty-catch): it was not open
+    }
+    rows_.clear();
+    return recordset_->Open(sql, *connection_);
+}
+
+Status CDBDataProviderLcm::FetchRows(std::int32_t fieldCount, std::vector<std::string>& rows) {
+    Status status = convfile::database::kOk;
+    lastRow_ = -1;
+    while (recordset_->NextRow(Wanted::All)) {
+        status = AppendRow(fieldCount, rows.emplace_back());
+        ++lastRow_;
+    }
+    return status;
+}
+
+Status CDBDataProviderLcm::AppendRow(std::int32_t fieldCount, std::string& line) {
+    Status status = convfile::database::kOk;
+    for (std::int32_t field = 0; field < fieldCount; ++field) {
+        status = recordset_->AppendField(field, line);
+        line += '\t';
+    }
+    return status;
+}
+
+void CDBDataProviderLcm::RefillWork() {
+    if (connection_)
+        connection_->RefillWork();
+}
+
+std::string CDBDataProviderLcm::Problem() const {
+    const std::string problem = connection_ ? connection_->Problem() : std::string();
+    return problem.empty() ? "databases cannot be read: their driver does not start" : problem;
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace convfile::database {
@@ -48,10 +49,22 @@ public:
     /// The rows fetched since the last CreateQuery.
     const std::vector<std::string>& Rows() const { return rows_; }
 
+    /// For an import, which must not take a query that failed for one without rows. Either is as ReadData
+    /// of that form, but raises an error where the query was not carried out to its end, which is no
+    /// fault of the statement: memory, damage, too much work. All such queries together may work as
+    /// long as a single one of the others. The first row is all that ReadFirst fetches.
+    std::string ReadFirst(std::string_view head, std::string_view tail, std::int32_t fieldCount);
+    bool ReadRows(std::string_view head, std::string_view tail, std::int32_t fieldCount,
+                  std::vector<std::string>& out);
+    /// Why Connect gave false, for people.
+    std::string Problem() const;
+
 private:
     bool OpenConnection(const std::string& path);
-    template <typename Sql>
-    bool OpenQuery(const Sql& sql);
+    bool RunQuery(std::string_view head, std::string_view tail);
+    std::int32_t AppendRow(std::int32_t fieldCount, std::string& line);
+    std::int32_t FetchRows(std::int32_t fieldCount, std::vector<std::string>& rows);
+    void RefillWork();
 
     std::shared_ptr<convfile::database::Connection> connection_;
     std::shared_ptr<convfile::database::Recordset> recordset_;

@@ -8,7 +8,10 @@ namespace {
 
 class NoConnection final : public Connection {
 public:
-    Status Probe(const std::string&) override { return kFailed; }
+    Status Probe(const std::string&) override {
+        problem_ = "databases cannot be read: this build has no reader for them";
+        return kFailed;
+    }
     Status Close() override { return kFailed; }
     void Open(const std::string&) override { throw EngineError("there is no engine"); }
 };
@@ -27,6 +30,10 @@ std::shared_ptr<Connection> NewConnection() {
 
 std::shared_ptr<Recordset> NewRecordset() {
     return nullptr;
+}
+
+std::string PlatformErrorText() {
+    return {};
 }
 
 } // namespace convfile::database

@@ -5,6 +5,8 @@
 #include "memory/LinkTimeHost.h"
 #include "tests/support/AdoStandIn.h"
 #include "tests/support/Convert.h"
+#include "tests/support/Files.h"
+#include "tests/support/JobDatabase.h"
 #include "tests/support/JobImport.h"
 
 #include <gmock/gmock.h>
@@ -149,6 +151,61 @@ TEST_F(AdoTest, AQueryThatFailsGivesNothing) {
     EXPECT_THAT(database_->Rows(), IsEmpty());
 }
 
+/// Where the provider finds no fault with the statement, the import ends; otherwise it goes on without rows.
+TEST_F(AdoTest, AnImportTellsAFailureFromAFault) {
+    const TempFolder folder;
+    const std::string path = folder.Write("job.tlsv", "");
+    const auto import = [&](const std::string& call, HRESULT status, app::Conversion& job) {
+        ado_.failures = {{call, status}};
+        ado_.answer = AnswerFrom(RealisticJob());
+        ConvertAs("tlsv", path, job);
+        EXPECT_THAT(job.messages, IsEmpty());
+        ASSERT_EQ(job.fieldBook.GetJobArSize(), 1);
+    };
+    for (const char* call :
+         {"recordset source", "recordset over", "recordset open", "recordset rows"}) {
+        app::Conversion job;
+        import(call, kDeclined, job);
+        EXPECT_FALSE(job.converted) << call;
+        EXPECT_THAT(job.problem, testing::HasSubstr("0x80004005"));
+    }
+    app::Conversion shortOfMemory;
+    import("recordset rows", E_OUTOFMEMORY, shortOfMemory);
+    EXPECT_FALSE(shortOfMemory.converted);
+    EXPECT_EQ(shortOfMemory.problem, "not enough memory");
+    for (const unsigned status : {0x80040E14U, 0x80040E37U, 0x80040E10U, 0x80040E07U, 0x80020005U,
+                                  0x80040E57U, 0x80040E0CU, 0x800A0BB9U, 0x800A0BCDU}) {
+        for (const char* call : {"recordset open", "recordset rows"}) {
+            app::Conversion job;
+            import(call, static_cast<HRESULT>(status), job);
+            EXPECT_TRUE(job.converted) << call << status;
+            EXPECT_EQ(job.fieldBook.GetStaArSize(0), 0);
+        }
+    }
+    // What was written before the failure stays.
+    ado_.TakeCalls();
+    app::Conversion job;
+    import("recordset source SELECT keyTsShot", kDeclined, job);
+    EXPECT_FALSE(job.converted);
+    EXPECT_EQ(job.fieldBook.GetStaArSize(0), 3);
+    EXPECT_THAT(ado_.TakeCalls(), testing::Contains("recordset rows 1 missing missing"))
+        << "of a single datum no more is fetched";
+}
+
+TEST_F(AdoTest, AnImportSaysWhyTheDatabaseDoesNotOpen) {
+    const TempFolder folder;
+    const std::string path = folder.Write("job.tlsv", "");
+    ado_.failures = {{"connection open 0", kDeclined}};
+    app::Conversion job;
+    ConvertAs("tlsv", path, job);
+    EXPECT_FALSE(job.converted);
+    EXPECT_EQ(job.problem, "the Access Database Engine cannot open it (0x80004005)");
+    ado_.failures = {{"create connection", kDeclined}};
+    app::Conversion other;
+    ConvertAs("tlsv", path, other);
+    EXPECT_EQ(other.problem, "databases cannot be read: their driver does not start");
+}
+
 TEST_F(AdoTest, FieldsComeAsText) {
     Connect();
     Answer({{L"caff\u00E8 \u0101", 7L, 0.5, true, Null()}, {L"", -1L, 1234.5678, false, L"x"}});
@@ -159,6 +216,36 @@ TEST_F(AdoTest, FieldsComeAsText) {
     EXPECT_TRUE(database_->ReadData("SELECT", "", 2, &out)) << "fewer than there are";
     EXPECT_EQ(out.back(), "\t-1\t");
     EXPECT_EQ(database_->ReadData("SELECT", "", 7), "caff\xE8 ?\t7\t0.5\t-1\t\t\t\t") << "more";
+}
+
+_variant_t Date(double days) {
+    _variant_t date;
+    date.vt = VT_DATE;
+    date.date = days;
+    return date;
+}
+
+_variant_t Bytes(const std::string& bytes) {
+    _variant_t array;
+    array.vt = VT_ARRAY | VT_UI1;
+    array.parray = SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size()));
+    for (LONG i = 0; i < static_cast<LONG>(bytes.size()); ++i) {
+        char byte = bytes[static_cast<std::size_t>(i)];
+        SafeArrayPutElement(array.parray, &i, &byte);
+    }
+    return array;
+}
+
+/// As the engine that reads the files itself gives them.
+TEST_F(AdoTest, DatesAndBytesHaveOneForm) {
+    Connect();
+    Answer({{Date(45552.375), Date(0.25), Date(-1.25), Date(45474), Date(45627.99999999)},
+            {Bytes(std::string("a\0\xE8\0\x16\x04x", 7)), Bytes(""), Bytes("x"), 1L, 1L}});
+    std::vector<std::string> out;
+    EXPECT_TRUE(database_->ReadData("SELECT", "", 5, &out));
+    EXPECT_THAT(out, ElementsAre("17/09/2024 09:00:00\t06:00:00\t29/12/1899 06:00:00\t"
+                                 "01/07/2024\t02/12/2024\t",
+                                 "a\xE8?\t\t\t1\t1\t"));
 }
 
 TEST_F(AdoTest, TheStatusIsThatOfTheLastField) {

@@ -98,6 +98,72 @@ TEST(JobImport, HasNoNegativeZero) {
         EXPECT_THAT(book, Not(testing::HasSubstr(zero)));
 }
 
+TEST(JobImport, DatesAreThoseOfTheCalendar) {
+    const struct {
+        std::int64_t seconds;
+        const char* date;
+    } kDates[] = {{0, "1/1/1970"},           {951782400, "29/2/2000"},
+                  {951868800, "1/3/2000"},   {1719791999, "30/6/2024"},
+                  {1719792000, "1/7/2024"},  {1733011200, "1/12/2024"},
+                  {2147483647, "19/1/2038"}, {-2147483648LL, "13/12/1901"}};
+    for (const auto& date : kDates) {
+        std::vector<Table> tables = EmptyJob();
+        TableNamed(tables, "tblCrdObsSession").rows = {{{std::int64_t{1}, "x", date.seconds}}};
+        app::Conversion job;
+        ImportJob(tables, job);
+        EXPECT_EQ(job.fieldBook.Jobs().at(0)->Date(), date.date);
+    }
+}
+
+TEST(JobImport, NamesKeepTheirQuotes) {
+    std::vector<Table> tables = RealisticJob();
+    for (access::Row& row : TableNamed(tables, "tblSoPoints").rows)
+        row.values[2] = std::string("l'\"a\"; --");
+    app::Conversion job;
+    ImportJob(tables, job);
+    const auto& station = *job.fieldBook.Jobs().at(0)->stations.at(0);
+    EXPECT_EQ(station.GetNome(), "l'\"a\"; --");
+    EXPECT_EQ(station.points.at(0)->GetNome(), "l'\"a\"; --");
+}
+
+/// Keys that the controller drew at random: half of them are negative.
+TEST(JobImport, KeysMayBeNegative) {
+    std::vector<Table> tables = RealisticJob();
+    for (Table& table : tables) {
+        for (std::size_t i = 0; i < table.columns.size(); ++i) {
+            const std::string& name = table.columns[i].name;
+            if (!name.starts_with("key") && !name.starts_with("fkey"))
+                continue;
+            for (access::Row& row : table.rows) {
+                if (auto* const key = std::get_if<std::int64_t>(&row.values[i]))
+                    *key -= 500; // the order stays
+            }
+        }
+    }
+    app::Conversion plain;
+    app::Conversion negative;
+    ImportJob(RealisticJob(), plain);
+    ImportJob(tables, negative);
+    EXPECT_EQ(PointNames(negative.fieldBook), PointNames(plain.fieldBook));
+    EXPECT_EQ(negative.fieldBook.Jobs().at(0)->stations.at(0)->GetNome(), "S100");
+}
+
+/// A text is no number, whatever it says: the query fails, which is one without rows.
+TEST(JobImport, ATextKeyFindsNothing) {
+    std::vector<Table> tables = RealisticJob();
+    Table& points = TableNamed(tables, "tblSoPoints");
+    points.columns[1].type = Type::Text; // by which the shots' targets are looked for
+    for (access::Row& row : points.rows)
+        row.values[1] = std::to_string(std::get<std::int64_t>(row.values[1]));
+    app::Conversion job;
+    ImportJob(tables, job);
+    EXPECT_TRUE(job.converted);
+    const auto& observations = job.fieldBook.Jobs().at(0)->stations.at(0)->points;
+    ASSERT_EQ(observations.size(), 5U);
+    EXPECT_EQ(observations[0]->GetNome(), "P1"); // from tblStations
+    EXPECT_EQ(observations[1]->GetNome(), "");
+}
+
 /// The reference files of the format are what the writer writes.
 TEST(JobImport, ReferenceFilesAreReproducible) {
     const struct {
@@ -106,7 +172,10 @@ TEST(JobImport, ReferenceFilesAreReproducible) {
     } kFiles[] = {
         {"tlsv/day-jet4.tlsv", access::Write(Version::Jet4, RealisticJob())},
         {"tlsv/day-ace14-compressed.tlsv",
-         access::Write(Version::Ace14, RealisticJob(), {.compressedText = true})},
+         access::Write(Version::Ace14, RealisticJob(),
+                       {.compressedText = true, .mapsOfPages = true})},
+        {"tlsv/day-jet3.tlsv",
+         access::Write(Version::Jet3, RealisticJob(), {.longestInline = 0, .mapsOfPages = true})},
         {"tlsv/empty.tlsv", access::Write(Version::Ace12, EmptyJob())},
     };
     for (const auto& file : kFiles) {

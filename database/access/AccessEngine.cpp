@@ -2,6 +2,7 @@
 // as they are written.
 
 #include "database/Engine.h"
+#include "database/JobTables.h"
 #include "database/access/AccessFile.h"
 #include "database/access/RowConverter.h"
 #include "database/access/SqlDatabase.h"
@@ -9,21 +10,15 @@
 #include "routines/Text.h"
 
 #include <algorithm>
-#include <array>
 
 namespace convfile::database {
 
 namespace {
 
-/// The tables that a job is imported from. Where one of them is damaged the database does not open: the
-/// job would come in part and look whole.
-constexpr std::array<std::string_view, 10> kJobTables = {
-    "tblCrdObsSession", "tblObsEquipment", "tblTsOccups",   "tblCodeDefs", "tblCodesToPts",
-    "tblSoPoints",      "tblTsShots",      "tblCrdRawMeas", "tblStations", "tblCrdImageData"};
-
-bool IsJobTable(std::string_view name) {
-    return std::ranges::any_of(
-        kJobTables, [&](std::string_view table) { return EqualIgnoringCase(table, name); });
+/// What is wrong with a table, with its name where it lacks that.
+std::string About(const std::string& table, const std::string& problem) {
+    const bool named = problem.find(table) != std::string::npos;
+    return named ? problem : "table " + table + ": " + problem;
 }
 
 /// Records are looked for by their keys alone.
@@ -32,27 +27,52 @@ bool IsKey(std::string_view column) {
            EqualIgnoringCase(column.substr(0, 4), "fkey");
 }
 
-RealText RealTextOf(ColumnType type) {
+ColumnText ColumnTextOf(ColumnType type) {
     switch (type) {
     case ColumnType::Single:
-        return RealText::Single;
+        return ColumnText::Single;
     case ColumnType::Currency:
-        return RealText::Currency;
+        return ColumnText::Currency;
     case ColumnType::Date:
-        return RealText::Date;
+        return ColumnText::Date;
+    case ColumnType::Text:
+    case ColumnType::Memo:
+    case ColumnType::Guid:
+    case ColumnType::Binary:
+    case ColumnType::Ole:
+        return ColumnText::Text;
     default:
-        return RealText::Double;
+        return ColumnText::Double;
     }
 }
 
-/// Copies a table; false where it is damaged. It is then not there.
-bool LoadTable(AccessFile& file, const AccessFile::Listed& listed, SqlDatabase& database) {
+bool HasColumn(const AccessTable& table, std::string_view name) {
+    return std::ranges::any_of(table.columns, [&](const AccessColumn& column) {
+        return EqualIgnoringCase(column.name, name);
+    });
+}
+
+/// A job's table must have what is always read of it: damage may hide a column behind another name.
+void RequireColumns(const AccessTable& table) {
+    const JobTable* const job = JobTableNamed(table.name);
+    if (!job)
+        return;
+    if (table.columns.size() < job->leastColumns)
+        throw EngineError("it has too few columns");
+    for (const std::string_view column : job->columns) {
+        if (!column.empty() && !HasColumn(table, column))
+            throw EngineError("it has no column " + std::string(column));
+    }
+}
+
+/// Copies a table. Raises an error where it is damaged.
+void LoadTable(AccessFile& file, const AccessFile::Listed& listed, SqlDatabase& database) {
     AccessTable table;
-    if (!file.Define(listed, table))
-        return false;
+    file.Define(listed, table);
+    RequireColumns(table);
     std::vector<SqlColumn> columns;
     for (const AccessColumn& column : table.columns)
-        columns.push_back({column.name, RealTextOf(column.type), IsKey(column.name)});
+        columns.push_back({column.name, ColumnTextOf(column.type), IsKey(column.name)});
     if (table.primaryKey >= 0) {
         const auto key = static_cast<std::size_t>(table.primaryKey);
         if (table.columns[key].type == ColumnType::Long)
@@ -60,28 +80,32 @@ bool LoadTable(AccessFile& file, const AccessFile::Listed& listed, SqlDatabase& 
         else
             table.primaryKey = -1;
     }
-    if (!database.BeginTable(table.name, columns, table.primaryKey)) {
-        database.EndTable(false);
-        return false;
-    }
+    database.BeginTable(table.name, columns, table.primaryKey);
     RowConverter converter(file, table);
-    const bool complete = file.ReadRows(table, [&](const std::vector<AccessValue>& row) {
-        return converter.Convert(row) && database.InsertRow(converter.Values());
+    file.ReadRows(table, [&](const std::vector<AccessValue>& row) {
+        converter.Convert(row);
+        database.InsertRow(converter.Values());
     });
-    database.EndTable(complete);
-    return complete;
+    database.EndTable();
 }
 
-/// Copies the tables of a file; null where it is no database, or one that must not be used.
+/// Copies the tables of a file. Raises an error where it is no database, or one that must not be used:
+/// with one of the job's own tables damaged the job would come in part and look whole. Another table
+/// that is damaged is not there.
 std::shared_ptr<SqlDatabase> LoadDatabase(const std::string& path) {
     AccessFile file;
     std::vector<AccessFile::Listed> tables;
-    if (!file.Open(path) || !file.ListTables(tables))
-        return nullptr;
+    file.Open(path);
+    file.ListTables(tables);
     auto database = std::make_shared<SqlDatabase>();
     for (const AccessFile::Listed& listed : tables) {
-        if (!LoadTable(file, listed, *database) && IsJobTable(listed.name))
-            return nullptr;
+        try {
+            LoadTable(file, listed, *database);
+        } catch (const EngineError& error) {
+            if (JobTableNamed(listed.name))
+                throw EngineError(About(listed.name, error.what()));
+            database->DropTable();
+        }
     }
     database->Seal();
     return database;
@@ -91,13 +115,23 @@ std::shared_ptr<SqlDatabase> LoadDatabase(const std::string& path) {
 class AccessConnection final : public Connection {
 public:
     Status Probe(const std::string& path) override {
-        database_ = LoadDatabase(path);
-        return database_ ? kOk : kFailed;
+        database_.reset();
+        try {
+            database_ = LoadDatabase(path);
+            return kOk;
+        } catch (const EngineError& error) {
+            problem_ = error.what();
+            return kFailed;
+        }
     }
     Status Close() override { return kOk; }
     void Open(const std::string& path) override {
         if (!database_ && Probe(path) < 0)
-            throw EngineError("cannot be opened");
+            throw EngineError(problem_);
+    }
+    void RefillWork() override {
+        if (database_)
+            database_->RefillWork();
     }
 
     const std::shared_ptr<SqlDatabase>& Database() const { return database_; }
@@ -108,14 +142,9 @@ private:
 
 class AccessRecordset final : public Recordset {
 public:
-    void Close() override {
-        if (!query_.IsOpen())
-            throw EngineError("is not open");
-        query_.Close();
-    }
+    void Close() override { query_.Close(); }
     bool Open(const std::string& sql, Connection& connection) override {
         const auto& database = static_cast<AccessConnection&>(connection).Database();
-        fetching_ = false;
         return database && query_.Open(sql, database);
     }
     bool Open(const wchar_t* sql, Connection& connection) override {
@@ -124,13 +153,8 @@ public:
             bytes += Windows1252FromUnit(static_cast<char32_t>(*c));
         return Open(bytes, connection);
     }
-    bool NextRow() override {
-        const SqlQuery::Step step = query_.Next();
-        if (step == SqlQuery::Step::Failed || (step == SqlQuery::Step::End && !fetching_))
-            throw EngineError("cannot be fetched");
-        fetching_ = step == SqlQuery::Step::Row;
-        return fetching_;
-    }
+    bool NextRow(Wanted) override { return query_.NextRow(); }
+    void RaiseNoRow() override { throw EngineError("there is no row"); }
     Status AppendField(std::int32_t field, std::string& line) override {
         if (field < 0 || field >= query_.FieldCount())
             return kOk;
@@ -139,7 +163,6 @@ public:
 
 private:
     SqlQuery query_;
-    bool fetching_ = false; ///< between the first row of a fetch and its end
 };
 
 } // namespace
@@ -156,6 +179,10 @@ std::shared_ptr<Connection> NewConnection() {
 
 std::shared_ptr<Recordset> NewRecordset() {
     return std::make_shared<AccessRecordset>();
+}
+
+std::string PlatformErrorText() {
+    return {};
 }
 
 } // namespace convfile::database

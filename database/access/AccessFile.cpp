@@ -1,10 +1,10 @@
 #include "database/access/AccessFile.h"
 
-#include "database/access/AccessDefinition.h"
-#include "database/access/AccessRow.h"
+#include "database/Engine.h"
 #include "database/access/AccessText.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace convfile::database {
 
@@ -12,9 +12,6 @@ namespace {
 
 constexpr std::uint32_t kCatalogPage = 2;
 constexpr std::uint32_t kTableObject = 1;
-constexpr std::uint32_t kObjectPage = 0x00FFFFFF;
-
-constexpr std::size_t kOwner = 4; ///< where a data page names its table
 
 // A map of pages: either the first page and a bit for it and each that follows, or the map pages that
 // have those bits, each for as many pages as it has room for.
@@ -30,130 +27,181 @@ constexpr std::uint32_t kLongInRow = 0x80000000;
 constexpr std::uint32_t kLongInOnePiece = 0x40000000;
 constexpr std::uint32_t kLongLength = 0x3FFFFFFF;
 
-/// Index of a column by its name; -1 where there is none.
-int ColumnNamed(const AccessTable& table, std::string_view name) {
+/// Does something with a table; an error then says which one it was.
+template <class Do>
+void About(const std::string& table, Do what) {
+    try {
+        what();
+    } catch (const EngineError& error) {
+        throw EngineError("table " + table + ": " + error.what());
+    }
+}
+
+/// The rows of a table, wherever its map of pages and the rows that moved lead.
+class TableScan {
+public:
+    TableScan(AccessPages& pages, const AccessTable& table, const AccessFile::TakeRow& take)
+        : pages_(pages), table_(table), take_(take), splitter_(table, pages) {}
+
+    void Run() {
+        const std::string_view map = table_.pageMap;
+        if (map.size() >= kBitsBegin && map[0] == kMapOfBits)
+            ReadMapped(map.substr(kBitsBegin), NumberAt(map, 1, 4));
+        else if (!map.empty() && map[0] == kMapOfPages)
+            ReadMapPages(map);
+        else
+            throw EngineError("its map of pages is damaged");
+        if (rows_ < table_.rowCount)
+            LookForTheRest();
+    }
+
+private:
+    void ReadMapPages(std::string_view map) {
+        const std::uint64_t pagesOfEach = (pages_.Of(kPageSize) - kMapPageHeader) * 8;
+        std::uint64_t first = 0;
+        for (std::size_t i = 1; i + 4 <= map.size(); i += 4, first += pagesOfEach) {
+            const std::uint32_t page = NumberAt(map, i, 4);
+            if (page == 0) // none of those pages is the table's
+                continue;
+            const std::string_view bits = pages_.Page(page, PageType::Map);
+            pages_.Spend(bits.size());
+            ReadMapped(bits.substr(kMapPageHeader), first);
+        }
+    }
+    void ReadMapped(std::string_view bits, std::uint64_t first) {
+        for (std::size_t i = 0; i < bits.size() * 8; ++i) {
+            if ((bits[i / 8] >> (i % 8) & 1) != 0)
+                ReadPage(first + i);
+        }
+    }
+    void ReadPage(std::uint64_t page) {
+        pages_.Spend(pages_.Of(kSlotCount) + 2);
+        const auto number = static_cast<std::uint32_t>(page);
+        if (page >= pages_.PageCount()) {
+            doubt_ = "page " + std::to_string(page) + " lies outside the file";
+            return;
+        }
+        if (!pages_.IsOwnedBy(table_.page, number)) {
+            doubt_ = "page " + std::to_string(page) + " is none of its data pages";
+            return;
+        }
+        ++ownPages_;
+        if (!pages_.IsFilled(number))
+            doubt_ = "page " + std::to_string(page) + " lacks rows";
+        const unsigned slots = pages_.SlotCount(number);
+        for (unsigned slot = 0; slot < slots; ++slot) {
+            RowSlot row = pages_.Slot({number, slot});
+            if (row.movedHere) {
+                movedHere_ += row.movedAway ? 0 : 1;
+                continue; // who leads here reads it
+            }
+            if (row.movedAway)
+                row = Follow(row.bytes);
+            pages_.Spend(row.bytes.size());
+            const std::vector<AccessValue>& values = splitter_.Split(row.bytes);
+            if (table_.primaryKey >= 0 &&
+                values[static_cast<std::size_t>(table_.primaryKey)].isNull)
+                throw EngineError("a row lacks its key");
+            take_(values);
+            ++rows_;
+        }
+    }
+    RowSlot Follow(std::string_view leads) {
+        const std::uint32_t packed = leads.size() < 4 ? 0 : NumberAt(leads, 0, 4);
+        const RowPlace place = PlaceOf(packed);
+        if (!pages_.IsOwnedBy(table_.page, place.page) || !followed_.insert(packed).second)
+            throw EngineError("a row that moved is not where it should be");
+        const RowSlot row = pages_.Slot(place);
+        if (!row.movedHere || row.movedAway)
+            throw EngineError("a row that moved is not where it should be");
+        return row;
+    }
+    /// The definition counts more rows: its counter may be wrong, unless something else is, too.
+    void LookForTheRest() {
+        if (ownPages_ < pages_.CountOwnedBy(table_.page))
+            doubt_ = "its map of pages lacks some";
+        if (followed_.size() < movedHere_)
+            doubt_ = "nothing leads to a row that moved";
+        if (!doubt_.empty())
+            throw EngineError(doubt_ + " (" + std::to_string(rows_) + " of " +
+                              std::to_string(table_.rowCount) + " rows found)");
+    }
+
+    AccessPages& pages_;
+    const AccessTable& table_;
+    const AccessFile::TakeRow& take_;
+    RowSplitter splitter_;
+    std::size_t rows_ = 0;
+    std::size_t ownPages_ = 0;
+    std::size_t movedHere_ = 0;
+    std::unordered_set<std::uint32_t> followed_;
+    std::string doubt_; ///< why rows may be missing
+};
+
+/// Index of a column of the list of objects by its name.
+std::size_t ColumnNamed(const AccessTable& table, std::string_view name) {
     const auto found = std::ranges::find(table.columns, name, &AccessColumn::name);
-    return found == table.columns.end() ? -1 : static_cast<int>(found - table.columns.begin());
+    if (found == table.columns.end())
+        throw EngineError("table " + table.name + ": it has no column " + std::string(name));
+    return static_cast<std::size_t>(found - table.columns.begin());
 }
 
 } // namespace
 
-bool AccessFile::ListTables(std::vector<Listed>& tables) {
+void AccessFile::ListTables(std::vector<Listed>& tables) {
     AccessTable catalog;
-    if (!Define({"MSysObjects", kCatalogPage}, catalog))
-        return false;
-    const int id = ColumnNamed(catalog, "Id");
-    const int name = ColumnNamed(catalog, "Name");
-    const int type = ColumnNamed(catalog, "Type");
-    if (id < 0 || name < 0 || type < 0)
-        return false;
-    return ReadRows(catalog, [&](const std::vector<AccessValue>& values) {
-        const auto bytesOf = [&](int column) {
-            return values[static_cast<std::size_t>(column)].bytes;
-        };
-        if (bytesOf(id).size() < 4 || bytesOf(type).size() < 2)
-            return true;
-        const std::string tableName = DecodeText(bytesOf(name), IsJet3());
-        const bool isTable = NumberAt(bytesOf(type), 0, 2) == kTableObject;
-        if (isTable && !tableName.starts_with("MSys"))
-            tables.push_back({tableName, NumberAt(bytesOf(id), 0, 4) & kObjectPage});
-        return true;
+    Define({"MSysObjects", kCatalogPage}, catalog);
+    const std::size_t id = ColumnNamed(catalog, "Id");
+    const std::size_t name = ColumnNamed(catalog, "Name");
+    const std::size_t type = ColumnNamed(catalog, "Type");
+    std::unordered_set<std::uint32_t> pages;
+    ReadRows(catalog, [&](const std::vector<AccessValue>& values) {
+        if (values[id].bytes.size() < 4 || values[type].bytes.size() < 2)
+            return;
+        if (NumberAt(values[type].bytes, 0, 2) != kTableObject)
+            return;
+        const std::uint32_t page = NumberAt(values[id].bytes, 0, 3); // the fourth byte is a flag
+        const std::string tableName = DecodeText(values[name].bytes, IsJet3());
+        if (!pages.insert(page).second)
+            throw EngineError(tableName + " has the definition of another table");
+        if (!tableName.starts_with("MSys"))
+            tables.push_back({tableName, page});
     });
 }
 
-bool AccessFile::Define(const Listed& listed, AccessTable& table) {
-    table.name = listed.name;
-    return ReadDefinition(pages_, listed.page, table);
+void AccessFile::Define(const Listed& listed, AccessTable& table) {
+    About(listed.name, [&] { table = ReadDefinition(pages_, listed.name, listed.page); });
 }
 
-void AccessFile::AddMapped(std::string_view bits, std::uint64_t first,
-                           std::vector<std::uint32_t>& found) const {
-    for (std::size_t i = 0; i < bits.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(bits[i]);
-        for (unsigned bit = 0; bit < 8; ++bit) {
-            const std::uint64_t page = first + i * 8 + bit;
-            if ((byte >> bit & 1U) != 0 && page < pages_.PageCount())
-                found.push_back(static_cast<std::uint32_t>(page));
-        }
-    }
+void AccessFile::ReadRows(const AccessTable& table, const TakeRow& take) {
+    About(table.name, [&] { TableScan(pages_, table, take).Run(); });
 }
 
-/// The pages with the table's rows, in their order; false where its map is damaged.
-bool AccessFile::CollectPages(const AccessTable& table, std::vector<std::uint32_t>& found) {
-    const std::string_view map = table.pageMap;
-    if (map.front() == kMapOfBits) {
-        AddMapped(map.substr(kBitsBegin), NumberAt(map, 1, 4), found);
-        return true;
-    }
-    if (map.front() != kMapOfPages)
-        return false;
-    const std::uint64_t pagesOfEach = (pages_.PageSize() - kMapPageHeader) * 8;
-    std::string buffer;
-    std::uint64_t first = 0;
-    for (std::size_t i = 1; i + 4 <= map.size() && first < pages_.PageCount(); i += 4) {
-        const std::uint32_t page = NumberAt(map, i, 4);
-        if (page != 0) { // 0: none of those pages is the table's
-            const std::string_view bits = pages_.Page(page, PageType::Map, buffer);
-            if (bits.empty())
-                return false;
-            AddMapped(bits.substr(kMapPageHeader), first, found);
-        }
-        first += pagesOfEach;
-    }
-    return true;
-}
-
-bool AccessFile::ReadRows(const AccessTable& table, const TakeRow& take) {
-    std::vector<std::uint32_t> dataPages;
-    if (!CollectPages(table, dataPages))
-        return false;
-    std::string buffer;
-    std::vector<AccessValue> values;
-    std::size_t rows = 0;
-    for (const std::uint32_t number : dataPages) {
-        const std::string_view page = pages_.Page(number, PageType::Data, buffer);
-        if (page.empty() || NumberAt(page, kOwner, 4) != table.page)
-            continue; // what was on it is missed below, if anything was
-        const unsigned slots = pages_.SlotCount(page);
-        for (unsigned slot = 0; slot < slots; ++slot) {
-            const std::string_view row = pages_.Row(page, slot);
-            if (row.empty())
-                continue;
-            if (!SplitRow(row, table, IsJet3(), values) || !take(values))
-                return false;
-            ++rows;
-        }
-    }
-    return rows >= table.rowCount;
-}
-
-bool AccessFile::ReadLong(std::string_view field, std::size_t wanted, std::string& content) {
+void AccessFile::ReadLong(std::string_view field, std::size_t wanted, std::string& content) {
     content.clear();
     if (field.size() < kLongHeader)
-        return false;
+        throw EngineError("a long text is cut");
     const std::uint32_t header = NumberAt(field, 0, 4);
     const std::size_t length = std::min<std::size_t>(header & kLongLength, wanted);
-    if ((header & kLongInRow) != 0) {
-        content = field.substr(kLongHeader, length);
-        return true;
-    }
+    std::string_view piece = field.substr(kLongHeader, length);
     std::uint32_t next = NumberAt(field, kLongPlace, 4);
-    std::string buffer;
-    while (content.size() < length) {
-        const RowPlace place = PlaceOf(next);
-        const std::string_view page = pages_.Page(place.page, PageType::Data, buffer);
-        std::string_view piece = page.empty() ? page : pages_.Row(page, place.slot);
-        if ((header & kLongInOnePiece) == 0) { // each piece says where the next one is
-            if (piece.size() <= 4)
-                return false;
-            next = NumberAt(piece, 0, 4);
-            piece.remove_prefix(4);
-        } else if (piece.size() < length) {
-            return false;
-        }
-        content.append(piece.substr(0, length - content.size()));
+    while ((header & kLongInRow) == 0 && content.size() < length) {
+        const RowSlot row = pages_.Slot(PlaceOf(next));
+        if (row.movedAway)
+            throw EngineError("a long text was deleted");
+        pages_.Spend(row.bytes.size());
+        piece = row.bytes;
+        if ((header & kLongInOnePiece) != 0)
+            break;
+        if (piece.size() <= 4)
+            throw EngineError("a long text is cut");
+        next = NumberAt(piece, 0, 4); // each piece says where the next one is
+        content.append(piece.substr(4, length - content.size()));
+        piece = {};
     }
-    return true;
+    content.append(piece.substr(0, length - content.size()));
+    if (content.size() < length)
+        throw EngineError("a long text is cut");
 }
 
 } // namespace convfile::database

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "database/access/AccessPages.h"
-#include "database/access/AccessTypes.h"
+#include "database/access/AccessTable.h"
 
 #include <functional>
 #include <string>
@@ -9,7 +9,9 @@
 
 namespace convfile::database {
 
-/// The tables of a Microsoft Access file (Jet 3, Jet 4, ACE 12 and later), read-only.
+/// The tables of a Microsoft Access file (Jet 3, Jet 4, ACE 12 and later), read-only. Each definition,
+/// row and long value is handed out once. What is damaged raises an EngineError that says which table
+/// it is about (in Windows-1252) and what is wrong.
 class AccessFile {
 public:
     /// A table that the file lists: its name and where its definition begins.
@@ -17,31 +19,25 @@ public:
         std::string name;
         std::uint32_t page;
     };
-    /// Takes a row: the values of its columns in their displayed order, valid during the call. False
-    /// ends the reading.
-    using TakeRow = std::function<bool(const std::vector<AccessValue>& values)>;
+    /// Takes a row: the values of its columns in their displayed order, valid during the call.
+    using TakeRow = std::function<void(const std::vector<AccessValue>& values)>;
 
-    /// False where there is no such file, or where it is no such database.
-    bool Open(const std::string& path) { return pages_.Open(path); }
+    /// Raises an error where there is no such file, or where it is no such database, or where that
+    /// asks for a password.
+    void Open(const std::string& path) { pages_.Open(path); }
     bool IsJet3() const { return pages_.IsJet3(); }
 
-    /// Appends the user's tables; false where the list of objects is damaged.
-    bool ListTables(std::vector<Listed>& tables);
-    /// False where the table's definition is damaged.
-    bool Define(const Listed& listed, AccessTable& table);
-    /// Hands over every row that is not deleted, as they are stored. False where the table is damaged
-    /// (a row cannot be read, or there are fewer than its definition says) and where a row was not
-    /// taken.
-    bool ReadRows(const AccessTable& table, const TakeRow& take);
+    /// Appends the user's tables.
+    void ListTables(std::vector<Listed>& tables);
+    void Define(const Listed& listed, AccessTable& table);
+    /// Hands over every row that is not deleted, as they are stored. Raises an error where one cannot
+    /// be read, or where there are fewer than the definition says and some may well be missing.
+    void ReadRows(const AccessTable& table, const TakeRow& take);
     /// The content of a Memo, which its row only points to: at least `wanted` bytes where it has as
-    /// many. False where it cannot be read.
-    bool ReadLong(std::string_view field, std::size_t wanted, std::string& content);
+    /// many.
+    void ReadLong(std::string_view field, std::size_t wanted, std::string& content);
 
 private:
-    bool CollectPages(const AccessTable& table, std::vector<std::uint32_t>& found);
-    void AddMapped(std::string_view bits, std::uint64_t first,
-                   std::vector<std::uint32_t>& found) const;
-
     AccessPages pages_;
 };
 

@@ -1,22 +1,17 @@
 #include "database/access/AccessText.h"
 
-#include "database/CivilDate.h"
 #include "database/access/AccessPages.h"
 #include "routines/CodePage.h"
 #include "routines/Text.h"
-#include "routines/TskFormat.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <cstdint>
 
 namespace convfile::database {
 
 namespace {
-
-constexpr std::string_view kCompressed{"\xFF\xFE", 2};
 
 /// In a compressed text a NUL switches between one byte a character (the first 256) and two.
 std::string DecodeCompressed(std::string_view bytes) {
@@ -84,30 +79,9 @@ std::string TextOfCurrency(long long units) {
     return WithPoint(std::to_string(size), 4, negative);
 }
 
-std::string TextOfDate(double days) {
-    constexpr double kYear100 = -657434;
-    constexpr double kYear9999 = 2958466;
-    if (!(days >= kYear100 && days < kYear9999))
-        return {};
-    // The time counts from midnight also before the first day: -1.25 is 29 December, 6 o'clock.
-    const double day = std::trunc(days);
-    const auto seconds = static_cast<int>(std::lround(std::fabs(days - day) * 86400));
-    constexpr std::int64_t kFirstDay = -25569; // 30 December 1899, since 1970
-    const CivilDate date = CivilFromDays(static_cast<std::int64_t>(day) + kFirstDay);
-    char dateText[32];
-    char timeText[32];
-    tsk_sprintf(dateText, "%02d/%02d/%04d", date.day, date.month, static_cast<int>(date.year));
-    tsk_sprintf(timeText, "%02d:%02d:%02d", seconds / 3600, seconds / 60 % 60, seconds % 60);
-    if (day == 0)
-        return timeText;
-    return seconds == 0 ? std::string(dateText) : std::string(dateText) + " " + timeText;
-}
-
 std::string TextOfGuid(std::string_view bytes) {
     constexpr std::size_t kOrder[] = {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
     constexpr std::string_view kHex = "0123456789ABCDEF";
-    if (bytes.size() != std::size(kOrder))
-        return {};
     std::string text = "{";
     for (std::size_t i = 0; i < std::size(kOrder); ++i) {
         const auto byte = static_cast<unsigned char>(bytes[kOrder[i]]);
@@ -121,8 +95,6 @@ std::string TextOfGuid(std::string_view bytes) {
 
 std::string TextOfNumeric(std::string_view bytes, int scale) {
     constexpr std::size_t kWords = 4;
-    if (bytes.size() != 1 + 4 * kWords)
-        return {};
     // The words come highest first, the bytes of each lowest first.
     std::array<std::uint64_t, kWords> words{};
     for (std::size_t i = 0; i < kWords; ++i)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "database/access/AccessFile.h"
-#include "database/access/AccessTypes.h"
 #include "database/access/SqlDatabase.h"
 
 #include <string>
@@ -15,20 +14,13 @@ class RowConverter {
 public:
     RowConverter(AccessFile& file, const AccessTable& table);
 
-    /// False where a value cannot be read.
-    bool Convert(const std::vector<AccessValue>& row);
+    /// Raises an error where a value cannot be read.
+    void Convert(const std::vector<AccessValue>& row);
     const std::vector<SqlValue>& Values() const { return values_; }
 
 private:
-    bool ConvertValue(const AccessColumn& column, const AccessValue& from, std::size_t place);
-    bool ConvertNumber(ColumnType type, std::string_view bytes, std::size_t place);
-    void ConvertCurrency(std::int64_t units, std::size_t place);
-    void ConvertNumeric(std::string digits, std::size_t place);
-    bool ConvertMemo(std::string_view bytes, std::size_t place);
-
-    void SetInteger(std::size_t place, std::int64_t integer);
-    void SetReal(std::size_t place, double real);
-    void SetText(std::size_t place, std::string text);
+    SqlValue ValueOf(const AccessColumn& column, std::string_view bytes, std::string& text);
+    SqlValue NumberOf(ColumnType type, std::string_view bytes, std::string& text) const;
 
     AccessFile& file_;
     const AccessTable& table_;

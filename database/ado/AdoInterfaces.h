@@ -26,9 +26,6 @@ inline constexpr long kKeysetCursor = 1;
 inline constexpr long kOptimisticLock = 3;
 inline constexpr long kUnknownCommand = 8;
 
-// What GetRows is told.
-inline constexpr long kAllRowsLeft = -1;
-
 struct IConnection : public IDispatch {
     virtual void STDMETHODCALLTYPE Slot7() = 0;
     virtual void STDMETHODCALLTYPE Slot8() = 0;

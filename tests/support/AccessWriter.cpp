@@ -32,8 +32,9 @@ struct Form {
 
     std::size_t indexEntry;
     std::size_t indexColumn;
-    std::size_t indexFlags;
     std::size_t useEntry;
+    std::size_t useIndex;
+    std::size_t useKind;
 };
 constexpr Form kJet3 = {.page = 2048,
                         .slotCount = 8,
@@ -51,8 +52,9 @@ constexpr Form kJet3 = {.page = 2048,
                         .fixed = 14,
                         .indexEntry = 39,
                         .indexColumn = 0,
-                        .indexFlags = 38,
-                        .useEntry = 20};
+                        .useEntry = 20,
+                        .useIndex = 4,
+                        .useKind = 19};
 constexpr Form kJet4 = {.page = 4096,
                         .slotCount = 12,
                         .countSize = 2,
@@ -69,13 +71,21 @@ constexpr Form kJet4 = {.page = 4096,
                         .fixed = 21,
                         .indexEntry = 52,
                         .indexColumn = 4,
-                        .indexFlags = 42,
-                        .useEntry = 28};
+                        .useEntry = 28,
+                        .useIndex = 8,
+                        .useKind = 23};
 
 constexpr std::uint32_t kCatalogPage = 2;
-constexpr std::uint32_t kMapPage =
-    3; ///< the maps of all tables, one row each for used and free pages
+constexpr std::uint32_t kFreePagesPage = 1; ///< the map of the file's own free pages
+/// The maps of all tables, one row each for used and free pages.
+constexpr std::uint32_t kMapPage = 3;
+constexpr std::size_t kMapSize = 69;
 constexpr int kNumericScale = 4;
+constexpr std::uint32_t kLongValues = 0x4C41564C; ///< "LVAL": owner of a page with long values
+constexpr double kCreated = 38143.546;            ///< when, in days since 30 December 1899
+constexpr unsigned kDeleted = 0xC000;
+constexpr unsigned kMovedAway = 0x4000;
+constexpr unsigned kMovedHere = 0x8000;
 
 void Put(std::string& bytes, std::uint64_t number, std::size_t size) {
     for (std::size_t i = 0; i < size; ++i)
@@ -153,11 +163,12 @@ public:
         Set(bytes_, 4, owner, 4);
     }
     bool HasRoomFor(std::size_t size) const { return Slot(slots_ + 1) + size <= end_; }
-    unsigned Add(const std::string& row, bool deleted = false) {
+    unsigned Add(const std::string& row, unsigned flags = 0) {
         end_ -= row.size();
         bytes_.replace(end_, row.size(), row);
-        Set(bytes_, Slot(slots_), end_ | (deleted ? 0xC000U : 0U), 2);
+        Set(bytes_, Slot(slots_), end_ | flags, 2);
         Set(bytes_, slotCount_, ++slots_, 2);
+        Set(bytes_, 2, end_ - Slot(slots_), 2); // what is still free
         return static_cast<unsigned>(slots_ - 1);
     }
     const std::string& Bytes() const { return bytes_; }
@@ -171,19 +182,19 @@ private:
     std::size_t slots_ = 0;
 };
 
-/// Where the columns of a table lie in its rows.
+/// Where the columns lie in a row that has that many of them.
 struct Layout {
     std::vector<std::size_t> places; ///< offset of a fixed value, index of a variable one
     std::size_t fixedSize = 0;
     std::size_t variableCount = 0;
 };
 
-Layout LayoutOf(const Table& table) {
+Layout LayoutOf(const Table& table, std::size_t columns) {
     Layout layout;
-    for (const Column& column : table.columns) {
-        if (IsFixed(column.type)) {
+    for (std::size_t i = 0; i < columns; ++i) {
+        if (IsFixed(table.columns.at(i).type)) {
             layout.places.push_back(layout.fixedSize);
-            layout.fixedSize += FixedSize(column.type);
+            layout.fixedSize += FixedSize(table.columns[i].type);
         } else {
             layout.places.push_back(layout.variableCount++);
         }
@@ -198,7 +209,8 @@ public:
           form_(version == Version::Jet3 ? kJet3 : kJet4),
           style_(style),
           pages_(kMapPage + 1),
-          map_(form_, 0) {}
+          maps_(form_, 0),
+          longValues_(form_, kLongValues) {}
 
     std::string Write(const std::vector<Table>& tables) {
         Table catalog{.name = "MSysObjects",
@@ -206,19 +218,31 @@ public:
                                   {"ParentId", Type::Long},
                                   {"Name", Type::Text},
                                   {"Type", Type::Integer},
-                                  {"Flags", Type::Long}},
+                                  {"Flags", Type::Long},
+                                  {"LvProp", Type::Ole}},
                       .rows = {},
                       .primaryKey = -1};
+        const auto list = [&](std::int64_t page, const std::string& name, std::int64_t type,
+                              std::int64_t flags) {
+            // No properties but the mark that they begin with.
+            const std::string properties{version_ == Version::Jet3 ? "KKD" : "MR2", 4};
+            catalog.rows.push_back({{page, std::int64_t{0}, name, type, flags, properties}});
+        };
+        constexpr std::int64_t kContainer = 3;
+        constexpr std::int64_t kSystem = 0x80000000;
+        list(0x0F000001, "Tables", kContainer, kSystem);
+        list(kCatalogPage, catalog.name, 1, kSystem);
         for (const Table& table : tables) {
-            const auto page = static_cast<std::int64_t>(NewPage());
-            catalog.rows.push_back(
-                {{page, std::int64_t{0}, table.name, std::int64_t{1}, std::int64_t{0}}, false});
-            WriteTable(table, static_cast<std::uint32_t>(page));
+            const std::uint32_t page = NewPage();
+            list(page, table.name, 1, 0);
+            WriteTable(table, page);
         }
         WriteTable(catalog, kCatalogPage);
         pages_[0] = Header();
-        pages_[1] = std::string(form_.page, '\0');
-        pages_[kMapPage] = map_.Bytes();
+        DataPage freePages(form_, 0);
+        freePages.Add(Map({}));
+        pages_[kFreePagesPage] = freePages.Bytes();
+        pages_[kMapPage] = maps_.Bytes();
         std::string file;
         for (const std::string& page : pages_)
             file += page;
@@ -231,8 +255,9 @@ private:
         return static_cast<std::uint32_t>(pages_.size() - 1);
     }
 
-    /// Some 128 bytes of the header from 24 on are scrambled with a fixed key; unscrambled they are
-    /// zeros but for the code page.
+    /// Some 128 bytes of the header from 24 on are scrambled with a fixed key. Unscrambled they are
+    /// zeros but for the code page and the date of creation, which from Jet 4 on masks the password;
+    /// there is none.
     std::string Header() const {
         std::string page(form_.page, '\0');
         const std::string_view magic =
@@ -241,6 +266,9 @@ private:
         page.replace(4, magic.size(), magic);
         Set(page, 20, static_cast<unsigned>(version_), 1);
         Set(page, version_ == Version::Jet3 ? 0x3A : 0x3C, 1252, 2);
+        for (std::size_t i = 0; i < 40 && version_ != Version::Jet3; i += 4)
+            Set(page, 0x42 + i, static_cast<std::uint64_t>(kCreated), 4);
+        Set(page, 0x72, std::bit_cast<std::uint64_t>(kCreated), 8);
         constexpr std::array<unsigned char, 4> kKey = {0xC7, 0xDA, 0x39, 0x6B};
         std::array<unsigned char, 256> box{};
         for (std::size_t i = 0; i < box.size(); ++i)
@@ -261,59 +289,110 @@ private:
     }
 
     void WriteTable(const Table& table, std::uint32_t page) {
-        const Layout layout = LayoutOf(table);
         std::vector<std::uint32_t> dataPages;
-        std::size_t live = 0;
         DataPage current(form_, page);
-        const auto flush = [&] {
-            dataPages.push_back(NewPage());
-            pages_.back() = current.Bytes();
-            current = DataPage(form_, page);
+        std::uint32_t number = NewPage();
+        const auto add = [&](const std::string& bytes, unsigned flags) {
+            if (!current.HasRoomFor(bytes.size())) {
+                dataPages.push_back(number);
+                pages_[number] = current.Bytes();
+                current = DataPage(form_, page);
+                number = NewPage();
+            }
+            return current.Add(bytes, flags) | number << 8;
         };
+        std::size_t live = 0;
         for (const Row& row : table.rows) {
-            const std::string bytes = RowBytes(table, layout, row);
-            if (!current.HasRoomFor(bytes.size()))
-                flush();
-            current.Add(bytes, row.deleted);
+            const std::string bytes = RowBytes(table, row);
+            if (row.moved) {
+                std::string leads;
+                Put(leads, add(bytes, kMovedHere), 4);
+                add(leads, row.deleted ? kDeleted : kMovedAway);
+            } else {
+                add(bytes, row.deleted ? kDeleted : 0);
+            }
             live += row.deleted ? 0 : 1;
         }
-        flush();
-        const unsigned used = AddMap(dataPages);
-        const unsigned free = AddMap({});
-        pages_[page] = Definition(table, layout, live, used, free);
+        dataPages.push_back(number);
+        pages_[number] = current.Bytes();
+        const unsigned used = maps_.Add(Map(dataPages));
+        const unsigned free = maps_.Add(Map({}));
+        WriteDefinition(page, Definition(table, live, used, free));
     }
 
-    /// A map of bits from page 0 on: no table has rows beyond page 511.
-    unsigned AddMap(const std::vector<std::uint32_t>& pages) {
-        std::string map(69, '\0');
-        for (const std::uint32_t page : pages)
-            map.at(5 + page / 8) = static_cast<char>(map.at(5 + page / 8) | 1 << page % 8);
-        return map_.Add(map);
+    /// A bit for each page: from the first one on, for as many as the map has room for, or on map
+    /// pages, each for as many as it has room for.
+    std::string Map(const std::vector<std::uint32_t>& pages) {
+        std::string map(kMapSize, '\0');
+        const auto set = [&](std::string& bits, std::size_t header, std::size_t bit) {
+            char& byte = bits.at(header + bit / 8);
+            byte = static_cast<char>(byte | 1 << bit % 8);
+        };
+        const std::size_t pagesOfEach = (form_.page - 4) * 8;
+        map[0] = style_.mapsOfPages ? 1 : 0;
+        std::uint32_t first = pages.empty() ? 0 : pages.front() / 8 * 8;
+        if (!style_.mapsOfPages)
+            Set(map, 1, first, 4);
+        for (const std::uint32_t page : pages) {
+            if (!style_.mapsOfPages) {
+                set(map, 5, page - first);
+                continue;
+            }
+            const std::size_t entry = 1 + 4 * (page / pagesOfEach);
+            if (map.at(entry) == 0 && map.at(entry + 1) == 0) {
+                Set(map, entry, NewPage(), 4);
+                pages_.back() = std::string(form_.page, '\0');
+                Set(pages_.back(), 0, 0x0105, 2);
+            }
+            const auto low = static_cast<unsigned char>(map[entry]);
+            const auto high = static_cast<unsigned char>(map[entry + 1]);
+            set(pages_.at(low | high << 8U), 4, page % pagesOfEach);
+        }
+        return map;
     }
 
-    std::string Definition(const Table& table, const Layout& layout, std::size_t rows,
-                           unsigned usedMap, unsigned freeMap) const {
-        const unsigned indexes = table.primaryKey < 0 ? 0 : 1;
+    /// A definition takes as many pages as it needs, each of which names the next.
+    void WriteDefinition(std::uint32_t page, const std::string& definition) {
+        constexpr std::size_t kHeader = 8;
+        const std::size_t room = form_.page - kHeader;
+        for (std::size_t at = kHeader; at < definition.size(); at += room) {
+            std::string bytes = definition.substr(0, kHeader) + definition.substr(at, room);
+            Set(bytes, 2, form_.page - bytes.size(), 2);
+            bytes.resize(form_.page, '\0');
+            const std::uint32_t next = at + room < definition.size() ? NewPage() : 0;
+            Set(bytes, 4, next, 4);
+            pages_[page] = bytes;
+            page = next;
+        }
+    }
+
+    std::string Definition(const Table& table, std::size_t rows, unsigned usedMap,
+                           unsigned freeMap) const {
+        const std::size_t columns = table.columns.size();
+        const Layout layout = LayoutOf(table, columns);
+        const std::size_t indexes = table.otherIndexes.size() + (table.primaryKey < 0 ? 0 : 1);
+        const auto dropped = std::ranges::count(table.columns, true, &Column::dropped);
         std::string d(form_.columnEntries + form_.indexCounter * indexes, '\0');
         Set(d, 0, 0x0102, 2);
         Set(d, form_.rows, rows, 4);
         std::size_t at = form_.columnsEver;
         Set(d, at - 1, 'N', 1);
-        Set(d, at, table.columns.size(), 2);
+        Set(d, at, columns, 2);
         Set(d, at += 2, layout.variableCount, 2);
-        Set(d, at += 2, table.columns.size(), 2);
+        Set(d, at += 2, columns - static_cast<std::size_t>(dropped), 2);
         Set(d, at += 2, indexes, 4);
         Set(d, at += 4, indexes, 4);
         Set(d, at += 4, usedMap | kMapPage << 8, 4);
         Set(d, at += 4, freeMap | kMapPage << 8, 4);
-        for (std::size_t i = 0; i < table.columns.size(); ++i)
+        std::string names;
+        for (std::size_t i = 0; i < columns; ++i) {
+            if (table.columns[i].dropped)
+                continue;
             d += ColumnBytes(table.columns[i], i, layout.places[i]);
-        for (const Column& column : table.columns)
-            d += NameBytes(column.name);
-        if (indexes > 0)
-            d += PrimaryKeyBytes(table.primaryKey);
-        Set(d, 8, d.size(), 4);
-        d.resize(form_.page, '\0');
+            names += NameBytes(table.columns[i].name);
+        }
+        d += names + IndexBytes(table);
+        Set(d, 8, d.size() - 8, 4);
         return d;
     }
 
@@ -330,6 +409,8 @@ private:
             Set(c, form_.scale + 1, kNumericScale, 1);
         }
         Set(c, form_.flags, fixed ? 3 : 2, 1);
+        if (version_ != Version::Jet3)
+            Set(c, form_.flags + 1, style_.compressedText ? 1 : 0, 1);
         Set(c, form_.fixed, fixed ? place : 0, 2);
         Set(c, form_.fixed + 2, fixed ? FixedSize(column.type) : 255, 2);
         return c;
@@ -342,26 +423,46 @@ private:
         return bytes + name;
     }
 
-    /// One index over the column, and that it is the primary key.
-    std::string PrimaryKeyBytes(int column) const {
-        std::string index(form_.indexEntry, '\0');
-        Set(index, form_.indexColumn, static_cast<unsigned>(column), 2);
-        Set(index, form_.indexColumn + 2, 1, 1);
-        for (std::size_t key = 1; key < 10; ++key)
-            Set(index, form_.indexColumn + 3 * key, 0xFFFF, 2);
-        Set(index, form_.indexFlags, 1, 1);
-        std::string use(form_.useEntry, '\0');
-        Set(use, version_ == Version::Jet3 ? 19 : 23, 1, 1);
-        return index + use + NameBytes("PrimaryKey");
+    /// The columns of each index; what each is for, where the order is another one; their names.
+    std::string IndexBytes(const Table& table) const {
+        std::vector<std::vector<int>> indexes;
+        for (const int column : table.otherIndexes)
+            indexes.push_back({column});
+        if (table.primaryKey >= 0)
+            indexes.push_back({table.primaryKey});
+        if (table.secondKey >= 0)
+            indexes.back().push_back(table.secondKey);
+        std::string columns;
+        std::string uses;
+        std::string names;
+        for (std::size_t i = 0; i < indexes.size(); ++i) {
+            std::string index(form_.indexEntry, '\0');
+            for (std::size_t key = 0; key < 10; ++key) {
+                const bool used = key < indexes[i].size();
+                const std::size_t at = form_.indexColumn + 3 * key;
+                Set(index, at, used ? static_cast<unsigned>(indexes[i][key]) : 0xFFFFU, 2);
+                Set(index, at + 2, used ? 1 : 0, 1);
+            }
+            columns += index;
+            const bool primary = i == table.otherIndexes.size();
+            std::string use(form_.useEntry, '\0');
+            Set(use, form_.useIndex, i, 4);
+            Set(use, form_.useKind, primary ? 1 : 0, 1);
+            uses.insert(0, use);
+            names.insert(0, NameBytes(primary ? "PrimaryKey" : "Index" + std::to_string(i)));
+        }
+        return columns + uses + names;
     }
 
-    std::string RowBytes(const Table& table, const Layout& layout, const Row& row) {
-        std::string map((table.columns.size() + 7) / 8, '\0');
+    std::string RowBytes(const Table& table, const Row& row) {
+        const std::size_t columns = row.values.size();
+        const Layout layout = LayoutOf(table, columns);
+        std::string map((columns + 7) / 8, '\0');
         std::string fixed(layout.fixedSize, '\0');
         std::vector<std::string> variable(layout.variableCount);
-        for (std::size_t i = 0; i < table.columns.size(); ++i) {
+        for (std::size_t i = 0; i < columns; ++i) {
             const Type type = table.columns[i].type;
-            const Value& value = row.values.at(i);
+            const Value& value = row.values[i];
             const bool isTrue =
                 std::holds_alternative<std::int64_t>(value) && std::get<std::int64_t>(value) != 0;
             const bool set =
@@ -378,8 +479,10 @@ private:
                 variable[layout.places[i]] = bytes;
         }
         std::string bytes;
-        Put(bytes, table.columns.size(), form_.countSize);
+        Put(bytes, columns, form_.countSize);
         bytes += fixed;
+        if (variable.empty())
+            return bytes + map;
         std::vector<std::size_t> offsets;
         for (const std::string& content : variable) {
             offsets.push_back(bytes.size());
@@ -423,7 +526,9 @@ private:
         case Type::Text:
             return TextBytes(std::get<std::string>(value));
         case Type::Memo:
-            return MemoBytes(TextBytes(std::get<std::string>(value)));
+            return LongBytes(TextBytes(std::get<std::string>(value)));
+        case Type::Ole:
+            return LongBytes(std::get<std::string>(value));
         case Type::Binary:
         case Type::Guid:
             return std::get<std::string>(value);
@@ -450,10 +555,10 @@ private:
         return style_.compressedText && version_ != Version::Jet3 ? Compressed(text) : text;
     }
 
-    /// A short memo stands in its row; a longer one on pages of its own, in pieces that each say where
-    /// the next one is (or, where it fits one row, in one piece).
-    std::string MemoBytes(const std::string& content) {
-        const std::size_t longest = form_.page / 2;
+    /// A short value stands in its row; a longer one on pages with such values, in pieces that each
+    /// say where the next one is (or, where it fits one row, in one piece).
+    std::string LongBytes(const std::string& content) {
+        const std::size_t longest = form_.page / 3;
         std::string field;
         if (content.size() <= style_.longestInline) {
             Put(field, content.size() | 0x80000000U, 4);
@@ -466,12 +571,7 @@ private:
             std::string piece;
             if (!onePiece)
                 Put(piece, next, 4);
-            piece += content.substr(pieces * longest, longest);
-            DataPage page(form_, 0);
-            const unsigned slot = page.Add(piece);
-            const std::uint32_t number = NewPage();
-            pages_[number] = page.Bytes();
-            next = slot | number << 8;
+            next = AddLongValue(piece + content.substr(pieces * longest, longest));
         }
         Put(field, content.size() | (onePiece ? 0x40000000U : 0U), 4);
         Put(field, next, 4);
@@ -479,11 +579,23 @@ private:
         return field;
     }
 
+    std::uint32_t AddLongValue(const std::string& piece) {
+        if (longValuesPage_ == 0 || !longValues_.HasRoomFor(piece.size())) {
+            longValues_ = DataPage(form_, kLongValues);
+            longValuesPage_ = NewPage();
+        }
+        const unsigned slot = longValues_.Add(piece);
+        pages_[longValuesPage_] = longValues_.Bytes();
+        return slot | longValuesPage_ << 8;
+    }
+
     Version version_;
     const Form& form_;
     Style style_;
     std::vector<std::string> pages_;
-    DataPage map_;
+    DataPage maps_;
+    DataPage longValues_;
+    std::uint32_t longValuesPage_ = 0;
 };
 
 } // namespace

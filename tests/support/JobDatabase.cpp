@@ -72,33 +72,36 @@ Table Shots() {
     return shots;
 }
 
-/// In the order in which they were entered, not that of their key.
+/// In the order in which they were entered, not that of their key; one grew later.
 Table Points() {
-    return {.name = "tblSoPoints",
-            .columns = {{"keySoPoint", Type::Long},
-                        {"fkeyStationDef", Type::Long},
-                        {"Name", Type::Text},
-                        {"C1", Type::Double},
-                        {"C2", Type::Double},
-                        {"C3", Type::Double},
-                        {"StationType", Type::Long},
-                        {"IsDeleted", Type::Boolean}},
-            .rows = Rows({
-                {L(401), L(941), "CTRL è fuori", 6000.25, 2000.5, 123.456, L(16), L(0)},
-                {L(101), L(900), "S100", 5000.0, 1000.0, 100.0, L(1), L(0)},
-                {L(102), L(952), "S200 è", 5010.5, 1020.5, 100.25, L(0), L(0)},
-                {L(201), L(901), "P1", 5001.5, 1001.25, 100.1, L(0), L(0)},
-                {L(202), L(902), "P2 perché", 5002.0, 1002.0, -0.5, L(2), L(1)},
-                {L(203), L(903), "P3", 5003.0, 1003.0, 100.3, L(0), L(0)},
-                {L(204), L(904), "P4", 5004.0, 1004.0, 100.4, L(0), L(0)},
-                {L(205), L(905), "P5", 5005.0, 1005.0, 100.5, L(0), L(0)},
-                {L(206), L(906), "P6", 5006.0, 1006.0, 100.6, L(0), L(0)},
-                {L(207), L(907), "P7", 0.1, 1e-05, 1e-07, L(0), L(0)},
-                {L(208), L(908), "P8 €", 5008.0, 1008.0, 100.8, kNull, L(0)},
-                {L(209), L(909), "P9", kNull, kNull, kNull, L(0), L(0)},
-                {L(210), L(910), kNull, 5010.0, 1010.0, 101.0, L(0), L(0)},
-            }),
-            .primaryKey = 0};
+    Table points{.name = "tblSoPoints",
+                 .columns = {{"keySoPoint", Type::Long},
+                             {"fkeyStationDef", Type::Long},
+                             {"Name", Type::Text},
+                             {"C1", Type::Double},
+                             {"C2", Type::Double},
+                             {"C3", Type::Double},
+                             {"StationType", Type::Long},
+                             {"IsDeleted", Type::Boolean}},
+                 .rows = Rows({
+                     {L(401), L(941), "CTRL è fuori", 6000.25, 2000.5, 123.456, L(16), L(0)},
+                     {L(101), L(900), "S100", 5000.0, 1000.0, 100.0, L(1), L(0)},
+                     {L(102), L(952), "S200 è", 5010.5, 1020.5, 100.25, L(0), L(0)},
+                     {L(201), L(901), "P1", 5001.5, 1001.25, 100.1, L(0), L(0)},
+                     {L(202), L(902), "P2 perché", 5002.0, 1002.0, -0.5, L(2), L(1)},
+                     {L(203), L(903), "P3", 5003.0, 1003.0, 100.3, L(0), L(0)},
+                     {L(204), L(904), "P4", 5004.0, 1004.0, 100.4, L(0), L(0)},
+                     {L(205), L(905), "P5", 5005.0, 1005.0, 100.5, L(0), L(0)},
+                     {L(206), L(906), "P6", 5006.0, 1006.0, 100.6, L(0), L(0)},
+                     {L(207), L(907), "P7", 0.1, 1e-05, 1e-07, L(0), L(0)},
+                     {L(208), L(908), "P8 €", 5008.0, 1008.0, 100.8, kNull, L(0)},
+                     {L(209), L(909), "P9", kNull, kNull, kNull, L(0), L(0)},
+                     {L(210), L(910), kNull, 5010.0, 1010.0, 101.0, L(0), L(0)},
+                 }),
+                 .primaryKey = 0,
+                 .otherIndexes = {1, 2}};
+    points.rows[4].moved = true;
+    return points;
 }
 
 } // namespace

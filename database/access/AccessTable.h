@@ -1,5 +1,7 @@
 #pragma once
 
+#include "database/access/AccessPages.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -35,7 +37,7 @@ struct AccessColumn {
     std::size_t fixedOffset = 0; ///< the row's `variableIndex`-th value of variable length
     std::size_t size = 0;
     std::size_t variableIndex = 0;
-    int displayOrder = 0;
+    std::size_t displayOrder = 0;
     int scale = 0; ///< decimals of a Numeric
 };
 
@@ -43,9 +45,9 @@ struct AccessTable {
     std::string name;
     std::uint32_t page = 0;            ///< where its definition begins
     std::vector<AccessColumn> columns; ///< in their displayed order
-    int primaryKey = -1;               ///< the column that alone is the primary key; -1: none
-    std::size_t rowCount = 0;          ///< as its definition says
-    std::string pageMap;               ///< which pages hold its rows
+    int primaryKey = -1;               ///< the Long column that alone is the primary key; -1: none
+    std::size_t rowCount = 0;          ///< as its definition says, which need not be true
+    std::string_view pageMap;          ///< which pages hold its rows
 };
 
 /// A value as it lies in its row: its bytes, none where it is NULL. A Boolean has none either way:
@@ -53,6 +55,31 @@ struct AccessTable {
 struct AccessValue {
     std::string_view bytes;
     bool isNull = true;
+};
+
+/// Reads the definition of a table that begins in that page. Raises an error where it is damaged.
+AccessTable ReadDefinition(AccessPages& pages, const std::string& name, std::uint32_t page);
+
+/// Splits the rows of a table into the values of its columns.
+class RowSplitter {
+public:
+    RowSplitter(const AccessTable& table, const AccessPages& pages)
+        : table_(table), isJet3_(pages.IsJet3()), width_(pages.Of(kWidth)) {}
+
+    /// The values in the order of the columns, pieces of the row: they hold until the next one is
+    /// split. Raises an error where the row does not hold what it says it does.
+    const std::vector<AccessValue>& Split(std::string_view row);
+
+private:
+    void ReadOffsets(std::string_view body, std::size_t rowSize);
+    std::string_view ValueOf(const AccessColumn& column, std::string_view body) const;
+
+    const AccessTable& table_;
+    bool isJet3_;
+    std::size_t width_;
+    std::vector<AccessValue> values_;
+    /// Where each value of variable length begins; one more for where the last one ends.
+    std::vector<std::size_t> offsets_;
 };
 
 } // namespace convfile::database

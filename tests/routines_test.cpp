@@ -107,15 +107,32 @@ TEST(FileName, EndsAFolderAtEitherSeparator) {
 }
 
 TEST(CodePage, GoesBothWays) {
-    EXPECT_EQ(Utf8FromWindows1252("\x80 \x81 \xE8"), "\u20AC \xC2\x81 \u00E8");
+    std::string upper;
+    for (int byte = 0x80; byte < 0xA0; ++byte)
+        upper += static_cast<char>(byte);
+    EXPECT_EQ(
+        Utf8FromWindows1252(upper),
+        "\u20AC\xC2\x81\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\xC2\x8D"
+        "\u017D\xC2\x8F\xC2\x90\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161"
+        "\u203A\u0153\xC2\x9D\u017E\u0178");
+    EXPECT_EQ(Utf8FromWindows1252("\x7F\xA0\xE8\xFF"), "\x7F\u00A0\u00E8\u00FF");
     std::string all;
     for (int byte = 0; byte < 256; ++byte)
         all += static_cast<char>(byte);
     EXPECT_EQ(Windows1252FromUtf8(Utf8FromWindows1252(all)), all);
     EXPECT_EQ(Windows1252FromUtf8("\u0416\U0001F600x"), "??x");
-    EXPECT_TRUE(IsUtf8("caff\xC3\xA8"));
-    for (const char* wrong : {"\xE8", "\xC3", "\xC0\x80", "\xED\xA0\x80", "\xF5\x80\x80\x80"})
-        EXPECT_FALSE(IsUtf8(wrong));
+}
+
+/// The first and the last character of each length, and what lies just beyond them.
+TEST(CodePage, KnowsUtf8) {
+    for (const char* right :
+         {"caff\xC3\xA8", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xED\x9F\xBF", "\xEE\x80\x80",
+          "\xEF\xBF\xBF", "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"})
+        EXPECT_TRUE(IsUtf8(right)) << right;
+    for (const char* wrong : {"\xE8", "\xC3", "\x80", "\xC0\x80", "\xC1\xBF", "\xE0\x9F\xBF",
+                              "\xED\xA0\x80", "\xED\xBF\xBF", "\xF0\x8F\xBF\xBF",
+                              "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xC3\xC0", "\xE2\x82z"})
+        EXPECT_FALSE(IsUtf8(wrong)) << wrong;
 }
 
 TEST(Numbers, ReadWhatStandsAtTheStart) {
@@ -186,6 +203,7 @@ TEST(Numbers, RoundHalvesAwayFromZeroAndLeaveWhatCannotBeRounded) {
     EXPECT_EQ(ArrotondatoAtDec(2.5, 0), 3);
     EXPECT_EQ(ArrotondatoAtDec(-2.5, 0), -3);
     EXPECT_EQ(ArrotondatoAtDec(14.142135, 3), 14.142);
+    EXPECT_EQ(ArrotondatoAtDec(1.6e-22, 22), 2e-22);
     EXPECT_EQ(ArrotondatoAtDec(kNoValue, 3), kNoValue);
     EXPECT_EQ(ArrotondatoAtDec(kInfinity, 3), kInfinity);
     EXPECT_EQ(ArrotondatoAlVal(7.4, 5), 5);

@@ -166,6 +166,17 @@ TEST(Numbers, AreTheNearestDoubleHoweverTheyAreRead) {
     }
 }
 
+/// Eight digits are read at once: what is next to the digits must not pass for one.
+TEST(Numbers, EndAtTheFirstCharacterThatIsNone) {
+    for (const char other : {'/', ':', '?', 'p', '\xB5'}) {
+        for (std::size_t i = 0; i < 8; ++i) {
+            std::string text = "87654321";
+            text[i] = other;
+            EXPECT_EQ(DoubleDaString(text), DoubleDaString(text.substr(0, i))) << text;
+        }
+    }
+}
+
 TEST(Numbers, TooLargeIsTheMarkerAndTooSmallIsZero) {
     for (const char* large : {"1e400", "-1e400", "1.8e308", "1e99999999999999999999"})
         EXPECT_EQ(DoubleDaString(large), kNoValue) << large;

@@ -38,39 +38,6 @@ public:
     ~CommaLocale() { std::setlocale(LC_ALL, "C"); }
 };
 
-TEST(Text, TrimsSpacesAndTabsOnly) {
-    EXPECT_EQ(TrimBoth(" \t a b\r \t"), "a b\r");
-    EXPECT_EQ(TrimBoth(" \t "), "");
-    EXPECT_EQ(TrimLeft("\n x "), "\n x ");
-    std::string text = "  x  ";
-    StringTrimRight(text);
-    EXPECT_EQ(text, "  x");
-    StringTrimLeft(text);
-    EXPECT_EQ(text, "x");
-    std::string blanks = "\t ";
-    StringTrimBoth(blanks);
-    EXPECT_EQ(blanks, "");
-}
-
-TEST(Text, PiecesPastTheEndAreEmpty) {
-    EXPECT_EQ(Piece("abc", 1, 9), "bc");
-    EXPECT_EQ(Piece("abc", 3), "");
-    EXPECT_EQ(Piece("abc", 99, 2), "");
-    EXPECT_EQ(DropLast(""), "");
-    EXPECT_EQ(DropLast("a"), "");
-}
-
-TEST(Text, CutsAtTheFirstSeparatorOnly) {
-    std::string_view text = "a,,b";
-    std::string_view field;
-    EXPECT_TRUE(CutAt(text, ',', field));
-    EXPECT_EQ(field, "a");
-    EXPECT_TRUE(CutAt(text, ',', field));
-    EXPECT_EQ(field, "");
-    EXPECT_FALSE(CutAt(text, ',', field));
-    EXPECT_EQ(text, "b");
-}
-
 TEST(Text, FindsEveryPositionOnce) {
     const std::string text = " a\x20\xA0!\x1F  12345678 \x80\x21        x ";
     std::vector<std::size_t> expected;
@@ -79,14 +46,6 @@ TEST(Text, FindsEveryPositionOnce) {
     std::vector<std::size_t> positions;
     ForEachPosition(text, ' ', [&](std::size_t i) { positions.push_back(i); });
     EXPECT_EQ(positions, expected);
-}
-
-TEST(Text, UpperCasesAsciiOnly) {
-    std::string text = "az\xE8Z";
-    StringToUpper(text);
-    EXPECT_EQ(text, "AZ\xE8Z");
-    EXPECT_TRUE(EqualIgnoringCase(".Cam", ".cAM"));
-    EXPECT_FALSE(EqualIgnoringCase(".cam", ".ca"));
 }
 
 TEST(FileName, EndsAFolderAtEitherSeparator) {
@@ -238,14 +197,6 @@ TEST(Angles, AreLimitedByWholeTurns) {
     EXPECT_EQ(LimiteAng200_200(200), 200);
     EXPECT_EQ(LimiteAng200_200(-200), 200);
     EXPECT_EQ(LimiteAng200_200(-kInfinity), -kInfinity);
-}
-
-TEST(Angles, BearingsRunClockwiseFromNorth) {
-    EXPECT_EQ(AngoloDaAsseRifer(0, 5), 0);
-    EXPECT_NEAR(AngoloDaAsseRifer(5, 0), 100, 1e-7);
-    EXPECT_NEAR(AngoloDaAsseRifer(0, -5), 200, 1e-7);
-    EXPECT_NEAR(AngoloDaAsseRifer(-5, 0), 300, 1e-7);
-    EXPECT_EQ(GonFromDegrees(90), 100);
 }
 
 TEST(Reduction, GivesSlopeDistanceAndZenithAngle) {

@@ -141,9 +141,13 @@ TEST(Numbers, TooLargeIsTheMarkerAndTooSmallIsZero) {
         EXPECT_EQ(DoubleDaString(large), kNoValue) << large;
     EXPECT_EQ(DoubleDaString(std::string(310, '9')), kNoValue);
     EXPECT_EQ(DoubleDaString("0.00001e400"), kNoValue);
-    for (const char* small : {"1e-400", "1e-99999999999999999999", "0.001e-330", "0e999"})
+    EXPECT_EQ(DoubleDaString("0." + std::string(400, '0') + "1e800"), kNoValue);
+    for (const char* small :
+         {"1e-400", "-1e-400", "1e-99999999999999999999", "0.001e-330", "0e999"})
         EXPECT_EQ(DoubleDaString(small), 0) << small;
     EXPECT_EQ(DoubleDaString("0." + std::string(400, '0') + "1"), 0);
+    EXPECT_EQ(DoubleDaString("0." + std::string(800, '0') + "1e400"), 0);
+    EXPECT_EQ(DoubleDaString("18446744073709551617"), 18446744073709551616.0); // 2^64 + 1
     EXPECT_EQ(DoubleDaString("4.9e-324"), 4.9e-324);
 }
 

@@ -58,6 +58,7 @@ inline constexpr std::string_view kSummary = "summary";
 inline constexpr std::string_view kTable = "table";
 inline constexpr std::string_view kJson = "json";
 inline constexpr std::string_view kJsonLines = "jsonl";
+inline constexpr std::string_view kViews[] = {kSummary, kTable, kJson, kJsonLines};
 
 /// The way of that name; `files` is how many results will come. Null for an unknown name.
 std::unique_ptr<Output> MakeOutput(std::string_view name, Sink& sink, std::size_t files);

@@ -75,6 +75,20 @@ TEST_F(EntryTest, ReturnsWhatTheConverterReturns) {
     EXPECT_EQ(book_.GetJobArSize(), 1);
 }
 
+/// Before any header or station of its own a cadastral file goes on with what is there first.
+TEST_F(EntryTest, CadastralRecordsGoIntoTheFirstStationThatIsThere) {
+    for (const char* name : {"1.txt", "2.txt"}) {
+        const std::string stations = "S1,1.5,1.6,1,10,100,50,,\nS2,1.5,1.6,2,10,100,50,,\n";
+        EXPECT_TRUE(ByCode(folder_.Write(name, stations), 13));
+    }
+    EXPECT_TRUE(ByCode(folder_.Write("3.pcp", "\x14"
+                                              "2|101||50|10|\n\x14"
+                                              "1|S3||\n\n"),
+                       20));
+    EXPECT_EQ(book_.GetPunArSize(0, 0), 2);
+    EXPECT_EQ(book_.GetStaArSize(0), 3);
+}
+
 TEST(FormatTable, NamesCodesAndExtensionsAreUnambiguous) {
     std::set<std::string> names;
     std::set<int> codes;

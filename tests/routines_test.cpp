@@ -39,39 +39,6 @@ public:
     ~CommaLocale() { std::setlocale(LC_ALL, "C"); }
 };
 
-TEST(Text, TrimsSpacesAndTabsOnly) {
-    EXPECT_EQ(TrimBoth(" \t a b\r \t"), "a b\r");
-    EXPECT_EQ(TrimBoth(" \t "), "");
-    EXPECT_EQ(TrimLeft("\n x "), "\n x ");
-    std::string text = "  x  ";
-    StringTrimRight(text);
-    EXPECT_EQ(text, "  x");
-    StringTrimLeft(text);
-    EXPECT_EQ(text, "x");
-    std::string blanks = "\t ";
-    StringTrimBoth(blanks);
-    EXPECT_EQ(blanks, "");
-}
-
-TEST(Text, PiecesPastTheEndAreEmpty) {
-    EXPECT_EQ(Piece("abc", 1, 9), "bc");
-    EXPECT_EQ(Piece("abc", 3), "");
-    EXPECT_EQ(Piece("abc", 99, 2), "");
-    EXPECT_EQ(DropLast(""), "");
-    EXPECT_EQ(DropLast("a"), "");
-}
-
-TEST(Text, CutsAtTheFirstSeparatorOnly) {
-    std::string_view text = "a,,b";
-    std::string_view field;
-    EXPECT_TRUE(CutAt(text, ',', field));
-    EXPECT_EQ(field, "a");
-    EXPECT_TRUE(CutAt(text, ',', field));
-    EXPECT_EQ(field, "");
-    EXPECT_FALSE(CutAt(text, ',', field));
-    EXPECT_EQ(text, "b");
-}
-
 TEST(Text, FindsEveryPositionOnce) {
     const std::string text = " a\x20\xA0!\x1F  12345678 \x80\x21        x ";
     std::vector<std::size_t> expected;
@@ -80,14 +47,6 @@ TEST(Text, FindsEveryPositionOnce) {
     std::vector<std::size_t> positions;
     ForEachPosition(text, ' ', [&](std::size_t i) { positions.push_back(i); });
     EXPECT_EQ(positions, expected);
-}
-
-TEST(Text, UpperCasesAsciiOnly) {
-    std::string text = "az\xE8Z";
-    StringToUpper(text);
-    EXPECT_EQ(text, "AZ\xE8Z");
-    EXPECT_TRUE(EqualIgnoringCase(".Cam", ".cAM"));
-    EXPECT_FALSE(EqualIgnoringCase(".cam", ".ca"));
 }
 
 TEST(FileName, EndsAFolderAtEitherSeparator) {
@@ -108,15 +67,32 @@ TEST(FileName, EndsAFolderAtEitherSeparator) {
 }
 
 TEST(CodePage, GoesBothWays) {
-    EXPECT_EQ(Utf8FromWindows1252("\x80 \x81 \xE8"), "\u20AC \xC2\x81 \u00E8");
+    std::string upper;
+    for (int byte = 0x80; byte < 0xA0; ++byte)
+        upper += static_cast<char>(byte);
+    EXPECT_EQ(
+        Utf8FromWindows1252(upper),
+        "\u20AC\xC2\x81\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\xC2\x8D"
+        "\u017D\xC2\x8F\xC2\x90\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161"
+        "\u203A\u0153\xC2\x9D\u017E\u0178");
+    EXPECT_EQ(Utf8FromWindows1252("\x7F\xA0\xE8\xFF"), "\x7F\u00A0\u00E8\u00FF");
     std::string all;
     for (int byte = 0; byte < 256; ++byte)
         all += static_cast<char>(byte);
     EXPECT_EQ(Windows1252FromUtf8(Utf8FromWindows1252(all)), all);
     EXPECT_EQ(Windows1252FromUtf8("\u0416\U0001F600x"), "??x");
-    EXPECT_TRUE(IsUtf8("caff\xC3\xA8"));
-    for (const char* wrong : {"\xE8", "\xC3", "\xC0\x80", "\xED\xA0\x80", "\xF5\x80\x80\x80"})
-        EXPECT_FALSE(IsUtf8(wrong));
+}
+
+/// The first and the last character of each length, and what lies just beyond them.
+TEST(CodePage, KnowsUtf8) {
+    for (const char* right :
+         {"caff\xC3\xA8", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xED\x9F\xBF", "\xEE\x80\x80",
+          "\xEF\xBF\xBF", "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"})
+        EXPECT_TRUE(IsUtf8(right)) << right;
+    for (const char* wrong : {"\xE8", "\xC3", "\x80", "\xC0\x80", "\xC1\xBF", "\xE0\x9F\xBF",
+                              "\xED\xA0\x80", "\xED\xBF\xBF", "\xF0\x8F\xBF\xBF",
+                              "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xC3\xC0", "\xE2\x82z"})
+        EXPECT_FALSE(IsUtf8(wrong)) << wrong;
 }
 
 TEST(Numbers, ReadWhatStandsAtTheStart) {
@@ -150,14 +126,29 @@ TEST(Numbers, AreTheNearestDoubleHoweverTheyAreRead) {
     }
 }
 
+/// Eight digits are read at once: what is next to the digits must not pass for one.
+TEST(Numbers, EndAtTheFirstCharacterThatIsNone) {
+    for (const char other : {'/', ':', '?', 'p', '\xB5'}) {
+        for (std::size_t i = 0; i < 8; ++i) {
+            std::string text = "87654321";
+            text[i] = other;
+            EXPECT_EQ(DoubleDaString(text), DoubleDaString(text.substr(0, i))) << text;
+        }
+    }
+}
+
 TEST(Numbers, TooLargeIsTheMarkerAndTooSmallIsZero) {
     for (const char* large : {"1e400", "-1e400", "1.8e308", "1e99999999999999999999"})
         EXPECT_EQ(DoubleDaString(large), kNoValue) << large;
     EXPECT_EQ(DoubleDaString(std::string(310, '9')), kNoValue);
     EXPECT_EQ(DoubleDaString("0.00001e400"), kNoValue);
-    for (const char* small : {"1e-400", "1e-99999999999999999999", "0.001e-330", "0e999"})
+    EXPECT_EQ(DoubleDaString("0." + std::string(400, '0') + "1e800"), kNoValue);
+    for (const char* small :
+         {"1e-400", "-1e-400", "1e-99999999999999999999", "0.001e-330", "0e999"})
         EXPECT_EQ(DoubleDaString(small), 0) << small;
     EXPECT_EQ(DoubleDaString("0." + std::string(400, '0') + "1"), 0);
+    EXPECT_EQ(DoubleDaString("0." + std::string(800, '0') + "1e400"), 0);
+    EXPECT_EQ(DoubleDaString("18446744073709551617"), 18446744073709551616.0); // 2^64 + 1
     EXPECT_EQ(DoubleDaString("4.9e-324"), 4.9e-324);
 }
 
@@ -190,6 +181,7 @@ TEST(Numbers, RoundHalvesAwayFromZeroAndLeaveWhatCannotBeRounded) {
     EXPECT_EQ(ArrotondatoAtDec(2.5, 0), 3);
     EXPECT_EQ(ArrotondatoAtDec(-2.5, 0), -3);
     EXPECT_EQ(ArrotondatoAtDec(14.142135, 3), 14.142);
+    EXPECT_EQ(ArrotondatoAtDec(1.6e-22, 22), 2e-22);
     EXPECT_EQ(ArrotondatoAtDec(kNoValue, 3), kNoValue);
     EXPECT_EQ(ArrotondatoAtDec(kInfinity, 3), kInfinity);
     EXPECT_EQ(ArrotondatoAlVal(7.4, 5), 5);
@@ -213,14 +205,6 @@ TEST(Angles, AreLimitedByWholeTurns) {
     EXPECT_EQ(LimiteAng200_200(200), 200);
     EXPECT_EQ(LimiteAng200_200(-200), 200);
     EXPECT_EQ(LimiteAng200_200(-kInfinity), -kInfinity);
-}
-
-TEST(Angles, BearingsRunClockwiseFromNorth) {
-    EXPECT_EQ(AngoloDaAsseRifer(0, 5), 0);
-    EXPECT_NEAR(AngoloDaAsseRifer(5, 0), 100, 1e-7);
-    EXPECT_NEAR(AngoloDaAsseRifer(0, -5), 200, 1e-7);
-    EXPECT_NEAR(AngoloDaAsseRifer(-5, 0), 300, 1e-7);
-    EXPECT_EQ(GonFromDegrees(90), 100);
 }
 
 TEST(Reduction, GivesSlopeDistanceAndZenithAngle) {

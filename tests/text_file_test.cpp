@@ -29,18 +29,6 @@ TEST(TextFile, DropsACarriageReturnBeforeALineFeedOnly) {
     EXPECT_THAT(LinesOf("\n\nx"), ElementsAre("\n", "\n", "x"));
 }
 
-TEST(TextFile, EndsAtCtrlZ) {
-    EXPECT_THAT(LinesOf("a\nb\x1A"
-                        "c\n"),
-                ElementsAre("a\n", "b"));
-    EXPECT_THAT(LinesOf("a\r\x1A\n"), ElementsAre("a\r"));
-}
-
-TEST(TextFile, ANulEndsTheTextOfItsLine) {
-    using std::string_literals::operator""s;
-    EXPECT_THAT(LinesOf("ab\0cd\n\0\nx\n"s), ElementsAre("ab", "", "x\n"));
-}
-
 TEST(TextFile, PiecesAreCountedAfterTranslation) {
     const std::string x253(253, 'x');
     const std::string x254(254, 'x');

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "app/Choice.h"
+#include "app/Output.h"
+
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace convfile::app {
+
+inline constexpr std::string_view kProgram = "convfile";
+
+/// What the command line says.
+struct Options {
+    FormatChoice choice;
+    std::string view = std::string(kTable); ///< one of kViews
+    std::string outputFile;                 ///< empty: standard output
+    std::vector<std::string> files;         ///< empty only where the formats are to be listed
+};
+
+/// What is to be done about it.
+enum class Request {
+    Convert,
+    ListFormats,
+    Nothing,    ///< help was asked for, and given
+    WrongUsage, ///< told
+};
+
+/// Reads the arguments, the program's own name not among them. Help goes to `out`, what is wrong with
+/// them to `error`. `options` counts where files are to be converted.
+Request ReadOptions(std::vector<std::string> arguments, Options& options, std::ostream& out,
+                    std::ostream& error);
+
+} // namespace convfile::app

@@ -79,6 +79,7 @@ void Declare(CLI::App& app, Options& options) {
                                std::string(kJsonLines)}))
         ->capture_default_str();
     app.add_option("-o,--output", options.outputFile, "Print into this file")->type_name("OUT");
+    app.set_version_flag("--version", "convfile " CONVFILE_VERSION, "Print the version and exit");
     app.add_option("FILE", options.files, "Files to convert")->type_name("");
     app.add_subcommand(kListCommand, "List the formats that can be read")->callback([&options] {
         options.listFormats = true;

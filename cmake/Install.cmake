@@ -2,6 +2,8 @@
 #   convfile::headers    what a host includes
 #   convfile::convfile   the library; it takes the host's own convfile_host, or that of
 #   convfile::memory     the host in memory
+#   convfile::routines   texts, numbers, angles, the text-file reader: for formats of a host's own
+# and pkg-config the same by the names convfile and convfile-memory.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -38,3 +40,13 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/convfile-config-version.c
   COMPATIBILITY SameMajorVersion)
 install(FILES cmake/convfile-config.cmake ${PROJECT_BINARY_DIR}/convfile-config-version.cmake
   DESTINATION ${package})
+
+if(NOT WIN32)
+  set(pkgconfig ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+  file(RELATIVE_PATH root /${pkgconfig} /)
+  string(REGEX REPLACE "/$" "" root ${root})
+  foreach(name IN ITEMS convfile convfile-memory)
+    configure_file(cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${pkgconfig})
+  endforeach()
+endif()

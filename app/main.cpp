@@ -88,8 +88,8 @@ void Declare(CLI::App& app, Options& options) {
                "Exit status: 0 all converted, 1 at least one was not, 2 wrong usage.");
 }
 
-/// The arguments as the parser takes them: it would split a name in square brackets at its commas, and
-/// take the word of the one command for it wherever it stands, also where it is a file.
+/// The arguments as the parser takes them: it would split a name in square brackets at its commas,
+/// and take the word of the one command for it wherever it stands, also where it is a file.
 std::vector<std::string> Arguments(int argc, char** argv) {
     std::vector<std::string> arguments(argv + 1, argv + argc);
     for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -131,8 +131,8 @@ int Run(const Options& options, std::ostream& out) {
     return allConverted ? kAllConverted : kNotAllConverted;
 }
 
-/// True where writing the result would overwrite one of the files it is made from, or make a file that
-/// is missing.
+/// True where writing the result would overwrite one of the files it is made from, or make a file
+/// that is missing.
 bool OverwritesInput(const Options& options) {
     namespace fs = std::filesystem;
     std::error_code ignored;

@@ -122,8 +122,8 @@ void CConvFileELT::StartOfMeasurements() {
         SetDataAtJob(date_);
 }
 
-/// Operator and instrument gather over the title lines, each part followed by a blank. The job's title
-/// is added to the name that the job has by now; the date is replaced.
+/// Operator and instrument gather over the title lines, each part followed by a blank. The job's
+/// title is added to the name that the job has by now; the date is replaced.
 void CConvFileELT::TitleLine() {
     const auto findAll = [this](std::span<const std::string_view> tags, std::string& text) {
         for (const std::string_view tag : tags)

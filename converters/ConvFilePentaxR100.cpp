@@ -16,9 +16,9 @@
 //   RTV:98.7654;           zenith angle, gon
 //   RTD:25.417;            slope distance, metres
 //
-// What stands before the tag and every other tag is skipped. A record has no end of its own. A station
-// or a point is written when a tag of another kind, or one whose value it has already, shows that it is
-// complete; a job when a tag of a station does.
+// What stands before the tag and every other tag is skipped. A record has no end of its own. A
+// station or a point is written when a tag of another kind, or one whose value it has already,
+// shows that it is complete; a job when a tag of a station does.
 
 #include "converters/ConvFilePentaxR100.h"
 

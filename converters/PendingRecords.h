@@ -9,9 +9,9 @@
 #include <string_view>
 
 /// Base of the converters of keyword lines whose records are gathered in a buffer and written only
-/// when a later line, or the end, shows that they are complete. What opens a record writes those that
-/// are pending of the two other kinds first. How a station and a point are written is the format's own:
-/// its SalvaRigaS and SalvaRigaP.
+/// when a later line, or the end, shows that they are complete. What opens a record writes those
+/// that are pending of the two other kinds first. How a station and a point are written is the
+/// format's own: its SalvaRigaS and SalvaRigaP.
 template <class Format>
 class CConvPendingRecords : public CConvFileBase {
 public:
@@ -34,7 +34,8 @@ protected:
     static constexpr std::size_t kDistance = 5;
     static constexpr std::size_t kNote = 6;
 
-    /// Cuts keyword and fields of the line apart; false for a line without a keyword, to be skipped.
+    /// Cuts keyword and fields of the line apart; false for a line without a keyword, to be
+    /// skipped.
     bool SeparaParolaChiave(std::string_view& keyword);
     void SalvaRigaL();
     void AnnullaCampi();

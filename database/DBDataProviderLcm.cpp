@@ -54,7 +54,8 @@ void CDBDataProviderLcm::Disconnect() {
     convfile::database::StopEngine();
 }
 
-/// The one recordset serves query after query: it is closed before each, which fails before the first.
+/// The one recordset serves query after query: it is closed before each, which fails before the
+/// first.
 bool CDBDataProviderLcm::CreateQuery(const std::string& head, const std::string& tail) {
     const std::string sql = head + tail;
     try {

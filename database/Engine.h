@@ -5,9 +5,9 @@
 #include <stdexcept>
 #include <string>
 
-/// What differs by platform behind the query helper: how a database is opened, and how a SELECT is run
-/// on it. One engine is linked in: ADO on Windows, elsewhere one that reads the file itself, or one
-/// that has no driver at all.
+/// What differs by platform behind the query helper: how a database is opened, and how a SELECT is
+/// run on it. One engine is linked in: ADO on Windows, elsewhere one that reads the file itself, or
+/// one that has no driver at all.
 namespace convfile::database {
 
 /// An OLE status: negative where something failed.
@@ -21,8 +21,8 @@ inline constexpr Status kTypeMismatch = static_cast<Status>(0x80020005);
 /// A field's text is cut at this many bytes.
 inline constexpr std::size_t kLongestField = 1024;
 
-/// Raised where an engine's operation fails that has no status to say so. (An engine over COM raises
-/// its platform's own error.)
+/// Raised where an engine's operation fails that has no status to say so. (An engine over COM
+/// raises its platform's own error.)
 class EngineError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -61,12 +61,13 @@ public:
     /// where no row was left to fetch at all.
     virtual bool NextRow() = 0;
     /// Appends the text of a field of the row, at most kLongestField bytes of Windows-1252; nothing
-    /// for a field that the answer does not have. A negative status, and nothing appended, where the
-    /// field has no text: NULL, or a type that has none.
+    /// for a field that the answer does not have. A negative status, and nothing appended, where
+    /// the field has no text: NULL, or a type that has none.
     virtual Status AppendField(std::int32_t field, std::string& line) = 0;
 };
 
-/// Prepares the calling thread; negative where that fails. Each call is paired with one of StopEngine.
+/// Prepares the calling thread; negative where that fails. Each call is paired with one of
+/// StopEngine.
 Status StartEngine();
 void StopEngine();
 

@@ -1,5 +1,5 @@
-// The query helper over the platform's own objects: which calls they get, in which order, over COM; a
-// stand-in writes them down.
+// The query helper over the platform's own objects: which calls they get, in which order, over COM;
+// a stand-in writes them down.
 
 #include "database/DBDataProviderLcm.h"
 #include "memory/LinkTimeHost.h"

@@ -1,11 +1,12 @@
 // Do two builds of the program give the same field books?
 //
-//   same_books vary FORMAT OUT COUNT   writes COUNT variants of each reference file of a format into a
-//                                      folder: the same records with other digits
-//   same_books compare A B             compares what two programs printed. A point's angles and distance may
-//                                      differ by no more than 1e-12 of their size (two C libraries differ in
-//                                      the last places of atan, acos, sin and cos); everything else not at
-//                                      all. For the formats that compute these and do not round them
+//   same_books vary FORMAT OUT COUNT
+//       writes COUNT variants of each reference file of a format into a folder: the same records
+//       with other digits
+//   same_books compare A B
+//       compares what two programs printed. A point's angles and distance may differ by no more than
+//       1e-12 of their size (two C libraries differ in the last places of atan, acos, sin and cos);
+//       everything else not at all. For the formats that compute these and do not round them
 
 #include "tests/support/Files.h"
 
@@ -50,7 +51,8 @@ constexpr std::string_view kComputed[] = {
 
 constexpr std::string_view kOfNumbers = "+-.0123456789eE";
 
-/// The computed number around a place of a text, which moves behind it; none where it is another one.
+/// The computed number around a place of a text, which moves behind it; none where it is another
+/// one.
 double NumberAt(std::string_view text, std::size_t& place) {
     std::size_t begin = place;
     while (begin > 0 && kOfNumbers.find(text[begin - 1]) != std::string_view::npos)

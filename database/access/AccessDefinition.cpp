@@ -94,7 +94,8 @@ bool ReadColumns(MdbHandle* handle, std::uint32_t page, const Outline& outline,
     return true;
 }
 
-/// What stands behind the names of the columns: the indexes with their columns, then what each is for.
+/// What stands behind the names of the columns: the indexes with their columns, then what each is
+/// for.
 struct IndexLayout {
     std::size_t nameLength; ///< bytes of the length before a name
     std::size_t firstKey;   ///< first column of an index, in its entry; two bytes and an order each

@@ -1,5 +1,5 @@
-// The engine off Windows: an Access file is read into a database in memory, and the SELECTs run there
-// as they are written.
+// The engine off Windows: an Access file is read into a database in memory, and the SELECTs run
+// there as they are written.
 
 #include "database/Engine.h"
 #include "database/access/AccessFile.h"
@@ -15,8 +15,8 @@ namespace convfile::database {
 
 namespace {
 
-/// The tables that a job is imported from. Where one of them is damaged the database does not open: the
-/// job would come in part and look whole.
+/// The tables that a job is imported from. Where one of them is damaged the database does not open:
+/// the job would come in part and look whole.
 constexpr std::array<std::string_view, 10> kJobTables = {
     "tblCrdObsSession", "tblObsEquipment", "tblTsOccups",   "tblCodeDefs", "tblCodesToPts",
     "tblSoPoints",      "tblTsShots",      "tblCrdRawMeas", "tblStations", "tblCrdImageData"};

@@ -17,8 +17,8 @@ public:
         std::string name;
         std::uint32_t page;
     };
-    /// Takes a row: the values of its columns in their displayed order, valid during the call. False
-    /// ends the reading.
+    /// Takes a row: the values of its columns in their displayed order, valid during the call.
+    /// False ends the reading.
     using TakeRow = std::function<bool(const std::vector<AccessValue>& values)>;
 
     /// False where there is no such file, or where it is no such database.
@@ -29,9 +29,9 @@ public:
     bool ListTables(std::vector<Listed>& tables);
     /// False where the table's definition is damaged.
     bool Define(const Listed& listed, AccessTable& table);
-    /// Hands over every row that is not deleted, as they are stored. False where the table is damaged
-    /// (a row cannot be read, or there are fewer than its definition says) and where a row was not
-    /// taken.
+    /// Hands over every row that is not deleted, as they are stored. False where the table is
+    /// damaged (a row cannot be read, or there are fewer than its definition says) and where a row
+    /// was not taken.
     bool ReadRows(const AccessTable& table, const TakeRow& take);
     /// The content of a Memo, which its row only points to: at least `wanted` bytes where it has as
     /// many. False where it cannot be read.

@@ -31,8 +31,8 @@ constexpr std::uint32_t NumberAt(std::string_view bytes, std::size_t offset, std
 
 enum class PageType : unsigned char { Data = 1, Definition = 2, Map = 5 };
 
-/// The pages of an Access file, decoded, and the rows in them. Whatever the bytes of the file, nothing
-/// outside them is read, and no page number or count is believed unchecked.
+/// The pages of an Access file, decoded, and the rows in them. Whatever the bytes of the file,
+/// nothing outside them is read, and no page number or count is believed unchecked.
 class AccessPages {
 public:
     AccessPages();

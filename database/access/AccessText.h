@@ -5,20 +5,21 @@
 
 namespace convfile::database {
 
-/// A text as an Access file has it, in Windows-1252: one byte a character in Jet 3, later UTF-16, which
-/// may be compressed. "?" for each UTF-16 unit that the code page lacks.
+/// A text as an Access file has it, in Windows-1252: one byte a character in Jet 3, later UTF-16,
+/// which may be compressed. "?" for each UTF-16 unit that the code page lacks.
 std::string DecodeText(std::string_view bytes, bool jet3);
 
 /// What ADO gives as the text of a value of that kind: "." as decimal point, no trailing zeros.
 std::string TextOfReal(double value, int significantDigits);
 /// `units` are ten-thousandths.
 std::string TextOfCurrency(long long units);
-/// Days since 30 December 1899: day/month/year, then the time where it is not midnight; the time alone
-/// on day 0.
+/// Days since 30 December 1899: day/month/year, then the time where it is not midnight; the time
+/// alone on day 0.
 std::string TextOfDate(double days);
 /// The 16 bytes of a GUID, in braces.
 std::string TextOfGuid(std::string_view bytes);
-/// The 17 bytes of a Numeric: sign, and four words of its digits, the last `scale` behind the point.
+/// The 17 bytes of a Numeric: sign, and four words of its digits, the last `scale` behind the
+/// point.
 std::string TextOfNumeric(std::string_view bytes, int scale);
 
 } // namespace convfile::database

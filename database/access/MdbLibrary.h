@@ -9,8 +9,8 @@
 
 namespace convfile::database {
 
-/// The file as the library has it open. The library believes what it reads and prints what it does not
-/// like: what is handed to it was checked before.
+/// The file as the library has it open. The library believes what it reads and prints what it does
+/// not like: what is handed to it was checked before.
 struct AccessPages::Library {
     explicit Library(MdbHandle* opened) : handle(opened) {}
     Library(const Library&) = delete;

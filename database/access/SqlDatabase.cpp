@@ -10,8 +10,8 @@ namespace convfile::database {
 
 namespace {
 
-// A declared type with "BLOB" in it leaves values as they are; what follows says how a real number of
-// the column is written.
+// A declared type with "BLOB" in it leaves values as they are; what follows says how a real number
+// of the column is written.
 constexpr std::string_view kDeclared = "BLOB";
 
 /// A query works this many steps for each row of the database, and as many more at least.

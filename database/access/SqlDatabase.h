@@ -31,8 +31,8 @@ struct SqlColumn {
 };
 
 /// A database in memory: filled table by table, then sealed. Sealed, it answers single SELECT
-/// statements over its tables and nothing else: no statement can attach, load, write or call anything,
-/// and one that works too long is ended.
+/// statements over its tables and nothing else: no statement can attach, load, write or call
+/// anything, and one that works too long is ended.
 class SqlDatabase {
 public:
     SqlDatabase();
@@ -41,7 +41,8 @@ public:
     ~SqlDatabase();
 
     /// Creates a table whose rows then follow. Rows come back in the order of their primary key (a
-    /// column of whole numbers), or without one in the order of insertion. False where it cannot be.
+    /// column of whole numbers), or without one in the order of insertion. False where it cannot
+    /// be.
     bool BeginTable(const std::string& name, const std::vector<SqlColumn>& columns, int primaryKey);
     bool InsertRow(const std::vector<SqlValue>& values);
     /// Finishes the table; where it is not `complete` it is gone again.

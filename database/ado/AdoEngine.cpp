@@ -1,5 +1,5 @@
-// The engine on Windows: ActiveX Data Objects over OLE DB, with the provider of the Microsoft Access
-// Database Engine. Its errors are _com_error.
+// The engine on Windows: ActiveX Data Objects over OLE DB, with the provider of the Microsoft
+// Access Database Engine. Its errors are _com_error.
 
 #include "database/Engine.h"
 #include "database/ado/AdoInterfaces.h"
@@ -27,8 +27,8 @@ void RaiseFailure(HRESULT status) {
         _com_issue_error(status);
 }
 
-/// Appends a text in the system's code page, "?" for what that lacks, as far as a field's text goes.
-/// Units beyond that length cannot count: none gives less than a byte.
+/// Appends a text in the system's code page, "?" for what that lacks, as far as a field's text
+/// goes. Units beyond that length cannot count: none gives less than a byte.
 void AppendBytes(BSTR text, std::string& line) {
     constexpr std::size_t kMostBytesOfUnit = 4;
     std::array<char, kLongestField * kMostBytesOfUnit> bytes;
@@ -111,8 +111,8 @@ public:
         return false;
     }
 
-    /// A field that is not there is an empty variant, whose text is empty. Numbers have a decimal point,
-    /// whatever the user's settings say.
+    /// A field that is not there is an empty variant, whose text is empty. Numbers have a decimal
+    /// point, whatever the user's settings say.
     Status AppendField(std::int32_t field, std::string& line) override {
         std::array<LONG, 2> position = {field, row_};
         _variant_t value;

@@ -1,5 +1,5 @@
-// Reads a format of its own, one that is not in the library, with the library's line reader and routines;
-// and says which of the library's formats a file's extension stands for.
+// Reads a format of its own, one that is not in the library, with the library's line reader and
+// routines; and says which of the library's formats a file's extension stands for.
 
 #include "entry/FormatTable.h"
 #include "framework/ConvFileBase.h"

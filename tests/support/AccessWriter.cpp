@@ -450,8 +450,8 @@ private:
         return style_.compressedText && version_ != Version::Jet3 ? Compressed(text) : text;
     }
 
-    /// A short memo stands in its row; a longer one on pages of its own, in pieces that each say where
-    /// the next one is (or, where it fits one row, in one piece).
+    /// A short memo stands in its row; a longer one on pages of its own, in pieces that each say
+    /// where the next one is (or, where it fits one row, in one piece).
     std::string MemoBytes(const std::string& content) {
         const std::size_t longest = form_.page / 2;
         std::string field;

@@ -4,9 +4,9 @@
 //       writes COUNT variants of each reference file of a format into a folder: the same records
 //       with other digits
 //   same_books compare A B
-//       compares what two programs printed. A point's angles and distance may differ by no more than
-//       1e-12 of their size (two C libraries differ in the last places of atan, acos, sin and cos);
-//       everything else not at all. For the formats that compute these and do not round them
+//       compares what two programs printed. A point's angles and distance may differ by no more
+//       than 1e-12 of their size (two C libraries differ in the last places of atan, acos, sin and
+//       cos); everything else not at all. For the formats that compute these and do not round them
 
 #include "tests/support/Files.h"
 

@@ -34,6 +34,15 @@ install(TARGETS convfile_host EXPORT convfile-targets
   LIBRARY DESTINATION ${memory_folder}
   ARCHIVE DESTINATION ${memory_folder})
 install(TARGETS convfile_program)
+# What the objects hold for optimising across sources serves only the very compiler that wrote it, and stops any
+# other release of it: the installed archives have ordinary code alone.
+if(CONVFILE_LTO)
+  foreach(target IN ITEMS convfile_memory convfile_routines)
+    set(archive "\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/lib${target}.a")
+    install(CODE "execute_process(COMMAND ${CMAKE_OBJCOPY} -R .gnu.lto_* -R .gnu.debuglto_*
+      -N __gnu_lto_v1 \"${archive}\" COMMAND_ERROR_IS_FATAL ANY)")
+  endforeach()
+endif()
 install(EXPORT convfile-targets NAMESPACE convfile:: DESTINATION ${package})
 
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/convfile-config-version.cmake

@@ -40,6 +40,15 @@ foreach(header IN LISTS headers)
   endforeach()
 endforeach()
 
+# Nothing in it is for one release of the compiler alone.
+file(GLOB archives ${WORK}/package/lib/*.a)
+foreach(archive IN LISTS archives)
+  file(STRINGS ${archive} bytecode REGEX "^\\.gnu\\.lto_" LIMIT_COUNT 1)
+  if(bytecode)
+    message(FATAL_ERROR "${archive} holds ${bytecode}")
+  endif()
+endforeach()
+
 function(build folder name)
   run(${CMAKE_COMMAND} -S ${folder} -B ${WORK}/${name} -G Ninja ${options}
       -DCMAKE_BUILD_TYPE=Release -Dconvfile_DIR=${WORK}/package/lib/cmake/convfile

@@ -27,7 +27,8 @@ struct Conversion {
 /// Converts one file the way it was given; nothing of it is kept anywhere else.
 void Convert(const Route& route, const std::string& path, Conversion& result);
 
-/// The same for bytes in memory, as a file of that name would be converted. (A job database cannot be.)
+/// The same for bytes in memory, as a file of that name would be converted. (A job database cannot
+/// be.)
 void ConvertBytes(const Format& format, const std::string& name, std::string_view bytes,
                   Conversion& result);
 

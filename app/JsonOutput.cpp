@@ -16,8 +16,8 @@ namespace {
 
 using namespace convfile::memory;
 
-/// Where the JSON library writes: it escapes the control characters below 20 hex, and this the others
-/// (7F, and the upper ones, which UTF-8 has as C2 80 to C2 9F). They only occur in texts.
+/// Where the JSON library writes: it escapes the control characters below 20 hex, and this the
+/// others (7F, and the upper ones, which UTF-8 has as C2 80 to C2 9F). They only occur in texts.
 class EscapingSink {
 public:
     using Ch = char;

@@ -50,6 +50,7 @@ void Declare(CLI::App& app, Options& options, bool& listFormats) {
         ->check(CLI::IsMember(std::vector<std::string>(std::begin(kViews), std::end(kViews))))
         ->capture_default_str();
     app.add_option("-o,--output", options.outputFile, "Print into this file")->type_name("OUT");
+    app.set_version_flag("--version", "convfile " CONVFILE_VERSION, "Print the version and exit");
     app.add_option("FILE", options.files, "Files to convert")->type_name("");
     app.add_subcommand(kListCommand, "List the formats that can be read")->callback([&listFormats] {
         listFormats = true;
@@ -58,8 +59,8 @@ void Declare(CLI::App& app, Options& options, bool& listFormats) {
                "Exit status: 0 all converted, 1 at least one was not, 2 wrong usage.");
 }
 
-/// The arguments as the parser takes them: it would split a name in square brackets at its commas, and
-/// take the word of the one command for it wherever it stands, also where it is a file.
+/// The arguments as the parser takes them: it would split a name in square brackets at its commas,
+/// and take the word of the one command for it wherever it stands, also where it is a file.
 std::vector<std::string> ForParser(std::vector<std::string> arguments) {
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         std::string& argument = arguments[i];

@@ -28,8 +28,8 @@ enum class Request {
     WrongUsage, ///< told
 };
 
-/// Reads the arguments, the program's own name not among them. Help goes to `out`, what is wrong with
-/// them to `error`. `options` counts where files are to be converted.
+/// Reads the arguments, the program's own name not among them. Help goes to `out`, what is wrong
+/// with them to `error`. `options` counts where files are to be converted.
 Request ReadOptions(std::vector<std::string> arguments, Options& options, std::ostream& out,
                     std::ostream& error);
 

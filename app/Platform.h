@@ -15,8 +15,8 @@ std::filesystem::path PathOf(const std::string& name);
 /// Such a name in UTF-8.
 std::string Utf8OfName(const std::string& name);
 
-/// Keeps the driver of job databases loaded on this thread: an import ends its use of it, and lets go of
-/// the driver's objects only after that.
+/// Keeps the driver of job databases loaded on this thread: an import ends its use of it, and lets
+/// go of the driver's objects only after that.
 void KeepDatabaseDriver();
 
 } // namespace convfile::app

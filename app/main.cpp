@@ -62,8 +62,8 @@ int Run(const Options& options, std::ostream& out) {
     return allConverted ? kAllConverted : kNotAllConverted;
 }
 
-/// True where writing the result would overwrite one of the files it is made from, or make a file that
-/// is missing.
+/// True where writing the result would overwrite one of the files it is made from, or make a file
+/// that is missing.
 bool OverwritesInput(const Options& options) {
     namespace fs = std::filesystem;
     std::error_code ignored;

@@ -1,7 +1,7 @@
 // Throughput of every format: each of its reference files that is a day's work (day*.*), repeated
 // to 100,000 records, converted into the host in memory; beside it a loop that only reads the same
-// bytes line by line (record by record where they are binary, in blocks where records have no line end).
-// What is compared is CPU time. Databases cannot be repeated.
+// bytes line by line (record by record where they are binary, in blocks where records have no line
+// end). What is compared is CPU time. Databases cannot be repeated.
 
 #include "bench/BenchFiles.h"
 #include "entry/FormatTable.h"

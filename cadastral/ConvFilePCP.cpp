@@ -1,5 +1,5 @@
-// A cadastral survey exchange file. Each record begins with the control character DC4 (shown as @ here)
-// and a digit, its type; fields are closed by "|". A record may run over several lines.
+// A cadastral survey exchange file. Each record begins with the control character DC4 (shown as @
+// here) and a digit, its type; fields are closed by "|". A record may run over several lines.
 //
 //   @0|150307|12345|F205|12|345|ROSSI MARIO|GEOMETRA|MILANO|   header: date (day, month, year),
 //                              protocol, municipality code, sheet, parcel, surveyor, qualification,
@@ -15,8 +15,9 @@
 //   @8|PF01|5000.00|1000.00|5|Spigolo|   orientation point: name, Y, X, reliability, comment
 //   @9|10.50|3|1|A|Muro|       values of the document: real, two integers, label 1, material
 //
-// A list of vertices may go on in the next record: an empty field says so. Records of other types, and
-// records that begin with "@" itself, are skipped. A record of 1023 characters ends the reading.
+// A list of vertices may go on in the next record: an empty field says so. Records of other types,
+// and records that begin with "@" itself, are skipped. A record of 1023 characters ends the
+// reading.
 
 #include "cadastral/ConvFilePCP.h"
 
@@ -144,8 +145,8 @@ bool CConvFilePCP::TipoRiga() {
     return true;
 }
 
-/// Cuts the next field off. Where nothing closes it the field before it stays, on purpose: every field
-/// that is meant to be read is closed.
+/// Cuts the next field off. Where nothing closes it the field before it stays, on purpose: every
+/// field that is meant to be read is closed.
 void CConvFilePCP::SeparaCampo() {
     std::string_view rest = Rest();
     std::string_view field;
@@ -204,8 +205,8 @@ CRig& CConvFilePCP::AddLine(char type) {
     return *line;
 }
 
-/// Header. A date of eight digits gives the first two digits of its year, on purpose: the document's year
-/// has two characters, and what makes these files writes two.
+/// Header. A date of eight digits gives the first two digits of its year, on purpose: the
+/// document's year has two characters, and what makes these files writes two.
 void CConvFilePCP::ConversioneRiga0() {
     fieldBook_.AddJob(true);
     jobIndex_ = fieldBook_.GetJobArSize() - 1;
@@ -296,14 +297,14 @@ void CConvFilePCP::ConversioneRiga3o7(char type) {
     }
 }
 
-/// True where every vertex that is still asked for would be the one before it: no field is closed any
-/// more, and no record can go on with the list.
+/// True where every vertex that is still asked for would be the one before it: no field is closed
+/// any more, and no record can go on with the list.
 bool CConvFilePCP::NamesRanOut() const {
     return !Contains(Rest(), {&kFieldEnd, 1}) && (!field_.empty() || atEnd_);
 }
 
-/// The next vertex, in the current field. An empty one says that the list goes on in the next record,
-/// whatever its type: its first field is that, its second the vertex.
+/// The next vertex, in the current field. An empty one says that the list goes on in the next
+/// record, whatever its type: its first field is that, its second the vertex.
 void CConvFilePCP::ReadVertex(char type) {
     SeparaCampo();
     if (!field_.empty() || !LeggeUnaRigaPCP())
@@ -314,9 +315,9 @@ void CConvFilePCP::ReadVertex(char type) {
     SeparaCampo();
 }
 
-/// Reads the style from the end of the record. Its colour letter becomes a NUL, and what is left of the
-/// pair may still be read as a vertex where the list is too short, on purpose: the documents made from
-/// such files hold that vertex, and a document that is made again must equal them.
+/// Reads the style from the end of the record. Its colour letter becomes a NUL, and what is left of
+/// the pair may still be read as a vertex where the list is too short, on purpose: the documents
+/// made from such files hold that vertex, and a document that is made again must equal them.
 void CConvFilePCP::SeparaColoreTpLinea() {
     colour_ = 'N';
     lineType_ = 'C';
@@ -334,8 +335,8 @@ void CConvFilePCP::SeparaColoreTpLinea() {
 }
 
 /// Reads three labels from the end of the record, where a style stands before them. All three walks
-/// begin at the same place, and the first one leaves a NUL: so the second and third label are the first
-/// one with a NUL for its second character, on purpose: hosts know such labels by that NUL.
+/// begin at the same place, and the first one leaves a NUL: so the second and third label are the
+/// first one with a NUL for its second character, on purpose: hosts know such labels by that NUL.
 bool CConvFilePCP::SeparaCampiFinaliRiga7(int) {
     const std::string_view rest = Rest();
     if (std::ranges::count(rest, kFieldEnd) < kLabelFieldEnds)

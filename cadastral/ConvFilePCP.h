@@ -10,8 +10,8 @@
 
 class CCts;
 
-/// Reads a cadastral survey exchange file into the cadastral document (header, line records, values)
-/// and into the field book (stations, observed points, orientation points).
+/// Reads a cadastral survey exchange file into the cadastral document (header, line records,
+/// values) and into the field book (stations, observed points, orientation points).
 class CConvFilePCP : public CConvGen {
 public:
     CONVFILE_API CConvFilePCP(CLibCmp& fieldBook, CCts& document, std::string* fileName);

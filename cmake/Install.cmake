@@ -2,6 +2,8 @@
 #   convfile::headers    what a host includes
 #   convfile::convfile   the library; it takes the host's own convfile_host, or that of
 #   convfile::memory     the host in memory
+#   convfile::routines   texts, numbers, angles, the text-file reader: for formats of a host's own
+# and pkg-config the same by the names convfile and convfile-memory.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -32,9 +34,28 @@ install(TARGETS convfile_host EXPORT convfile-targets
   LIBRARY DESTINATION ${memory_folder}
   ARCHIVE DESTINATION ${memory_folder})
 install(TARGETS convfile_program)
+# What the objects hold for optimising across sources serves only the very compiler that wrote it, and stops any
+# other release of it: the installed archives have ordinary code alone.
+if(CONVFILE_LTO)
+  foreach(target IN ITEMS convfile_memory convfile_routines)
+    set(archive "\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/lib${target}.a")
+    install(CODE "execute_process(COMMAND ${CMAKE_OBJCOPY} -R .gnu.lto_* -R .gnu.debuglto_*
+      -N __gnu_lto_v1 \"${archive}\" COMMAND_ERROR_IS_FATAL ANY)")
+  endforeach()
+endif()
 install(EXPORT convfile-targets NAMESPACE convfile:: DESTINATION ${package})
 
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/convfile-config-version.cmake
   COMPATIBILITY SameMajorVersion)
 install(FILES cmake/convfile-config.cmake ${PROJECT_BINARY_DIR}/convfile-config-version.cmake
   DESTINATION ${package})
+
+if(NOT WIN32)
+  set(pkgconfig ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+  file(RELATIVE_PATH root /${pkgconfig} /)
+  string(REGEX REPLACE "/$" "" root ${root})
+  foreach(name IN ITEMS convfile convfile-memory)
+    configure_file(cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${pkgconfig})
+  endforeach()
+endif()

@@ -53,11 +53,13 @@ function(convfile_part folder)
 endfunction()
 
 # What is worth optimising across its sources: the library, what is linked into it, and the programs that
-# are measured. Objects keep ordinary code beside it, so that the tests still link fast.
+# are measured. Archives that the tests link, too, keep ordinary code beside it, so that these link fast.
 function(convfile_optimise_across)
   if(CONVFILE_LTO)
     foreach(target IN LISTS ARGN)
-      target_compile_options(${target} PRIVATE -flto=auto -ffat-lto-objects)
+      get_target_property(type ${target} TYPE)
+      target_compile_options(${target} PRIVATE -flto=auto
+        $<$<STREQUAL:${type},STATIC_LIBRARY>:-ffat-lto-objects>)
       target_link_options(${target} PRIVATE -flto=auto)
     endforeach()
   endif()

@@ -130,8 +130,8 @@ void CConvFileDTM::AggiungiLav() {
     AggiungeJob(values_[kName], values_[kOperatorOrCode], "", "");
 }
 
-/// Temperature and pressure are not in the file and are 0, not absent, on purpose: its distances are
-/// corrected, and a host corrects only where it finds a temperature and a pressure.
+/// Temperature and pressure are not in the file and are 0, not absent, on purpose: its distances
+/// are corrected, and a host corrects only where it finds a temperature and a pressure.
 void CConvFileDTM::AggiungiSta() {
     AggiungeSta(WithoutMark(values_[kName]), values_[kOperatorOrCode],
                 DividedNumber(values_[kHeight], kMillimetres), 0, 0);

@@ -143,8 +143,8 @@ void CConvFileELT::WriteJobTexts() {
         SetDataAtJob(job_.dateTaken);
 }
 
-/// Operator and instrument gather over the title lines, each part followed by a blank. The job's title
-/// is added to the name that the job has by now; the date is replaced.
+/// Operator and instrument gather over the title lines, each part followed by a blank. The job's
+/// title is added to the name that the job has by now; the date is replaced.
 void CConvFileELT::TitleLine() {
     const auto findAll = [this](std::span<const std::string_view> tags, std::string& text) {
         for (const std::string_view tag : tags)
@@ -226,8 +226,8 @@ void CConvFileELT::MeasurementLine() {
     if (IsPresent(horizontalDistance) && IsPresent(heightDifference)) {
         const bool repeats = !IsPresent(reading.slopeDistance) && pointName_ == lastPoint_ &&
                              reading.horizontalAngle == lastHorizontalAngle_;
-        // Also where slope distance and zenith angle were read, on purpose: the point then agrees with
-        // the reduced line of the same point that follows, which is taken for a repetition.
+        // Also where slope distance and zenith angle were read, on purpose: the point then agrees
+        // with the reduced line of the same point that follows, which is taken for a repetition.
         reading =
             repeats ? Reading{}
                     : ReducedReading(horizontalDistance, heightDifference, reading.horizontalAngle);

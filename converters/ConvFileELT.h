@@ -44,8 +44,8 @@ private:
     std::array<std::uint8_t, TextFile::kLongestLine> bars_{};
     std::size_t barCount_ = 0;
 
-    /// Texts of the job as the titles gave them. What the last start of measurements took of them is
-    /// written once, at the end: they gather over the whole file.
+    /// Texts of the job as the titles gave them. What the last start of measurements took of them
+    /// is written once, at the end: they gather over the whole file.
     struct JobTexts {
         std::string title;              ///< of the job, not yet taken; empty: none
         bool titleIsName = false;       ///< there was no job whose name it could follow

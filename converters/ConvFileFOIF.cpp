@@ -6,9 +6,9 @@
 //   SD 743901,874700,2165       74.3901 and 87.4700 gon, 2.165 m
 //   OFFSET 100,0,0              0.100 m
 //
-// An OFFSET leaves the point it starts from as it is and adds "*100". The distance of an HD record is
-// kept without decimals and then read like any other, with three implied ones where it has more than
-// three digits, both on purpose: such a file has millimetres.
+// An OFFSET leaves the point it starts from as it is and adds "*100". The distance of an HD record
+// is kept without decimals and then read like any other, with three implied ones where it has more
+// than three digits, both on purpose: such a file has millimetres.
 
 #include "converters/ConvFileFOIF.h"
 

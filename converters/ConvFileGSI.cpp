@@ -1,13 +1,13 @@
 // A GSI file: one measurement block a line, a block a row of words separated by blanks. GSI-8 words
 // have eight data digits, GSI-16 words sixteen, and GSI-16 lines begin with an asterisk.
 //
-//   410001+00000000 42....+000ST100 43....+0000ST01 44....+00000000     code block
-//   110001+00000101 84..10+01000000 85..10+00500000 88..10+00001545     station
-//   110002+00000102 21.322+03496940 22.322+09364360 31..00+00030485 87..10+00001500
-//   110003+00000103 21.322+12345678 32..00+00012300 33..00-00000450 71....+00000012
-//   *110004+0000000000000104 21.322+0000000012345678 22.322+0000000009876543 31..06+0000000000123450
-//   *41....+000000000000OCUPAR 42....+00000000000000S1 43....+0000000000000BM 44....+0000000001550
-//   !a comment
+//  410001+00000000 42....+000ST100 43....+0000ST01 44....+00000000     code block
+//  110001+00000101 84..10+01000000 85..10+00500000 88..10+00001545     station
+//  110002+00000102 21.322+03496940 22.322+09364360 31..00+00030485 87..10+00001500
+//  110003+00000103 21.322+12345678 32..00+00012300 33..00-00000450 71....+00000012
+//  *110004+0000000000000104 21.322+0000000012345678 22.322+0000000009876543 31..06+0000000000123450
+//  *41....+000000000000OCUPAR 42....+00000000000000S1 43....+0000000000000BM 44....+0000000001550
+//  !a comment
 //
 // A word, counted from the blank before it: 1-2 word index, 3-6 information (6 is the unit), 7
 // sign, from 8 the data. 11 point number, 21 horizontal angle, 22 zenith angle, 31 slope distance,
@@ -44,8 +44,8 @@ constexpr std::uint8_t kNoWord = 255; ///< a line has 254 characters, and fewer 
 /// The blank that ends the first word is looked for from here.
 constexpr std::size_t kFirstWordEnd = 3;
 
-/// True where the line is marked as one to leave out, by "25.342" anywhere in it. Looked at on every
-/// line, so by its rarest character.
+/// True where the line is marked as one to leave out, by "25.342" anywhere in it. Looked at on
+/// every line, so by its rarest character.
 bool HoldsIgnoredMark(std::string_view line) {
     constexpr std::string_view kMark = "25.342";
     constexpr std::size_t kPoint = 2;
@@ -68,8 +68,9 @@ double ScaledByUnit(double data, char unit) {
         return data * 0.3048 / 1000;
     case '2': // gon, five decimals
         return data / 100000;
-    case '3': // decimal degrees; not scaled by any decimals, on purpose: jobs whose angles were scaled
-              // afterwards are converted again, and must not be scaled twice
+    case '3':
+        // Decimal degrees; not scaled by any decimals, on purpose: jobs whose angles were scaled
+        // afterwards are converted again, and must not be scaled twice.
         return data * 400 / 360;
     case '6': // metre, last digit 1/10 mm
         return data / 10000;
@@ -97,8 +98,8 @@ bool CConvFileGSI::Esegui() {
 }
 
 /// Comments ("!") and lines of nothing but their line end become empty. The last character goes as
-/// the line end also where the last line of the file has none, on purpose: the instrument ends every
-/// line, so that what is lost is the last digit of a transmission that was cut off.
+/// the line end also where the last line of the file has none, on purpose: the instrument ends
+/// every line, so that what is lost is the last digit of a transmission that was cut off.
 bool CConvFileGSI::LeggeUnaRigaGSI() {
     if (!file_->ReadLine(line_))
         return false;

@@ -1,6 +1,6 @@
-// Keyword record files as they are downloaded from the instrument (.gt7, .gts7, .dat). Everything up to
-// and including the first line that begins with a letter is a header; numbers are written with their
-// decimal point.
+// Keyword record files as they are downloaded from the instrument (.gt7, .gts7, .dat). Everything
+// up to and including the first line that begins with a letter is a header; numbers are written
+// with their decimal point.
 //
 //   Raw data, instrument memory
 //   JOB     SITE1,

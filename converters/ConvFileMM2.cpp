@@ -102,8 +102,8 @@ void CConvFileMM2::ConversioneRigaP() {
                 WithoutZeroDistance({slopeDistance, zenithAngle, horizontalAngle}));
 }
 
-/// What it becomes is not rounded, and a computed distance of 0 stays 0, on purpose: both were measured,
-/// and the horizontal distance can be had back from them exactly.
+/// What it becomes is not rounded, and a computed distance of 0 stays 0, on purpose: both were
+/// measured, and the horizontal distance can be had back from them exactly.
 void CConvFileMM2::ConversioneRigaR() {
     const std::string name(SeparaCampo());
     const std::string code(SeparaCampo());

@@ -120,8 +120,8 @@ void CConvFileMMT::ConversioneRigaL() {
     AggiungeJob(slots_[0], slots_[1], slots_[2], slots_[3]);
 }
 
-/// Temperature and pressure are divided like the height, on purpose: the instrument writes every number
-/// of a station in thousandths.
+/// Temperature and pressure are divided like the height, on purpose: the instrument writes every
+/// number of a station in thousandths.
 void CConvFileMMT::ConversioneRigaS() {
     AggiungeSta(slots_[0], slots_[1], SlotDividedBy(2, kPerMetre), SlotDividedBy(3, kPerMetre),
                 SlotDividedBy(4, kPerMetre));

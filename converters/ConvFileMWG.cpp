@@ -107,8 +107,8 @@ void CConvFileMWG::Information() {
 }
 
 /// Every line writes what is ready: one that changes nothing (another word, an unknown marker, an
-/// empty line) writes the same station or point again, on purpose: hosts take points of equal name and
-/// reading for one, and a job that is converted again must have as many.
+/// empty line) writes the same station or point again, on purpose: hosts take points of equal name
+/// and reading for one, and a job that is converted again must have as many.
 void CConvFileMWG::SalvaRigaMWG() {
     if (stationReady_)
         AggiungiStazioneMWG();

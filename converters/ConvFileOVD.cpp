@@ -1,5 +1,5 @@
-// An OVD file: one observation a line, which also names its station; fields separated by commas, the
-// rest of the line the code.
+// An OVD file: one observation a line, which also names its station; fields separated by commas,
+// the rest of the line the code.
 //
 //   100,101,123.4567,98.7654,25.417,1.545,1.600,SPIGOLO CASA
 //     station, point, horizontal angle, zenith angle, slope distance, instrument height, target

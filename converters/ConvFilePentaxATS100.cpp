@@ -81,8 +81,9 @@ void CConvFilePentaxATS100::ConvertLine() {
         IndividuaCampi();
 }
 
-/// A line that names columns and begins with "S" or "M" is also read as data, on purpose: the program that
-/// exports these files leaves the names out where a section goes on, and has data there.
+/// A line that names columns and begins with "S" or "M" is also read as data, on purpose: the
+/// program that exports these files leaves the names out where a section goes on, and has data
+/// there.
 void CConvFilePentaxATS100::IndividuaCampi() {
     if (stationTitle_)
         LeggeCampi(stationMap_);

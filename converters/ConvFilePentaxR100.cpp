@@ -16,9 +16,9 @@
 //   RTV:98.7654;           zenith angle, gon
 //   RTD:25.417;            slope distance, metres
 //
-// What stands before the tag and every other tag is skipped. A record has no end of its own. A station
-// or a point is written when a tag of another kind, or one whose value it has already, shows that it is
-// complete; a job when a tag of a station does.
+// What stands before the tag and every other tag is skipped. A record has no end of its own. A
+// station or a point is written when a tag of another kind, or one whose value it has already,
+// shows that it is complete; a job when a tag of a station does.
 
 #include "converters/ConvFilePentaxR100.h"
 
@@ -92,8 +92,8 @@ void Fill(Record& record, const Tag<Record>& tag, std::string_view value) {
 CConvFilePentaxR100::CConvFilePentaxR100(CLibCmp& fieldBook, std::string* fileName)
     : CConvFileBase(fieldBook, fileName) {}
 
-// A job tag with nothing after it adds no job, on purpose: the instrument ends a download with the name
-// of the job that it would write next.
+// A job tag with nothing after it adds no job, on purpose: the instrument ends a download with the
+// name of the job that it would write next.
 CConvFilePentaxR100::~CConvFilePentaxR100() {
     Finish([this] {
         ConversioneSta();

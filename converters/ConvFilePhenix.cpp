@@ -9,9 +9,9 @@
 //   HD 12000,30.000,-0.250          horizontal angle, horizontal distance, height difference
 //   NEZ 5012.500,1003.250,101.870   coordinates of the sighted point: north, east, height
 //
-// Angles come out in gon, lengths are metres; an instrument height of three characters or more without
-// a point is millimetres. A sighted point that is given by coordinates becomes an observation from its
-// station. A record is written when the next one shows that it is complete.
+// Angles come out in gon, lengths are metres; an instrument height of three characters or more
+// without a point is millimetres. A sighted point that is given by coordinates becomes an
+// observation from its station. A record is written when the next one shows that it is complete.
 
 #include "converters/ConvFilePhenix.h"
 
@@ -94,9 +94,9 @@ void CConvFilePhenix::CampoHVD() {
     PolarRecord();
 }
 
-/// The distance is kept without decimals, and the angle, though in gon, is scaled like any other when
-/// the point is written, both on purpose: hosts mark these points by the warning and replace them, and a
-/// file that is converted again must give the same ones.
+/// The distance is kept without decimals, and the angle, though in gon, is scaled like any other
+/// when the point is written, both on purpose: hosts mark these points by the warning and replace
+/// them, and a file that is converted again must give the same ones.
 void CConvFilePhenix::CampoHD() {
     ReducedRecord(0);
 }

@@ -42,8 +42,8 @@ private:
     void PointCoordinates(const std::string& east, const std::string& north,
                           const std::string& height);
 
-    /// The current station; coordinates stay until the next ones come, on purpose: a set-up that goes
-    /// on under a new height does not repeat them.
+    /// The current station; coordinates stay until the next ones come, on purpose: a set-up that
+    /// goes on under a new height does not repeat them.
     double instrumentHeight_ = kNoValue;
     double x_ = kNoValue;
     double y_ = kNoValue;

@@ -33,8 +33,8 @@ std::string_view TakeColumns(std::string_view& rest, std::size_t length) {
     return field;
 }
 
-/// Cuts a number off the front. The next field counts from the first character behind it that is not
-/// blank, not from a fixed column, on purpose: numbers stand at the left of their fields.
+/// Cuts a number off the front. The next field counts from the first character behind it that is
+/// not blank, not from a fixed column, on purpose: numbers stand at the left of their fields.
 double TakeNumber(std::string_view& rest) {
     const double number = DoubleDaString(TakeColumns(rest, kNumberLength));
     rest = TrimBoth(rest);

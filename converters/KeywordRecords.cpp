@@ -149,8 +149,8 @@ void CConvKeywordRecords::CampoBS() {
     slots_[kHeight] = SeparaCampo();
 }
 
-/// The extra field goes to the height of the record in hand, not to the entry, on purpose: it is what
-/// some instruments write behind the code of a station that is being resected.
+/// The extra field goes to the height of the record in hand, not to the entry, on purpose: it is
+/// what some instruments write behind the code of a station that is being resected.
 void CConvKeywordRecords::CampoRES_OBS() {
     resection_ = true;
     std::string& entry = resections_.emplace_back();
@@ -196,8 +196,8 @@ void CConvKeywordRecords::CampoNOTE() {
     slots_[kNote] = SeparaCampo();
 }
 
-/// The unit of the distances, which comes first, is not applied, on purpose: the instruments of these
-/// files write metres whatever it says.
+/// The unit of the distances, which comes first, is not applied, on purpose: the instruments of
+/// these files write metres whatever it says.
 void CConvKeywordRecords::CampoUNITS() {
     SeparaCampo();
     const std::string_view angles = SeparaCampo();

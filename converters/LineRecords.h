@@ -23,9 +23,9 @@ protected:
     enum Slot : std::size_t { kName, kCode, kHeight, kHorizontalAngle, kVertical, kDistance };
     static constexpr std::size_t kSlots = 6;
 
-    /// How zenith angle and distance of the points are given. It is that of the last line that carried
-    /// one of them, whichever record it belonged to, on purpose: collectors leave out what did not
-    /// change since the point before.
+    /// How zenith angle and distance of the points are given. It is that of the last line that
+    /// carried one of them, whichever record it belonged to, on purpose: collectors leave out what
+    /// did not change since the point before.
     enum class DistanceMode { Unchanged, Polar, Reduced };
 
     /// A code that fills a slot.

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-/// What the two formats share that have one observation a line, each naming its station: what goes into
-/// the field book. How a line is cut and where a station begins is each one's own.
+/// What the two formats share that have one observation a line, each naming its station: what goes
+/// into the field book. How a line is cut and where a station begins is each one's own.
 class CConvObservationLines : public CConvGen {
 protected:
     CConvObservationLines(CLibCmp& fieldBook, std::string* fileName);

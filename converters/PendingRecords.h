@@ -9,8 +9,9 @@
 #include <string_view>
 
 /// Base of the converters of keyword lines whose records are gathered in a buffer and written only
-/// when a later line, or the end, shows that they are complete. What opens a record writes those that
-/// are pending of the two other kinds first. How a station and a point are written is the format's own.
+/// when a later line, or the end, shows that they are complete. What opens a record writes those
+/// that are pending of the two other kinds first. How a station and a point are written is the
+/// format's own.
 class CConvPendingRecords : public CConvFileBase {
 protected:
     /// How a format writes the station or the point in hand.
@@ -41,7 +42,8 @@ protected:
     /// The next field of the line, as it stands; without a comma all that is left.
     std::string_view SeparaCampo();
 
-    /// Cuts keyword and fields of the line apart; false for a line without a keyword, to be skipped.
+    /// Cuts keyword and fields of the line apart; false for a line without a keyword, to be
+    /// skipped.
     bool CutKeyword(std::string_view& keyword);
     void FlushJob();
     void FlushStation();

@@ -20,8 +20,9 @@ public:
     /// Disconnects from the database.
     CONVFILE_API ~CConvFileTLSV() override;
 
-    /// False where the database cannot be opened (the new job is then there and empty), and where a query
-    /// could not be carried out to its end: what was written until then stays. Raises nothing.
+    /// False where the database cannot be opened (the new job is then there and empty), and where a
+    /// query could not be carried out to its end: what was written until then stays. Raises
+    /// nothing.
     CONVFILE_API bool Esegui();
 
 private:

@@ -6,8 +6,8 @@
 #include <array>
 #include <string_view>
 
-/// The tables of a field controller's job database, as far as they are read. Angles are degrees, lengths
-/// metres; keys are whole numbers, and a "fkey" is the key of a row of another table.
+/// The tables of a field controller's job database, as far as they are read. Angles are degrees,
+/// lengths metres; keys are whole numbers, and a "fkey" is the key of a row of another table.
 namespace convfile::database {
 
 struct JobTable {

@@ -7,7 +7,8 @@
 
 namespace {
 
-/// Nothing that is raised on the way may leave an entry function: a host may be of another compiler.
+/// Nothing that is raised on the way may leave an entry function: a host may be of another
+/// compiler.
 template <class Work>
 bool Entered(Work work) {
     bool converted = false;

@@ -12,8 +12,8 @@ extern "C" {
 /// Converts a file in the format whose code the user picks in the host's dialog
 /// (FInpNomeFileConvNoTopcon, which also gets `option`). True where the file could be opened and
 /// read. False, with nothing touched and nothing shown, where the user cancelled, named no file, or
-/// picked a code that no converter serves. False as well where memory ran out: what was written stays.
-/// Raises nothing. `cadastralDoc` is filled by the cadastral format alone.
+/// picked a code that no converter serves. False as well where memory ran out: what was written
+/// stays. Raises nothing. `cadastralDoc` is filled by the cadastral format alone.
 CONVFILE_API bool FConvFileNoTopcon(CLibCmp& fieldBook, CCts& cadastralDoc, bool option);
 
 /// Converts a file downloaded from an instrument, chosen in the host's dialog

@@ -43,9 +43,9 @@ struct Format {
     std::string_view downloadExtensions;
     /// What it is, for people.
     std::string_view title;
-    /// Builds the converter, makes it ready, runs it and destroys it; gives what it gave, and false where
-    /// an error was raised meanwhile. The converter's warning has been shown when this returns. Raises
-    /// nothing.
+    /// Builds the converter, makes it ready, runs it and destroys it; gives what it gave, and false
+    /// where an error was raised meanwhile. The converter's warning has been shown when this
+    /// returns. Raises nothing.
     bool (*convert)(const ConversionTarget& target, std::string* fileName);
 };
 

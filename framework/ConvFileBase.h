@@ -15,8 +15,8 @@ public:
     bool Esegui();
 
 protected:
-    /// Handles the current line (`line_`, without its last character), which is never empty. The line
-    /// is the converter's to consume.
+    /// Handles the current line (`line_`, without its last character), which is never empty. The
+    /// line is the converter's to consume.
     virtual void ProcessaRiga() = 0;
 
 private:

@@ -96,8 +96,8 @@ void CConvGen::AggiungePun(std::string name, std::string code, std::string note,
 }
 
 /// Appends a station to the current job, in a first, unnamed job where there is none. That job is
-/// then taken to be job 0, whatever position it was given, on purpose: it is only made in an empty book,
-/// or in one that declined a job, whose stations then stay together.
+/// then taken to be job 0, whatever position it was given, on purpose: it is only made in an empty
+/// book, or in one that declined a job, whose stations then stay together.
 CSta* CConvGen::AddStation() {
     CSta* station = nullptr;
     if (jobIndex_ >= 0 || AddUnnamedJob())

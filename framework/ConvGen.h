@@ -61,8 +61,9 @@ protected:
     /// Sets the instrument height of the current station.
     void SetHStrumAtSta(double height);
 
-    /// The reading for a horizontal distance and a height difference, rounded, and the warning that it
-    /// was computed. Where either is absent so are slope distance and zenith angle, and nothing is said.
+    /// The reading for a horizontal distance and a height difference, rounded, and the warning that
+    /// it was computed. Where either is absent so are slope distance and zenith angle, and nothing
+    /// is said.
     Reading ReducedReading(double horizontalDistance, double heightDifference,
                            double horizontalAngle = kNoValue);
 
@@ -85,9 +86,9 @@ protected:
 
     /// Opens the file; false where that cannot be done.
     bool OpenFile();
-    /// The one loop over the lines of a file that OpenFile has opened: `read` takes the next line from
-    /// `file_` as its format wants it and is false at the end, `convert` does what the line means. Closes
-    /// the file, and is true, whatever the lines hold.
+    /// The one loop over the lines of a file that OpenFile has opened: `read` takes the next line
+    /// from `file_` as its format wants it and is false at the end, `convert` does what the line
+    /// means. Closes the file, and is true, whatever the lines hold.
     template <class Read, class Convert>
     bool ForEachLine(Read read, Convert convert) {
         while (read())
@@ -97,8 +98,8 @@ protected:
         return true;
     }
 
-    /// Does what a destructor still has to do: an error raised there ends there, and is noted where the
-    /// preparation says.
+    /// Does what a destructor still has to do: an error raised there ends there, and is noted where
+    /// the preparation says.
     template <class Work>
     void Finish(Work work) noexcept {
         Guarded(preparation_.problem, work);

@@ -5,12 +5,13 @@
 
 #include <cstddef>
 
-/// How a converter is made ready between its constructor and Esegui. Without it the file of the name is
-/// read. The size comes first, so that a library built later knows how much of it the host has.
+/// How a converter is made ready between its constructor and Esegui. Without it the file of the
+/// name is read. The size comes first, so that a library built later knows how much of it the host
+/// has.
 struct Preparation {
     std::size_t size = sizeof(Preparation);
     ByteSource source = {}; ///< the bytes of the file; a job database is always opened by its name
-    /// Takes what kept the conversion from its end, the destructor's part of it included. Borrowed: it
-    /// must outlive the converter.
+    /// Takes what kept the conversion from its end, the destructor's part of it included. Borrowed:
+    /// it must outlive the converter.
     Problem* problem = nullptr;
 };

@@ -16,9 +16,9 @@ struct Problem {
     void Note(const char* reason) noexcept;
 };
 
-/// Runs `work`. What it raises ends here and is noted where somebody wants to know: so a destructor that
-/// still writes, and an entry function, let nothing out. False where it raised something. The one place
-/// that catches in the conversion of files, for builds without exceptions.
+/// Runs `work`. What it raises ends here and is noted where somebody wants to know: so a destructor
+/// that still writes, and an entry function, let nothing out. False where it raised something. The
+/// one place that catches in the conversion of files, for builds without exceptions.
 template <class Work>
 bool Guarded(Problem* problem, Work work) noexcept {
 #if defined(__cpp_exceptions)

@@ -1,12 +1,12 @@
 // Converts whatever bytes it is given in one format. A file that could be opened must be converted,
 // whatever is in it (but for a damaged database, which is declined whole), also into a field book
-// that declines records and from a stream that fails; what was converted must be shown as proper JSON
-// and as a table that steers no terminal. The rest is the sanitizers' to say. The converters take a
-// file by name, so the bytes go into one in memory.
+// that declines records and from a stream that fails; what was converted must be shown as proper
+// JSON and as a table that steers no terminal. The rest is the sanitizers' to say. The converters
+// take a file by name, so the bytes go into one in memory.
 //
-// The input chooses the way it is used: its first byte among the extensions that lead to the format,
-// where there are several forms of it; its middle one what the book declines; its last one where
-// streams fail.
+// The input chooses the way it is used: its first byte among the extensions that lead to the
+// format, where there are several forms of it; its middle one what the book declines; its last one
+// where streams fail.
 
 #include "app/Choice.h"
 #include "app/Conversion.h"
@@ -103,8 +103,8 @@ const std::string& Input() {
     return input;
 }
 
-/// What one way of showing a conversion prints, into a stream that takes so many bytes; `failed` says
-/// whether it was told that they were too few.
+/// What one way of showing a conversion prints, into a stream that takes so many bytes; `failed`
+/// says whether it was told that they were too few.
 std::string Printed(std::string_view view, const Conversion& conversion, std::size_t capacity,
                     bool& failed) {
     ShortBuffer buffer(capacity);

@@ -1,5 +1,5 @@
-// Reads whatever bytes it is given as the program's arguments, one a line. Each must lead to something
-// that the program can do, or be told to the user; nothing is converted.
+// Reads whatever bytes it is given as the program's arguments, one a line. Each must lead to
+// something that the program can do, or be told to the user; nothing is converted.
 
 #include "app/Options.h"
 

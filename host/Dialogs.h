@@ -4,8 +4,8 @@
 
 #include <string>
 
-// File names are bytes as the C library opens them: on Windows in the system's code page, elsewhere as
-// the system has them.
+// File names are bytes as the C library opens them: on Windows in the system's code page, elsewhere
+// as the system has them.
 
 /// Asks for a file and a format code. True when the user confirmed both; `formatCode` comes in as
 /// 0. `option` is the caller's own and is only passed through.

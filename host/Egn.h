@@ -28,9 +28,9 @@ public:
     /// Recomputes which of the coordinates are valid after they were set.
     virtual void CalcolaValiditaXYZ() = 0;
 
-    /// The marks of an entity; what each means is the host's. NC, NV, NP and NT are set together on an
-    /// observation that an offset point was measured from, OR and QU together on an observation of a
-    /// control point.
+    /// The marks of an entity; what each means is the host's. NC, NV, NP and NT are set together on
+    /// an observation that an offset point was measured from, OR and QU together on an observation
+    /// of a control point.
     virtual void SetCodeNT(bool on) = 0;
     virtual void SetCodeNP(bool on) = 0;
     virtual void SetCodeNV(bool on) = 0;

@@ -6,17 +6,18 @@
 #include "host/Pun.h"
 #include "host/Sta.h"
 
-// <windows.h> has a macro of this name, of its print spooler: CLibCmp::AddJob would be another function
-// in the sources that include it.
+// <windows.h> has a macro of this name, of its print spooler: CLibCmp::AddJob would be another
+// function in the sources that include it.
 #undef AddJob
 
 /// The field book: jobs, in each job stations, under each station observed points; beside them
 /// the orientation points. Jobs are addressed by a 0-based index, stations by (job, station),
 /// points by (job, station, point). The book owns its records; a pointer stays valid until its
-/// record is deleted, whatever is added or removed beside it. Every adder may decline and return null;
-/// its bool asks for the ordinary, complete record, which is empty: no texts, every measurement and
-/// coordinate the no-value marker. Sizes are 0 where an index is out of range. All operations but
-/// InsPunAt and DelPunAt are called for every record, so they should take constant time.
+/// record is deleted, whatever is added or removed beside it. Every adder may decline and return
+/// null; its bool asks for the ordinary, complete record, which is empty: no texts, every
+/// measurement and coordinate the no-value marker. Sizes are 0 where an index is out of range. All
+/// operations but InsPunAt and DelPunAt are called for every record, so they should take constant
+/// time.
 class CLibCmp : public CLibConOri {
 public:
     virtual CJob* AddJob(bool complete) = 0;

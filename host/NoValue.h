@@ -3,8 +3,8 @@
 /// The no-value marker: what a field book holds for a measurement that was not made.
 inline constexpr double kNoValue = 1.7e200;
 
-/// Half the marker: a value counts as present below it. A marker must not be scaled: a thousandth of
-/// it would count as present.
+/// Half the marker: a value counts as present below it. A marker must not be scaled: a thousandth
+/// of it would count as present.
 inline constexpr double kPresentBelow = 8.5e199;
 
 /// True where a measurement is there: below half the marker (so a NaN is not).

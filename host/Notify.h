@@ -10,8 +10,8 @@ public:
 
     /// The target one level up, or null.
     virtual TSKNotifyTarget* GetParent() = 0;
-    /// The library says (1, 3) to the parent of the point library's target and (1, 1) to the target of
-    /// the orientation points and to the drawing, with no data, when a job has been imported.
+    /// The library says (1, 3) to the parent of the point library's target and (1, 1) to the target
+    /// of the orientation points and to the drawing, with no data, when a job has been imported.
     virtual void Notify(int what, long detail, void* data) = 0;
 };
 

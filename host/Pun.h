@@ -30,9 +30,9 @@ public:
                              double horizontalAngle) = 0;
 
     /// Stores coordinates for the point and derives its observation from them, relative to its
-    /// station; one that lacks coordinates leaves the observation absent. `setting` and `calculator`
-    /// are always the field book's own (CLibCmp::GetCalcolaMisure, CLibCmp::GetCalcDsOr); the last
-    /// two are always the no-value marker.
+    /// station; one that lacks coordinates leaves the observation absent. `setting` and
+    /// `calculator` are always the field book's own (CLibCmp::GetCalcolaMisure,
+    /// CLibCmp::GetCalcDsOr); the last two are always the no-value marker.
     virtual void SetCoordEtCalcMisure(bool setting, double x, double y, double z,
                                       CCalcDsOr& calculator, double, double) = 0;
 };

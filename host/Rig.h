@@ -19,8 +19,8 @@ public:
     void SetDatoInt1(short value) { integer1_ = value; }
     void SetDatoInt2(short value) { integer2_ = value; }
 
-    /// Makes room for that many vertices, but for no more than lines have: a damaged record asks for
-    /// thousands, and a list costs what is stored in it.
+    /// Makes room for that many vertices, but for no more than lines have: a damaged record asks
+    /// for thousands, and a list costs what is stored in it.
     void VrtArReserve(int count) {
         constexpr int kUsual = 64;
         if (count > 0)

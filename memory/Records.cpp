@@ -1,7 +1,6 @@
 #include "memory/Records.h"
 
 #include "memory/Calculator.h"
-#include "memory/PageHint.h"
 
 namespace convfile::memory {
 

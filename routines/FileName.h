@@ -9,6 +9,6 @@ void EstraiIlNomeFile(std::string& path);
 /// dot; empty where there is none.
 void EstraiEstensFile(std::string& path);
 
-/// A path or a part of one as the field book holds it (Windows-1252). Off Windows they are UTF-8 and
-/// are converted, "?" for what the code page lacks; a text that is no UTF-8 stays as it is.
+/// A path or a part of one as the field book holds it (Windows-1252). Off Windows they are UTF-8
+/// and are converted, "?" for what the code page lacks; a text that is no UTF-8 stays as it is.
 std::string TextOfPath(const std::string& path);

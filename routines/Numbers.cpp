@@ -17,8 +17,8 @@ constexpr bool IsDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-/// Drops leading blanks and a plus sign, which std::from_chars does not take; everything where a minus
-/// sign follows it.
+/// Drops leading blanks and a plus sign, which std::from_chars does not take; everything where a
+/// minus sign follows it.
 std::string_view NumberText(std::string_view text) {
     text = TrimLeft(text);
     if (text.starts_with('+')) {

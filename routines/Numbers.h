@@ -22,8 +22,8 @@ double NumberOrNoValue(std::string_view text);
 /// read as 0 was not measured).
 double DoubleDaString(std::string_view text);
 
-/// The number at the start of the text, divided, as formats that leave the decimal point out need it;
-/// an absent one stays absent.
+/// The number at the start of the text, divided, as formats that leave the decimal point out need
+/// it; an absent one stays absent.
 double DividedNumber(std::string_view text, double divisor);
 
 /// As DoubleDaString, for a C string.

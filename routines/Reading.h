@@ -10,7 +10,8 @@ struct Reading {
     double horizontalAngle = kNoValue; ///< gon, clockwise
 };
 
-/// The reading with its slope distance absent where that was read as exactly 0: it was not measured.
+/// The reading with its slope distance absent where that was read as exactly 0: it was not
+/// measured.
 constexpr Reading WithoutZeroDistance(Reading reading) {
     if (reading.slopeDistance == 0)
         reading.slopeDistance = kNoValue;

@@ -84,8 +84,8 @@ constexpr bool Contains(std::string_view text, std::string_view piece) {
     return text.find(piece) != std::string_view::npos;
 }
 
-/// Calls `found` with every position of `wanted`, first to last; sixteen characters at a time where the
-/// processor can.
+/// Calls `found` with every position of `wanted`, first to last; sixteen characters at a time where
+/// the processor can.
 template <class Found>
 void ForEachPosition(std::string_view text, char wanted, Found found) {
     std::size_t i = 0;
@@ -116,7 +116,8 @@ constexpr bool CutAt(std::string_view& text, char separator, std::string_view& f
     return true;
 }
 
-/// Takes the text up to the first `separator` off the front of `text`; all of it where there is none.
+/// Takes the text up to the first `separator` off the front of `text`; all of it where there is
+/// none.
 constexpr std::string_view TakeField(std::string_view& text, char separator) {
     std::string_view field = text;
     if (!CutAt(text, separator, field))

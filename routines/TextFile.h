@@ -30,9 +30,9 @@ public:
     /// text is not copied and stays where it is until the next read. False at the end of the file.
     bool ReadLine(std::string_view& line);
 
-    /// The next line without its last character, as most formats read it: that is the line end of an
-    /// ordinary line, but the last real character of a file that ends without one, and of every piece of
-    /// a long line but the last. Instruments end every line, so it is kept so, on purpose.
+    /// The next line without its last character, as most formats read it: that is the line end of
+    /// an ordinary line, but the last real character of a file that ends without one, and of every
+    /// piece of a long line but the last. Instruments end every line, so it is kept so, on purpose.
     bool ReadLineWithoutLast(std::string_view& line) {
         if (!ReadLine(line))
             return false;

@@ -1,7 +1,7 @@
 // All five functions work alike. An angle is split into a multiple of a sixty-fourth, whose sine,
 // cosine or arc tangent stands in a table, and a rest of no more than half of that, for which few
-// terms of the Taylor series are enough. They are first summed as doubles, which settles all but one
-// result in a thousand; where two doubles are about equally near, they are summed again as
+// terms of the Taylor series are enough. They are first summed as doubles, which settles all but
+// one result in a thousand; where two doubles are about equally near, they are summed again as
 // double-doubles. (Terms below 2^-50 of the result need no more than a double then, either.)
 
 #include "routines/Trigonometry.h"
@@ -134,8 +134,8 @@ double SineOrCosine(DoubleDouble angle, bool cosine) {
         .high;
 }
 
-/// An angle that is not negative, as a number of quarter turns (modulo 4) and a rest of at most half
-/// of one to either side.
+/// An angle that is not negative, as a number of quarter turns (modulo 4) and a rest of at most
+/// half of one to either side.
 struct QuarterTurns {
     unsigned count;
     bool restIsNegative;
@@ -151,10 +151,10 @@ constexpr std::array<std::uint32_t, 40> kTwoByPi = {
     0x1ff897ff, 0xde05980f, 0xef2f118b, 0x5a0a6d1f, 0x6d367ecf, 0x27cb09b7, 0x4f463f66, 0x9e5fea2d,
     0x7527bac7, 0xebe5f17b, 0x3d0739f7, 0x8a5292ea, 0x6bfb5fb1, 0x1f8d5d08, 0x56033046, 0xfc7b6bab};
 
-/// angle x 2 / pi modulo 4, as a fixed-point number: 2 bits before the point, 254 behind. The angle is
-/// mantissa x 2^exponent. Of 2 / pi the words whose product with the mantissa is a multiple of 4 are
-/// left out, and the eight next ones are multiplied: 170 bits behind the point are right, of which
-/// at most 62 are zeros, since no double comes nearer to a multiple of pi / 2.
+/// angle x 2 / pi modulo 4, as a fixed-point number: 2 bits before the point, 254 behind. The angle
+/// is mantissa x 2^exponent. Of 2 / pi the words whose product with the mantissa is a multiple of 4
+/// are left out, and the eight next ones are multiplied: 170 bits behind the point are right, of
+/// which at most 62 are zeros, since no double comes nearer to a multiple of pi / 2.
 std::array<std::uint64_t, 4> InQuarterTurns(std::uint64_t mantissa, int exponent) {
     constexpr std::size_t kWords = 8;
     constexpr std::uint64_t kWord = 0xffffffff;
@@ -288,8 +288,8 @@ double FirstHalf(double number) {
     return std::bit_cast<double>(std::bit_cast<std::uint64_t>(number) & ~std::uint64_t{0x7ffffff});
 }
 
-/// (y - c x) / (x + c y), where c has few bits: the products with halves are exact, and so is the first
-/// difference, since neither part of it is more than twice the other.
+/// (y - c x) / (x + c y), where c has few bits: the products with halves are exact, and so is the
+/// first difference, since neither part of it is more than twice the other.
 Quotient TurnedBack(DoubleDouble y, DoubleDouble x, double c) {
     const double xHalf = FirstHalf(x.high);
     const double yHalf = FirstHalf(y.high);
@@ -314,8 +314,8 @@ double Angle(DoubleDouble y, DoubleDouble x, bool behind) {
     if (steep)
         std::swap(x, y);
 
-    // Turned back by a multiple of the step, whose tangent is c, it is the vector (x + c y, y - c x). The
-    // step is chosen so that y is more than half of c x.
+    // Turned back by a multiple of the step, whose tangent is c, it is the vector (x + c y, y - c
+    // x). The step is chosen so that y is more than half of c x.
     const int step = static_cast<int>(y.high / x.high * kStepsOfOne + 0.4999);
     const double c = static_cast<double>(step) / kStepsOfOne;
     DoubleDouble start = kArcTans[static_cast<std::size_t>(step)];
@@ -367,8 +367,8 @@ double ArcTan2(double y, double x) {
     if (!behind && up < along * kTiny)
         return std::copysign(up / along, y);
 
-    // What is far from 1 is brought nearer, both alike, so that nothing overflows. (The lesser one may
-    // become 0 only where it is nothing beside a right angle.)
+    // What is far from 1 is brought nearer, both alike, so that nothing overflows. (The lesser one
+    // may become 0 only where it is nothing beside a right angle.)
     constexpr double kMuch = 0x1p400;
     const double most = std::max(up, along);
     if (most > kMuch || most < 1 / kMuch) {

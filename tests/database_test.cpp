@@ -288,7 +288,8 @@ TEST_F(DatabaseTest, WithoutAConnectionNothingIsRead) {
     EXPECT_EQ(database_.ReadData("SELECT 1", "", 1), "");
 }
 
-/// What a key says becomes part of a statement: it can make it fail, or another SELECT, and no more.
+/// What a key says becomes part of a statement: it can make it fail, or another SELECT, and no
+/// more.
 TEST_F(DatabaseTest, StatementsCanOnlyRead) {
     ASSERT_TRUE(Connect(RealisticJob()));
     for (const char* statement :

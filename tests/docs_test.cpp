@@ -1,5 +1,5 @@
-// docs/formats.md stays true: each of its samples is converted and must give what stands under it, and
-// each format has a sample.
+// docs/formats.md stays true: each of its samples is converted and must give what stands under it,
+// and each format has a sample.
 
 #include "app/TableOutput.h"
 #include "entry/FormatTable.h"

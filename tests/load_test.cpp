@@ -1,5 +1,5 @@
-// The DLL as a host finds it: loaded by name, its functions by theirs, nothing of it linked in. What it is
-// handed is implemented in the program.
+// The DLL as a host finds it: loaded by name, its functions by theirs, nothing of it linked in.
+// What it is handed is implemented in the program.
 
 #include "entry/ConvEntry.h"
 #include "memory/CadastralDocument.h"

@@ -78,6 +78,13 @@ TEST_F(ProgramTest, ListsTheFormats) {
         EXPECT_THAT(outcome.out, HasSubstr(std::string(format.name) + " "));
 }
 
+TEST_F(ProgramTest, SaysItsVersion) {
+    const Outcome outcome = Run("--version");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "convfile " CONVFILE_VERSION "\n");
+    EXPECT_EQ(outcome.err, "");
+}
+
 TEST_F(ProgramTest, ShowsPeopleATable) {
     const Outcome outcome = Run(Gsi("site.gsi"));
     EXPECT_EQ(outcome.status, 0);

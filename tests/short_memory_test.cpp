@@ -1,5 +1,5 @@
-// An import of which one allocation fails, each in turn: that of this program's own operator new, and those
-// of the database in memory.
+// An import of which one allocation fails, each in turn: that of this program's own operator new,
+// and those of the database in memory.
 
 #include "app/Conversion.h"
 #include "database/ConvFileTLSV.h"
@@ -109,7 +109,8 @@ TEST(JobImport, IsWholeOrFailsWhicheverAllocationFails) {
     RecordProperty("failed", static_cast<int>(failed));
 }
 
-/// The same for every other format, its converter and its destructor, which may still write, included.
+/// The same for every other format, its converter and its destructor, which may still write,
+/// included.
 TEST(EveryFormat, IsWholeOrFailsWhicheverAllocationFails) {
     long failed = 0;
     for (const Golden& golden : GoldenFiles()) {

@@ -307,8 +307,8 @@ TEST(Trigonometry, ArcCosinesAreTheNearestDoubles) {
     EXPECT_EQ(ArcCos(1), 0);
 }
 
-/// The hardest of 30 million arguments each: their results lie within 2^-24 of a unit in the last place
-/// of the middle between two doubles.
+/// The hardest of 30 million arguments each: their results lie within 2^-24 of a unit in the last
+/// place of the middle between two doubles.
 TEST(Trigonometry, TellsTheNearerOfTwoThatAreAlmostEquallyNear) {
     EXPECT_EQ(Sin(0x1.1d7d2d42ec052p+1), 0x1.949b1a0106e96p-1);
     EXPECT_EQ(Sin(0x1.5ee939bdef368p+2), -0x1.6f5b975e2016dp-1);

@@ -1,5 +1,5 @@
-// Writes variants of the reference files of a format into a folder, the same ones on every system: the same
-// records with other digits. For scripts/compare-windows.
+// Writes variants of the reference files of a format into a folder, the same ones on every system:
+// the same records with other digits. For scripts/compare-windows.
 //
 //   vary_files FORMAT OUT COUNT     COUNT variants of each file
 

@@ -23,7 +23,7 @@ public:
     explicit OpenConverter(FieldBook& book) : CConvGen(book, &name) {}
 
     using CConvGen::AggiungeJob;
-    using CConvGen::AggiungeJobDelFile;
+    using CConvGen::AddJobOfFile;
     using CConvGen::AggiungePun;
     using CConvGen::AggiungeSta;
     using CConvGen::GetNomeOfJob;
@@ -208,7 +208,7 @@ TEST(Writer, NamesTheJobAfterTheFile) {
     converter.name = "/jobs/caff\u00E8 \u0416.txt"; // a name of the system, in UTF-8
     const std::string name = "caff\xE8 ?.txt";
 #endif
-    converter.AggiungeJobDelFile();
+    converter.AddJobOfFile();
     EXPECT_EQ(book.Jobs().at(0)->Name(), name);
 }
 

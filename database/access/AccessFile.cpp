@@ -13,8 +13,8 @@ namespace {
 constexpr std::uint32_t kCatalogPage = 2;
 constexpr std::uint32_t kTableObject = 1;
 
-// A map of pages: either the first page and a bit for it and each that follows, or the map pages that
-// have those bits, each for as many pages as it has room for.
+// A map of pages: either the first page and a bit for it and each that follows, or the map pages
+// that have those bits, each for as many pages as it has room for.
 constexpr char kMapOfBits = 0;
 constexpr char kMapOfPages = 1;
 constexpr std::size_t kBitsBegin = 5;

@@ -9,9 +9,9 @@
 
 namespace convfile::database {
 
-/// The tables of a Microsoft Access file (Jet 3, Jet 4, ACE 12 and later), read-only. Each definition,
-/// row and long value is handed out once. What is damaged raises an EngineError that says which table
-/// it is about (in Windows-1252) and what is wrong.
+/// The tables of a Microsoft Access file (Jet 3, Jet 4, ACE 12 and later), read-only. Each
+/// definition, row and long value is handed out once. What is damaged raises an EngineError that
+/// says which table it is about (in Windows-1252) and what is wrong.
 class AccessFile {
 public:
     /// A table that the file lists: its name and where its definition begins.
@@ -30,8 +30,9 @@ public:
     /// Appends the user's tables.
     void ListTables(std::vector<Listed>& tables);
     void Define(const Listed& listed, AccessTable& table);
-    /// Hands over every row that is not deleted, as they are stored. Raises an error where one cannot
-    /// be read, or where there are fewer than the definition says and some may well be missing.
+    /// Hands over every row that is not deleted, as they are stored. Raises an error where one
+    /// cannot be read, or where there are fewer than the definition says and some may well be
+    /// missing.
     void ReadRows(const AccessTable& table, const TakeRow& take);
     /// The content of a Memo, which its row only points to: at least `wanted` bytes where it has as
     /// many.

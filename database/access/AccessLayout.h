@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-/// Where things stand in the pages of an Access file: offsets, and sizes in bytes. Jet 4 and ACE, which
-/// has its layout, differ from Jet 3 by larger pages, by counts of two bytes where one was enough,
-/// and by four unknown bytes that came before many a field.
+/// Where things stand in the pages of an Access file: offsets, and sizes in bytes. Jet 4 and ACE,
+/// which has its layout, differ from Jet 3 by larger pages, by counts of two bytes where one was
+/// enough, and by four unknown bytes that came before many a field.
 namespace convfile::database {
 
 struct ByVersion {
@@ -19,8 +19,8 @@ inline constexpr ByVersion kWidth = {1, 2}; ///< of counts and offsets in a row,
 // Data page: its type, what is free in it, its owner; then the slots.
 inline constexpr ByVersion kSlotCount = {8, 12};
 
-// Definition of a table: page header, next page, length, number of rows; then, behind autonumbers and
-// the numbers of columns there ever were and of variable length, these, one behind the other.
+// Definition of a table: page header, next page, length, number of rows; then, behind autonumbers
+// and the numbers of columns there ever were and of variable length, these, one behind the other.
 inline constexpr ByVersion kRowCount = {12, 16};
 inline constexpr ByVersion kColumnCount = {25, 45}; ///< two bytes; of those that are left
 inline constexpr ByVersion kUseCount = {27, 47};    ///< four bytes; of what indexes are used for

@@ -2,8 +2,8 @@
 //
 //   page 0      header: "Standard Jet DB" or "Standard ACE DB" at byte 4, the version at byte 20
 //   page 2      definition of MSysObjects, the list of all objects
-//   type 1      data page: what is free in it at byte 2, its owner (the page of its table's definition)
-//               at byte 4, the number of its slots, the slots: where each row begins, from the end of
+//   type 1      data page: what is free in it at byte 2, its owner (the page of its table's
+//               definition) at byte 4, the number of its slots, the slots: where each row begins, from the end of
 //               the page downwards
 //   type 2      definition of a table, which may go on in further pages
 //   type 5      map of pages, a bit a page
@@ -30,8 +30,8 @@ constexpr std::string_view kAceMagic{"Standard ACE DB\0", 16};
 constexpr std::size_t kVersionOffset = 20;
 constexpr unsigned char kNewestVersion = 6;
 
-// Part of the header is scrambled; the bytes from this one on, which tell whether the pages can be read,
-// with these:
+// Part of the header is scrambled; the bytes from this one on, which tell whether the pages can be
+// read, with these:
 constexpr std::size_t kScrambledOffset = 0x3E;
 constexpr std::array<unsigned char, 60> kScrambledWith = {
     0xFB, 0x8A, 0xBC, 0x4E, 0x86, 0xFB, 0xEC, 0x37, 0x5D, 0x44, 0x9C, 0xFA, 0xC6, 0x5E, 0x28,

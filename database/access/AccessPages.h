@@ -40,13 +40,13 @@ struct RowSlot {
 
 enum class PageType : unsigned char { Data = 1, Definition = 2, Map = 5 };
 
-/// The pages of an Access file and the rows in them. Whatever the bytes of the file, nothing outside
-/// them is read, and no page number or count is believed unchecked: what is not there, or not what it
-/// should be, raises an EngineError that says so.
+/// The pages of an Access file and the rows in them. Whatever the bytes of the file, nothing
+/// outside them is read, and no page number or count is believed unchecked: what is not there, or
+/// not what it should be, raises an EngineError that says so.
 class AccessPages {
 public:
-    /// Takes the file into memory. Raises an error where it cannot be opened, is no such file or may
-    /// not be read without a password.
+    /// Takes the file into memory. Raises an error where it cannot be opened, is no such file or
+    /// may not be read without a password.
     void Open(const std::string& path);
 
     bool IsJet3() const { return jet3_; }
@@ -66,9 +66,9 @@ public:
     /// True where what a data page says to have free is what its rows leave.
     bool IsFilled(std::uint32_t page) const;
 
-    /// Each byte of a file belongs to one row, definition or map: who reads one says here how much it
-    /// took, so that nothing is handed over again and again. Raises an error where it is more than the
-    /// file has.
+    /// Each byte of a file belongs to one row, definition or map: who reads one says here how much
+    /// it took, so that nothing is handed over again and again. Raises an error where it is more
+    /// than the file has.
     void Spend(std::size_t bytes);
 
 private:

@@ -65,8 +65,8 @@ AccessColumn ColumnOf(std::string_view entry, const AccessPages& pages) {
             .scale = static_cast<int>(number(kScale) & 0xFF)};
 }
 
-/// Looks through the indexes, which begin at that offset, for the number of the column that alone is
-/// the primary key; kNoColumn where there is none.
+/// Looks through the indexes, which begin at that offset, for the number of the column that alone
+/// is the primary key; kNoColumn where there is none.
 std::uint32_t PrimaryKeyOf(const Definition& definition, const AccessPages& pages,
                            std::size_t indexes) {
     const std::uint32_t count = definition.Number(pages.Of(kIndexCount), 4);

@@ -8,8 +8,8 @@ namespace convfile::database {
 /// How a compressed text begins.
 inline constexpr std::string_view kCompressed{"\xFF\xFE", 2};
 
-/// A text as an Access file has it, in Windows-1252: one byte a character in Jet 3, later UTF-16, which
-/// may be compressed. "?" for each UTF-16 unit that the code page lacks.
+/// A text as an Access file has it, in Windows-1252: one byte a character in Jet 3, later UTF-16,
+/// which may be compressed. "?" for each UTF-16 unit that the code page lacks.
 std::string DecodeText(std::string_view bytes, bool jet3);
 
 /// What ADO gives as the text of a value of that kind: "." as decimal point, no trailing zeros.

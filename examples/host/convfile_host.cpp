@@ -1,7 +1,7 @@
 // The library convfile_host of this host: all that convfile calls by name, the dialogs, the message
-// boxes and the code table. It takes the place of the one that convfile was linked against, so it has
-// everything that host/Dialogs.h, host/Messages.h and host/ConvCod.h declare, and needs nothing from
-// convfile: tsk::String is a header alone.
+// boxes and the code table. It takes the place of the one that convfile was linked against, so it
+// has everything that host/Dialogs.h, host/Messages.h and host/ConvCod.h declare, and needs nothing
+// from convfile: tsk::String is a header alone.
 
 #include "dialogs.h"
 #include "printable.h"

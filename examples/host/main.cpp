@@ -98,8 +98,8 @@ bool Convert(example::FieldBook& book, const std::string& file, int formatCode) 
     return FConvFileNoTopcon(book, document, false);
 }
 
-/// The import of a job database ends its use of COM before it lets go of the database driver's objects:
-/// the host keeps COM alive on this thread.
+/// The import of a job database ends its use of COM before it lets go of the database driver's
+/// objects: the host keeps COM alive on this thread.
 void KeepDatabaseDriver() {
 #if defined(_WIN32)
     CoInitialize(nullptr);

@@ -256,8 +256,8 @@ private:
     }
 
     /// Some 128 bytes of the header from 24 on are scrambled with a fixed key. Unscrambled they are
-    /// zeros but for the code page and the date of creation, which from Jet 4 on masks the password;
-    /// there is none.
+    /// zeros but for the code page and the date of creation, which from Jet 4 on masks the
+    /// password; there is none.
     std::string Header() const {
         std::string page(form_.page, '\0');
         const std::string_view magic =

@@ -28,8 +28,8 @@ enum class Type : unsigned char {
     Numeric = 0x10,
 };
 
-/// A value: none (NULL); a whole number (Currency in ten-thousandths, Numeric in its last decimals); a
-/// real one; a text in UTF-8 (of Binary, Ole and Guid the bytes).
+/// A value: none (NULL); a whole number (Currency in ten-thousandths, Numeric in its last
+/// decimals); a real one; a text in UTF-8 (of Binary, Ole and Guid the bytes).
 using Value = std::variant<std::monostate, std::int64_t, double, std::string>;
 
 struct Column {

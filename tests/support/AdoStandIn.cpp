@@ -24,8 +24,8 @@ std::string Narrow(const VARIANT& value) {
     return missing ? "missing" : "type " + std::to_string(value.vt);
 }
 
-/// How the object's table of functions is laid out: the places that are used; any other one only says
-/// which it is.
+/// How the object's table of functions is laid out: the places that are used; any other one only
+/// says which it is.
 constexpr std::size_t kPlaces = 64;
 using Functions = std::array<void*, kPlaces>;
 

@@ -15,9 +15,10 @@
 
 namespace convfile::test {
 
-/// Takes the place of the platform's ADO on this thread: its class factories are registered with COM, its
-/// objects write down every call, by the place it has in the object's table of functions, its texts in
-/// UTF-8. Holds COM initialised three times: more often than the code under test ends it.
+/// Takes the place of the platform's ADO on this thread: its class factories are registered with
+/// COM, its objects write down every call, by the place it has in the object's table of functions,
+/// its texts in UTF-8. Holds COM initialised three times: more often than the code under test ends
+/// it.
 class AdoStandIn {
 public:
     /// Rows of an answer; a failing status instead.

@@ -38,8 +38,8 @@ struct Golden {
     std::string Path() const { return file.generic_string(); }
 };
 
-/// All reference files that can be converted here, folder by folder. A converter joins by adding its
-/// folder. The folder that has them all becomes the process's own.
+/// All reference files that can be converted here, folder by folder. A converter joins by adding
+/// its folder. The folder that has them all becomes the process's own.
 std::vector<Golden> GoldenFiles();
 
 /// True where files of that format can be converted here: not every build reads databases.

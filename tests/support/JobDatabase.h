@@ -7,7 +7,8 @@
 
 namespace convfile::test {
 
-/// A field controller's job: two set-ups with shots of every kind, a third that knows nothing of itself.
+/// A field controller's job: two set-ups with shots of every kind, a third that knows nothing of
+/// itself.
 std::vector<access::Table> RealisticJob();
 
 /// The same tables without a row.

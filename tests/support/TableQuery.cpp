@@ -21,7 +21,8 @@ std::vector<std::string> Split(const std::string& text, const std::string& separ
     return pieces;
 }
 
-/// What a table shows: its columns in their displayed order and named after it, its rows by their key.
+/// What a table shows: its columns in their displayed order and named after it, its rows by their
+/// key.
 Table Shown(const Table& table) {
     Table shown{.name = table.name, .columns = table.columns, .rows = {}, .primaryKey = -1};
     const auto place = [&](std::size_t i) {

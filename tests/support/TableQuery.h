@@ -13,8 +13,9 @@ struct TableAnswer {
     std::vector<std::vector<access::Value>> rows;
 };
 
-/// Runs a statement of the kind that imports a job, `SELECT columns FROM tables [WHERE a=b AND c=d OR
-/// ...]`, as a database with these tables would. False where a name is unknown or a value is missing.
+/// Runs a statement of the kind that imports a job, `SELECT columns FROM tables [WHERE a=b AND c=d
+/// OR ...]`, as a database with these tables would. False where a name is unknown or a value is
+/// missing.
 bool RunSelect(const std::vector<access::Table>& tables, const std::string& sql,
                TableAnswer& answer);
 

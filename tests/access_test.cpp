@@ -161,7 +161,7 @@ TEST(AccessFile, SaysWhichTableIsDamagedAndHow) {
     ASSERT_EQ(good.Get(5, 4, 4), 4U) << "its data page";
     const std::uint32_t slots[] = {good.Get(5, 14, 2), good.Get(5, 16, 2), good.Get(5, 18, 2)};
     const std::size_t names = 63 + 12 + 5 * 25;
-    const std::size_t indexes = names + 5 * 2 + 2 * (3 + 5 + 4 + 6 + 5);
+    const std::size_t indexes = names + 10 + 2 * std::string_view("keyNotesGuidHeightPrice").size();
     const std::size_t map = good.Get(3, 14, 2);
     const struct {
         Bytes bytes;

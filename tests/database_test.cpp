@@ -200,9 +200,9 @@ TEST_F(DatabaseTest, ReadsTablesThatHaveChanged) {
         row.deleted = i % 10 == 0;
         table.rows.push_back(row);
         if (!row.deleted)
-            expected.push_back(k + "\tt" + k + "\t" + (i % 2 != 0 ? "-1" : "0") + "\t" +
-                               (i % 3 != 0 ? "-" + k : "") + "\t" +
-                               (i % 3 != 0 ? std::get<std::string>(row.values[6]) : "") + "\t");
+            expected.push_back(
+                k + "\tt" + k + (i % 2 != 0 ? "\t-1\t" : "\t0\t") +
+                (i % 3 != 0 ? "-" + k + "\t" + std::get<std::string>(row.values[6]) : "\t") + "\t");
     }
     for (int i = 0; i < 200; ++i) {
         wide.columns.push_back({"column" + std::to_string(i), Type::Long});

@@ -344,9 +344,9 @@ private:
                 pages_.back() = std::string(form_.page, '\0');
                 Set(pages_.back(), 0, 0x0105, 2);
             }
-            const auto low = static_cast<unsigned char>(map[entry]);
-            const auto high = static_cast<unsigned char>(map[entry + 1]);
-            set(pages_.at(low | high << 8U), 4, page % pagesOfEach);
+            const unsigned low = static_cast<unsigned char>(map[entry]);
+            const unsigned high = static_cast<unsigned char>(map[entry + 1]);
+            set(pages_.at(low | high << 8), 4, page % pagesOfEach);
         }
         return map;
     }

@@ -183,6 +183,8 @@ TEST(AccessFile, SaysWhichTableIsDamagedAndHow) {
         {Bytes(good).Set(4, 56, 99, 1), "page 99 lies outside the file"},
         {Bytes(good).Set(3, map, 2, 1), "its map of pages is damaged"},
         {Bytes(good).Set(3, map, 1, 1), "lies outside the file"},
+        {Bytes(good).Set(3, map, 1, 1).Set(3, map + 5, 0, 1).Set(3, map + 65, 6, 4),
+         "page 6 is no map of pages"}, // its last entry
         {Bytes(good).Set(3, map + 5, 0, 1), "its map of pages lacks some (0 of 3 rows found)"},
         {Bytes(good).Set(3, map + 6, 0xFF, 1), ""}, // pages that are none of the table's
         {Bytes(good).Set(5, 0, 4, 1), "page 5 is none of its data pages (0 of 3 rows found)"},

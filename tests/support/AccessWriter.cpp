@@ -507,7 +507,8 @@ private:
         for (std::size_t jump = count; jump > 0; --jump) {
             const auto behind =
                 std::ranges::find_if(offsets, [&](std::size_t o) { return o >= 256 * jump; });
-            jumps += behind == offsets.end() ? '\xFF' : static_cast<char>(behind - offsets.begin());
+            const auto last = static_cast<std::ptrdiff_t>(offsets.size()) - 1;
+            jumps += static_cast<char>(std::min(behind - offsets.begin(), last));
         }
         return jumps;
     }

@@ -254,6 +254,22 @@ TEST(AccessFile, ReadsARowThatMovedFromWhereItWas) {
         EXPECT_EQ(Refusal(folder.Write("damaged", bytes.bytes)), moved);
 }
 
+/// Of a large file a table has map pages for its second and third 16,352 pages, too.
+TEST(AccessFile, FindsRowsFarBackInTheFile) {
+    const TempFolder folder;
+    constexpr std::size_t kPagesOfEach = (2048 - 4) * std::size_t{8};
+    Bytes file{test::access::Write(Version::Jet3, {Stations()}, {.mapsOfPages = true}), 2048};
+    const std::uint32_t map = file.Get(3, 10, 2);
+    const std::uint32_t mapPage = file.Get(3, map + 1, 4);
+    ASSERT_EQ(file.Get(mapPage, 4, 1), 1U << 5) << "the table's rows are on page 5";
+    const std::string rows = file.bytes.substr(std::size_t{5} * 2048, 2048);
+    file.bytes.resize((kPagesOfEach + 2) * 2048);
+    file.bytes.replace((kPagesOfEach + 1) * 2048, 2048, rows);
+    file.Set(5, 0, 0, 1).Set(mapPage, 4, 2, 1);
+    file.Set(3, map + 1, 0, 4).Set(3, map + 5, mapPage, 4);
+    EXPECT_EQ(Read(folder.Write("far", file.bytes)), (Counts{{"tblStations", 3}}));
+}
+
 /// What would be read again and again is refused: a file costs what it holds.
 TEST(AccessFile, GivesEachByteToOneRow) {
     const TempFolder folder;

@@ -254,7 +254,8 @@ TEST(AccessFile, ReadsARowThatMovedFromWhereItWas) {
         EXPECT_EQ(Refusal(folder.Write("damaged", bytes.bytes)), moved);
 }
 
-/// Of a large file a table has map pages for its second and third 16,352 pages, too.
+/// In a large file each map page of a table has the bits of 16,352 pages: the last of the first one's,
+/// and one of the second one's.
 TEST(AccessFile, FindsRowsFarBackInTheFile) {
     const TempFolder folder;
     constexpr std::size_t kPagesOfEach = (2048 - 4) * std::size_t{8};
@@ -264,10 +265,15 @@ TEST(AccessFile, FindsRowsFarBackInTheFile) {
     ASSERT_EQ(file.Get(mapPage, 4, 1), 1U << 5) << "the table's rows are on page 5";
     const std::string rows = file.bytes.substr(std::size_t{5} * 2048, 2048);
     file.bytes.resize((kPagesOfEach + 2) * 2048);
-    file.bytes.replace((kPagesOfEach + 1) * 2048, 2048, rows);
-    file.Set(5, 0, 0, 1).Set(mapPage, 4, 2, 1);
-    file.Set(3, map + 1, 0, 4).Set(3, map + 5, mapPage, 4);
-    EXPECT_EQ(Read(folder.Write("far", file.bytes)), (Counts{{"tblStations", 3}}));
+    file.Set(5, 0, 0, 1).Set(mapPage, 4, 0, 1).Set(3, map + 1, 0, 4);
+    for (const std::size_t page : {kPagesOfEach - 1, kPagesOfEach + 1}) {
+        Bytes far = file;
+        far.bytes.replace(page * 2048, 2048, rows);
+        const std::size_t bit = page % kPagesOfEach;
+        far.Set(mapPage, 4 + bit / 8, 1U << bit % 8, 1);
+        far.Set(3, map + 1 + 4 * (page / kPagesOfEach), mapPage, 4);
+        EXPECT_EQ(Read(folder.Write("far", far.bytes)), (Counts{{"tblStations", 3}})) << page;
+    }
 }
 
 /// What would be read again and again is refused: a file costs what it holds.

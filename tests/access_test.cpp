@@ -178,6 +178,7 @@ TEST(AccessFile, SaysWhichTableIsDamagedAndHow) {
         {Bytes(good).Set(4, 47, 0x7FFFFFFF, 4), ""}, // the one that matters is found
         {Bytes(good).Set(4, 47, 200, 4).Set(4, indexes + 52 + 23, 0, 1), "its definition is cut"},
         {Bytes(good).Set(4, indexes + 52 + 8, 1, 4), "its primary key has no index"},
+        {Bytes(good).Set(4, indexes + 52 + 8, 1 << 24, 4), "its primary key has no index"},
         {Bytes(good).Set(4, 55, 99, 1), "page 3 has no row 99"},
         {Bytes(good).Set(4, 56, 2, 1), "page 2 is no data page"},
         {Bytes(good).Set(4, 56, 99, 1), "page 99 lies outside the file"},
@@ -230,7 +231,7 @@ TEST(AccessFile, SaysWhichTableIsDamagedAndHow) {
     Bytes memo{test::access::Write(Version::Jet4, {text})};
     memo.Set(4, 63, 0x0C, 1);
     EXPECT_EQ(Refusal(folder.Write("memo", memo.bytes)), "table tblStations: a long text is cut");
-    EXPECT_EQ(Refusal(folder.Write("cut", good.bytes.substr(0, 6UL * 4096))),
+    EXPECT_EQ(Refusal(folder.Write("cut", good.bytes.substr(0, 8UL * 4096))),
               "table MSysObjects: page 8 lies outside the file (0 of 3 rows found)");
 }
 

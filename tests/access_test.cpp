@@ -130,6 +130,10 @@ TEST(AccessFile, SaysWhatIsNoneThatCanBeRead) {
         EXPECT_EQ(refusal(19, 1), "is no Access file");
         EXPECT_EQ(refusal(20, 64), "is an Access file of unknown version " +
                                        std::to_string(64 ^ static_cast<int>(version)));
+        const int newest = static_cast<int>(version) ^ 6;
+        EXPECT_EQ(refusal(20, static_cast<char>(version == Version::Jet3 ? 0 : newest)), "");
+        EXPECT_EQ(refusal(20, static_cast<char>(newest ^ 1)),
+                  "is an Access file of unknown version 7");
         EXPECT_EQ(refusal(0x3D, 1), "");
         EXPECT_EQ(refusal(0x3E, 1), "is encrypted");
         EXPECT_EQ(refusal(0x41, 1), "is encrypted");
@@ -200,6 +204,8 @@ TEST(AccessFile, SaysWhichTableIsDamagedAndHow) {
         {Bytes(good).Set(5, 14, slots[0] | 0x8000, 2),
          "nothing leads to a row that moved (2 of 3 rows found)"},
         {Bytes(good).Set(5, slots[1], 999, 2), "a row does not hold the values that it should"},
+        {Bytes(good).Set(5, 4096 - 3, (4096 - slots[0] - 3) / 2, 2),
+         "a row does not hold the values that it should"},
         {Bytes(good).Set(5, slots[2] + 2 + 4 + 16 + 17 + 8, 11, 1), "a long text is cut"},
         {Bytes(good).Set(5, slots[0] + 2 + 4 + 16 + 17 + 8 + 5, 99, 1),
          "page 99 lies outside the file"},

@@ -130,6 +130,10 @@ TEST(AccessFile, SaysWhatIsNoneThatCanBeRead) {
         EXPECT_EQ(refusal(19, 1), "is no Access file");
         EXPECT_EQ(refusal(20, 64), "is an Access file of unknown version " +
                                        std::to_string(64 ^ static_cast<int>(version)));
+        const int newest = static_cast<int>(version) ^ 6;
+        EXPECT_EQ(refusal(20, static_cast<char>(version == Version::Jet3 ? 0 : newest)), "");
+        EXPECT_EQ(refusal(20, static_cast<char>(newest ^ 1)),
+                  "is an Access file of unknown version 7");
         EXPECT_EQ(refusal(0x3D, 1), "");
         EXPECT_EQ(refusal(0x3E, 1), "is encrypted");
         EXPECT_EQ(refusal(0x41, 1), "is encrypted");
@@ -161,7 +165,7 @@ TEST(AccessFile, SaysWhichTableIsDamagedAndHow) {
     ASSERT_EQ(good.Get(5, 4, 4), 4U) << "its data page";
     const std::uint32_t slots[] = {good.Get(5, 14, 2), good.Get(5, 16, 2), good.Get(5, 18, 2)};
     const std::size_t names = 63 + 12 + 5 * 25;
-    const std::size_t indexes = names + 5 * 2 + 2 * (3 + 5 + 4 + 6 + 5);
+    const std::size_t indexes = names + 10 + 2 * std::string_view("keyNotesGuidHeightPrice").size();
     const std::size_t map = good.Get(3, 14, 2);
     const struct {
         Bytes bytes;
@@ -178,11 +182,14 @@ TEST(AccessFile, SaysWhichTableIsDamagedAndHow) {
         {Bytes(good).Set(4, 47, 0x7FFFFFFF, 4), ""}, // the one that matters is found
         {Bytes(good).Set(4, 47, 200, 4).Set(4, indexes + 52 + 23, 0, 1), "its definition is cut"},
         {Bytes(good).Set(4, indexes + 52 + 8, 1, 4), "its primary key has no index"},
+        {Bytes(good).Set(4, indexes + 52 + 8, 1 << 24, 4), "its primary key has no index"},
         {Bytes(good).Set(4, 55, 99, 1), "page 3 has no row 99"},
         {Bytes(good).Set(4, 56, 2, 1), "page 2 is no data page"},
         {Bytes(good).Set(4, 56, 99, 1), "page 99 lies outside the file"},
         {Bytes(good).Set(3, map, 2, 1), "its map of pages is damaged"},
         {Bytes(good).Set(3, map, 1, 1), "lies outside the file"},
+        {Bytes(good).Set(3, map, 1, 1).Set(3, map + 5, 0, 1).Set(3, map + 65, 6, 4),
+         "page 6 is no map of pages"}, // its last entry
         {Bytes(good).Set(3, map + 5, 0, 1), "its map of pages lacks some (0 of 3 rows found)"},
         {Bytes(good).Set(3, map + 6, 0xFF, 1), ""}, // pages that are none of the table's
         {Bytes(good).Set(5, 0, 4, 1), "page 5 is none of its data pages (0 of 3 rows found)"},
@@ -197,6 +204,8 @@ TEST(AccessFile, SaysWhichTableIsDamagedAndHow) {
         {Bytes(good).Set(5, 14, slots[0] | 0x8000, 2),
          "nothing leads to a row that moved (2 of 3 rows found)"},
         {Bytes(good).Set(5, slots[1], 999, 2), "a row does not hold the values that it should"},
+        {Bytes(good).Set(5, 4096 - 3, (4096 - slots[0] - 3) / 2, 2),
+         "a row does not hold the values that it should"},
         {Bytes(good).Set(5, slots[2] + 2 + 4 + 16 + 17 + 8, 11, 1), "a long text is cut"},
         {Bytes(good).Set(5, slots[0] + 2 + 4 + 16 + 17 + 8 + 5, 99, 1),
          "page 99 lies outside the file"},
@@ -228,7 +237,7 @@ TEST(AccessFile, SaysWhichTableIsDamagedAndHow) {
     Bytes memo{test::access::Write(Version::Jet4, {text})};
     memo.Set(4, 63, 0x0C, 1);
     EXPECT_EQ(Refusal(folder.Write("memo", memo.bytes)), "table tblStations: a long text is cut");
-    EXPECT_EQ(Refusal(folder.Write("cut", good.bytes.substr(0, 6UL * 4096))),
+    EXPECT_EQ(Refusal(folder.Write("cut", good.bytes.substr(0, 8UL * 4096))),
               "table MSysObjects: page 8 lies outside the file (0 of 3 rows found)");
 }
 
@@ -250,6 +259,28 @@ TEST(AccessFile, ReadsARowThatMovedFromWhereItWas) {
                                   .Set(5, 20, good.Get(5, 20, 2) & 0x7FFF, 2)
                                   .Set(5, good.Get(5, 20, 2) & 0x1FFF, good.Get(5, leads, 4), 4)})
         EXPECT_EQ(Refusal(folder.Write("damaged", bytes.bytes)), moved);
+}
+
+/// In a large file each map page of a table has the bits of 16,352 pages: the last of the first one's,
+/// and one of the second one's.
+TEST(AccessFile, FindsRowsFarBackInTheFile) {
+    const TempFolder folder;
+    constexpr std::size_t kPagesOfEach = (2048 - 4) * std::size_t{8};
+    Bytes file{test::access::Write(Version::Jet3, {Stations()}, {.mapsOfPages = true}), 2048};
+    const std::uint32_t map = file.Get(3, 10, 2);
+    const std::uint32_t mapPage = file.Get(3, map + 1, 4);
+    ASSERT_EQ(file.Get(mapPage, 4, 1), 1U << 5) << "the table's rows are on page 5";
+    const std::string rows = file.bytes.substr(std::size_t{5} * 2048, 2048);
+    file.bytes.resize((kPagesOfEach + 2) * 2048);
+    file.Set(5, 0, 0, 1).Set(mapPage, 4, 0, 1).Set(3, map + 1, 0, 4);
+    for (const std::size_t page : {kPagesOfEach - 1, kPagesOfEach + 1}) {
+        Bytes far = file;
+        far.bytes.replace(page * 2048, 2048, rows);
+        const std::size_t bit = page % kPagesOfEach;
+        far.Set(mapPage, 4 + bit / 8, 1U << bit % 8, 1);
+        far.Set(3, map + 1 + 4 * (page / kPagesOfEach), mapPage, 4);
+        EXPECT_EQ(Read(folder.Write("far", far.bytes)), (Counts{{"tblStations", 3}})) << page;
+    }
 }
 
 /// What would be read again and again is refused: a file costs what it holds.

@@ -200,9 +200,9 @@ TEST_F(DatabaseTest, ReadsTablesThatHaveChanged) {
         row.deleted = i % 10 == 0;
         table.rows.push_back(row);
         if (!row.deleted)
-            expected.push_back(k + "\tt" + k + "\t" + (i % 2 != 0 ? "-1" : "0") + "\t" +
-                               (i % 3 != 0 ? "-" + k : "") + "\t" +
-                               (i % 3 != 0 ? std::get<std::string>(row.values[6]) : "") + "\t");
+            expected.push_back(
+                k + "\tt" + k + (i % 2 != 0 ? "\t-1\t" : "\t0\t") +
+                (i % 3 != 0 ? "-" + k + "\t" + std::get<std::string>(row.values[6]) : "\t") + "\t");
     }
     for (int i = 0; i < 200; ++i) {
         wide.columns.push_back({"column" + std::to_string(i), Type::Long});
@@ -230,7 +230,8 @@ TEST_F(DatabaseTest, KeepsTheDigitsOfLargeNumbers) {
                  {{L(1'000'000'000'000'000), L(999'999'999'999'999), 45474.0}},
                  {{L(-1'000'000'000'000'001), L(-9'999'999'999'999'999), 45627.25}},
                  {{L(-9'223'372'036'854'775'807 - 1), L(1'000'000'000'000'000), 45626.0}},
-                 {{L(-5), L(-1), 45350.0}}},
+                 {{L(-5), L(-1), 45350.0}},
+                 {{L(5000), L(5000), 45350.0}}},
         .primaryKey = -1};
     ASSERT_TRUE(Connect({table}));
     EXPECT_THAT(Read("SELECT * FROM T", 3),
@@ -238,7 +239,7 @@ TEST_F(DatabaseTest, KeepsTheDigitsOfLargeNumbers) {
                             "100000000000\t99999999999.9999\t01/07/2024\t",
                             "-100000000000.0001\t-999999999999.9999\t01/12/2024 06:00:00\t",
                             "-922337203685477.5808\t100000000000\t30/11/2024\t",
-                            "-0.0005\t-0.0001\t28/02/2024\t"));
+                            "-0.0005\t-0.0001\t28/02/2024\t", "0.5\t0.5\t28/02/2024\t"));
     EXPECT_THAT(Read("SELECT d FROM T WHERE n=9999999999.9999", 1),
                 ElementsAre("30/06/2024 12:00:00\t"));
     EXPECT_THAT(Read("SELECT d FROM T WHERE c=99999999999.9999", 1),

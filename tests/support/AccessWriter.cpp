@@ -344,9 +344,9 @@ private:
                 pages_.back() = std::string(form_.page, '\0');
                 Set(pages_.back(), 0, 0x0105, 2);
             }
-            const auto low = static_cast<unsigned char>(map[entry]);
-            const auto high = static_cast<unsigned char>(map[entry + 1]);
-            set(pages_.at(low | high << 8U), 4, page % pagesOfEach);
+            const unsigned low = static_cast<unsigned char>(map[entry]);
+            const unsigned high = static_cast<unsigned char>(map[entry + 1]);
+            set(pages_.at(low | high << 8), 4, page % pagesOfEach);
         }
         return map;
     }
@@ -507,7 +507,8 @@ private:
         for (std::size_t jump = count; jump > 0; --jump) {
             const auto behind =
                 std::ranges::find_if(offsets, [&](std::size_t o) { return o >= 256 * jump; });
-            jumps += behind == offsets.end() ? '\xFF' : static_cast<char>(behind - offsets.begin());
+            const auto last = static_cast<std::ptrdiff_t>(offsets.size()) - 1;
+            jumps += static_cast<char>(std::min(behind - offsets.begin(), last));
         }
         return jumps;
     }

@@ -88,7 +88,8 @@ TEST_F(QueryTest, ATextIsNotComparedWithANumber) {
          {"SELECT k FROM T WHERE t='1'", "SELECT k FROM T WHERE k=1", "SELECT k FROM T WHERE d=1",
           "SELECT k FROM T WHERE k=1 AND t='1'", "SELECT k FROM T, U WHERE T.t=U.u AND U.t=1",
           "SELECT k FROM T WHERE t='a=1' OR k=1", "SELECT k FROM T WHERE [a = 1]=m AND k=1",
-          "SELECT k FROM T WHERE k=2-1", "SELECT U.t FROM T, U WHERE T.k=U.t"})
+          "SELECT k FROM T WHERE k=2-1", "SELECT k FROM T WHERE (k)=1",
+          "SELECT U.t FROM T, U WHERE T.k=U.t"})
         EXPECT_THAT(Read(statement), ElementsAre("1\t")) << statement;
 }
 

@@ -1,6 +1,6 @@
-// The import of job databases, sizes doubling: as they come, and with what makes one record meet all others
-// (keys that many rows share, keys that are statements). Time may grow with the size alone; an import that a
-// database's keys would make grow faster ends, and is counted as "ended".
+// The import of job databases, sizes doubling: as they come, and with what makes one record meet
+// all others (keys that many rows share, keys that are statements). Time may grow with the size
+// alone; an import that a database's keys would make grow faster ends, and is counted as "ended".
 
 #include "bench/BenchFiles.h"
 #include "tests/support/JobDatabase.h"

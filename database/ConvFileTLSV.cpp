@@ -1,7 +1,7 @@
 // A field controller's job database: a Microsoft Access file with the tables of JobTables.h.
 //
-// Every answer is a line of fields, each followed by a tab. The photos lie in a folder named like the
-// database, beside it.
+// Every answer is a line of fields, each followed by a tab. The photos lie in a folder named like
+// the database, beside it.
 
 #include "database/ConvFileTLSV.h"
 
@@ -192,8 +192,8 @@ std::string CConvFileTLSV::ReadCode(std::string_view pointKey) {
     return std::string(TakeField(rest));
 }
 
-/// A station for each set-up. One that the field book declines has no key, so that keys and stations
-/// go on belonging together.
+/// A station for each set-up. One that the field book declines has no key, so that keys and
+/// stations go on belonging together.
 void CConvFileTLSV::CreaStaz() {
     rows_.clear();
     if (!database_.ReadRows("SELECT * FROM tblTsOccups", "", 3, rows_))
@@ -280,8 +280,8 @@ bool CConvFileTLSV::CreaPunto(int station, std::string_view row, CPun*& referenc
     observation->SetCode(CleanCode(ReadCode(target.key)));
     observation->SetNote(std::string(TakeField(notesRest)));
 
-    // An offset's fields are metres: along where the zenith angle is otherwise, lateral in that of the
-    // distance, vertical in that of the horizontal angle.
+    // An offset's fields are metres: along where the zenith angle is otherwise, lateral in that of
+    // the distance, vertical in that of the horizontal angle.
     if (isOffset)
         CalcOffSet( // NOLINT(readability-suspicious-call-argument)
             reference, target.name, vertical, distance, horizontal, station);

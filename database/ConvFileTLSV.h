@@ -23,8 +23,9 @@ public:
     /// Before Esegui: where to say why the import failed, in English.
     void TellProblemTo(std::string* problem) { problem_ = problem; }
 
-    /// False where the database cannot be opened (the new job is then there and empty), and where a query
-    /// could not be carried out to its end: what was written until then stays. Raises nothing.
+    /// False where the database cannot be opened (the new job is then there and empty), and where a
+    /// query could not be carried out to its end: what was written until then stays. Raises
+    /// nothing.
     CONVFILE_API bool Esegui();
 
 private:

@@ -22,8 +22,8 @@ CDBDataProviderLcm::CDBDataProviderLcm() = default;
 CDBDataProviderLcm::CDBDataProviderLcm(const CDBDataProviderLcm&) = default;
 CDBDataProviderLcm& CDBDataProviderLcm::operator=(const CDBDataProviderLcm&) = default;
 
-// A caller that disconnects before ends the thread's use twice, on purpose: hosts start COM once more for
-// that.
+// A caller that disconnects before ends the thread's use twice, on purpose: hosts start COM once
+// more for that.
 CDBDataProviderLcm::~CDBDataProviderLcm() {
     Disconnect();
     recordset_.reset();
@@ -125,7 +125,8 @@ bool CDBDataProviderLcm::ReadRows(std::string_view head, std::string_view tail,
     return out.size() > before;
 }
 
-/// The one recordset serves query after query: it is closed before each, which fails before the first.
+/// The one recordset serves query after query: it is closed before each, which fails before the
+/// first.
 bool CDBDataProviderLcm::RunQuery(std::string_view head, std::string_view tail) {
     if (!recordset_ || !connection_)
         return false;

@@ -5,13 +5,13 @@
 #include <stdexcept>
 #include <string>
 
-/// What differs by platform behind the query helper: how a database is opened, and how a SELECT is run
-/// on it. One engine is linked in: ADO on Windows, elsewhere one that reads the file itself, or one
-/// that has no driver at all.
+/// What differs by platform behind the query helper: how a database is opened, and how a SELECT is
+/// run on it. One engine is linked in: ADO on Windows, elsewhere one that reads the file itself, or
+/// one that has no driver at all.
 ///
-/// A statement that is at fault (it is none, names what is not there, compares a text with a number) and
-/// one that finds nothing are ordinary: they give false. Whatever else keeps a statement from being
-/// carried out to its end raises an error.
+/// A statement that is at fault (it is none, names what is not there, compares a text with a
+/// number) and one that finds nothing are ordinary: they give false. Whatever else keeps a
+/// statement from being carried out to its end raises an error.
 namespace convfile::database {
 
 /// An OLE status: negative where something failed.
@@ -25,8 +25,8 @@ inline constexpr Status kTypeMismatch = static_cast<Status>(0x80020005);
 /// A field's text is cut at this many bytes.
 inline constexpr std::size_t kLongestField = 1024;
 
-/// What an engine raises; its text says for people what is wrong. (Short memory is std::bad_alloc, and an
-/// engine over COM raises its platform's own error.)
+/// What an engine raises; its text says for people what is wrong. (Short memory is std::bad_alloc,
+/// and an engine over COM raises its platform's own error.)
 class EngineError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -47,8 +47,8 @@ public:
     virtual Status Close() = 0;
     /// Opens the file for use. Raises an error where it fails.
     virtual void Open(const std::string& path) = 0;
-    /// Lets the statements that follow work as long as one may, where the engine has such a limit. What
-    /// is not refilled is shared by all of them.
+    /// Lets the statements that follow work as long as one may, where the engine has such a limit.
+    /// What is not refilled is shared by all of them.
     virtual void RefillWork() {}
 
 protected:
@@ -72,18 +72,19 @@ public:
     /// statement is at fault.
     virtual bool Open(const std::string& sql, Connection& connection) = 0;
     virtual bool Open(const wchar_t* sql, Connection& connection) = 0;
-    /// Goes to the next row; false where there is none (any more), or the statement turns out to be at
-    /// fault. Of the rows that are not wanted none is fetched.
+    /// Goes to the next row; false where there is none (any more), or the statement turns out to be
+    /// at fault. Of the rows that are not wanted none is fetched.
     virtual bool NextRow(Wanted wanted) = 0;
     /// Raises the engine's error for an answer without a row.
     [[noreturn]] virtual void RaiseNoRow() = 0;
     /// Appends the text of a field of the row, at most kLongestField bytes of Windows-1252; nothing
-    /// for a field that the answer does not have. A negative status, and nothing appended, where the
-    /// field has no text: NULL, or a type that has none.
+    /// for a field that the answer does not have. A negative status, and nothing appended, where
+    /// the field has no text: NULL, or a type that has none.
     virtual Status AppendField(std::int32_t field, std::string& line) = 0;
 };
 
-/// Prepares the calling thread; negative where that fails. Each call is paired with one of StopEngine.
+/// Prepares the calling thread; negative where that fails. Each call is paired with one of
+/// StopEngine.
 Status StartEngine();
 void StopEngine();
 

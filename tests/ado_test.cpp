@@ -1,5 +1,5 @@
-// The query helper over the platform's own objects: which calls they get, in which order, over COM; a
-// stand-in writes them down.
+// The query helper over the platform's own objects: which calls they get, in which order, over COM;
+// a stand-in writes them down.
 
 #include "database/DBDataProviderLcm.h"
 #include "memory/LinkTimeHost.h"
@@ -151,7 +151,8 @@ TEST_F(AdoTest, AQueryThatFailsGivesNothing) {
     EXPECT_THAT(database_->Rows(), IsEmpty());
 }
 
-/// Where the provider finds no fault with the statement, the import ends; otherwise it goes on without rows.
+/// Where the provider finds no fault with the statement, the import ends; otherwise it goes on
+/// without rows.
 TEST_F(AdoTest, AnImportTellsAFailureFromAFault) {
     const TempFolder folder;
     const std::string path = folder.Write("job.tlsv", "");

@@ -1,5 +1,5 @@
-// The query layer off Windows, on Access files that the tests make: what both engines give alike, which
-// statements are at fault, and which databases are refused.
+// The query layer off Windows, on Access files that the tests make: what both engines give alike,
+// which statements are at fault, and which databases are refused.
 
 #include "database/DBDataProviderLcm.h"
 #include "database/JobTables.h"

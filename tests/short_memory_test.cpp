@@ -1,5 +1,5 @@
-// An import of which one allocation fails, each in turn: that of this program's own operator new, and those
-// of the database in memory.
+// An import of which one allocation fails, each in turn: that of this program's own operator new,
+// and those of the database in memory.
 
 #include "app/Conversion.h"
 #include "database/ConvFileTLSV.h"

@@ -1,5 +1,5 @@
-// The engine off Windows: an Access file is read into a database in memory, and the SELECTs run there
-// as they are written.
+// The engine off Windows: an Access file is read into a database in memory, and the SELECTs run
+// there as they are written.
 
 #include "database/Engine.h"
 #include "database/JobTables.h"
@@ -89,9 +89,9 @@ void LoadTable(AccessFile& file, const AccessFile::Listed& listed, SqlDatabase& 
     database.EndTable();
 }
 
-/// Copies the tables of a file. Raises an error where it is no database, or one that must not be used:
-/// with one of the job's own tables damaged the job would come in part and look whole. Another table
-/// that is damaged is not there.
+/// Copies the tables of a file. Raises an error where it is no database, or one that must not be
+/// used: with one of the job's own tables damaged the job would come in part and look whole.
+/// Another table that is damaged is not there.
 std::shared_ptr<SqlDatabase> LoadDatabase(const std::string& path) {
     AccessFile file;
     std::vector<AccessFile::Listed> tables;

@@ -47,8 +47,8 @@ SqlValue Text(const std::string& kept) {
     return {.kind = SqlValue::Kind::Text, .text = kept};
 }
 
-/// Bytes have the text that ADO makes of them: each two are taken for a UTF-16 unit, low one first, as far
-/// as a field's text goes.
+/// Bytes have the text that ADO makes of them: each two are taken for a UTF-16 unit, low one first,
+/// as far as a field's text goes.
 std::string TextOfBytes(std::string_view bytes) {
     std::string text;
     for (std::size_t i = 0; i + 1 < bytes.size() && text.size() < kLongestField; i += 2)
@@ -120,8 +120,8 @@ SqlValue RowConverter::NumberOf(ColumnType type, std::string_view bytes, std::st
     case ColumnType::Date:
         return Real(std::bit_cast<double>(NumberAt<std::uint64_t>(bytes, 0, 8)));
     case ColumnType::Currency: {
-        // Amounts that a double holds to the last digit are numbers to the queries; larger ones keep
-        // their digits as a text.
+        // Amounts that a double holds to the last digit are numbers to the queries; larger ones
+        // keep their digits as a text.
         constexpr std::int64_t kExact = 1'000'000'000'000'000;
         const auto units = static_cast<std::int64_t>(NumberAt<std::uint64_t>(bytes, 0, 8));
         if (units > -kExact && units < kExact)

@@ -16,7 +16,8 @@ namespace convfile::database {
 
 namespace {
 
-// A declared type with "BLOB" in it leaves values as they are; what follows is the column's ColumnText.
+// A declared type with "BLOB" in it leaves values as they are; what follows is the column's
+// ColumnText.
 constexpr std::string_view kDeclared = "BLOB";
 
 /// A query works this many steps for each row of the database, and as many more at least.
@@ -24,8 +25,9 @@ constexpr std::int64_t kWorkPerRow = 500;
 constexpr std::int64_t kWorkAtLeast = 10'000'000;
 constexpr int kWorkPiece = 10'000;
 
-/// Queries that share one measure are given as many rows for each row of the database, and as many more.
-/// Each shot asks for four others at most, so an import whose keys name one row each stays below.
+/// Queries that share one measure are given as many rows for each row of the database, and as many
+/// more. Each shot asks for four others at most, so an import whose keys name one row each stays
+/// below.
 constexpr std::int64_t kRowsPerRow = 8;
 constexpr std::int64_t kRowsAtLeast = 10'000;
 
@@ -72,8 +74,8 @@ std::string TextOfRealAs(double value, ColumnText text) {
     }
 }
 
-/// Where the whole number begins that a statement ends in after a "=", as in "... WHERE keySoPoint=-12";
-/// the statement's size where it ends in none that surely fits.
+/// Where the whole number begins that a statement ends in after a "=", as in "... WHERE
+/// keySoPoint=-12"; the statement's size where it ends in none that surely fits.
 std::size_t LastNumber(std::string_view sql) {
     constexpr std::size_t kMostDigits = 18;
     std::size_t begin = sql.size();

@@ -38,8 +38,9 @@ struct CloseSqlite {
 using SqlStatement = std::unique_ptr<sqlite3_stmt, CloseSqlite>;
 
 /// A database in memory: filled table by table, then sealed. Sealed, it answers single SELECT
-/// statements over its tables and nothing else: no statement can attach, load, write or call anything,
-/// and one that works too long is ended. What fails raises an EngineError, or std::bad_alloc.
+/// statements over its tables and nothing else: no statement can attach, load, write or call
+/// anything, and one that works too long is ended. What fails raises an EngineError, or
+/// std::bad_alloc.
 class SqlDatabase {
 public:
     SqlDatabase();
@@ -56,16 +57,16 @@ public:
     void DropTable();
     void Seal();
 
-    /// The statement, with as many places for numbers; null where it is at fault (it is no single SELECT,
-    /// names what is not there, has other places).
+    /// The statement, with as many places for numbers; null where it is at fault (it is no single
+    /// SELECT, names what is not there, has other places).
     SqlStatement Prepare(std::string_view sql, int numbers);
     /// What a column of such a list of tables holds; nothing where it is no column.
     std::optional<ColumnText> ColumnOf(std::string_view tables, std::string_view column);
     /// Raises the error of an operation that gave this result.
     [[noreturn]] void Raise(int result) const;
 
-    /// Gives the statement that runs next the full measure of work, and any number of rows. All that
-    /// run without it share one measure of either.
+    /// Gives the statement that runs next the full measure of work, and any number of rows. All
+    /// that run without it share one measure of either.
     void RefillWork();
     /// A row was found. Raises an error where the measure of rows is used up.
     void CountRow();

@@ -1,5 +1,5 @@
-// The engine on Windows: ActiveX Data Objects over OLE DB, with the provider of the Microsoft Access
-// Database Engine. Its errors are _com_error.
+// The engine on Windows: ActiveX Data Objects over OLE DB, with the provider of the Microsoft
+// Access Database Engine. Its errors are _com_error.
 
 #include "database/DateText.h"
 #include "database/Engine.h"
@@ -55,9 +55,9 @@ std::string StatusText(HRESULT status) {
     return number.data();
 }
 
-/// Appends a text in the system's code page, "?" for what that lacks, as far as a field's text goes.
-/// Units beyond that length cannot count: none gives less than a byte. Nor does half a unit, which the
-/// text of an odd number of bytes ends in.
+/// Appends a text in the system's code page, "?" for what that lacks, as far as a field's text
+/// goes. Units beyond that length cannot count: none gives less than a byte. Nor does half a unit,
+/// which the text of an odd number of bytes ends in.
 void AppendBytes(BSTR text, std::string& line) {
     constexpr std::size_t kMostBytesOfUnit = 4;
     std::array<char, kLongestField * kMostBytesOfUnit> bytes;
@@ -147,8 +147,8 @@ public:
     }
     void RaiseNoRow() override { throw _com_error(FAILED(status_) ? status_ : kNoRow); }
 
-    /// A field that is not there is an empty variant, whose text is empty. Numbers have a decimal point,
-    /// and dates one form, whatever the user's settings say.
+    /// A field that is not there is an empty variant, whose text is empty. Numbers have a decimal
+    /// point, and dates one form, whatever the user's settings say.
     Status AppendField(std::int32_t field, std::string& line) override {
         std::array<LONG, 2> position = {field, row_};
         _variant_t value;

@@ -4,9 +4,9 @@
 
 #include <oaidl.h>
 
-/// The two objects of ActiveX Data Objects that are used, as far as they are: what stands between the
-/// operations below keeps its place in the object's table of functions. Numbers are those places,
-/// counted from 0; IDispatch has the first seven.
+/// The two objects of ActiveX Data Objects that are used, as far as they are: what stands between
+/// the operations below keeps its place in the object's table of functions. Numbers are those
+/// places, counted from 0; IDispatch has the first seven.
 namespace convfile::database::ado {
 
 // {00000514-0000-0010-8000-00AA006D2EA4} and so on: the identifiers that the platform publishes.

@@ -20,13 +20,15 @@ struct JobTable {
 inline constexpr std::array<JobTable, 10> kJobTables = {{
     {"tblCrdObsSession", {"StartSecondsFrom1970"}},
     {"tblObsEquipment", {"TextId"}},
-    // Set-ups. The first three columns are read, in their displayed order: key, point key, instrument height.
+    // Set-ups. The first three columns are read, in their displayed order: key, point key,
+    // instrument height.
     {"tblTsOccups", {}, 3},
     {"tblTsShots", {"keyTsShot", "fkeyTsOccupations", "fkeyTargetStation", "HAngle", "VAngle",
                     "SDistance", "TargetAntHeight", "aFlag", "fkeyCrdRawMeas"}},
     // C1 is north, C2 east.
     {"tblSoPoints", {"keySoPoint", "fkeyStationDef", "Name", "C1", "C2", "C3", "StationType"}},
-    {"tblStations", {"keyStation", "fkeySoPoint", "Name", "C1", "C2", "C3", "StationType", "Notes"}},
+    {"tblStations", {"keyStation", "fkeySoPoint", "Name", "C1", "C2", "C3", "StationType",
+                     "Notes"}},
     {"tblCrdRawMeas", {"keyCrdRawMeas", "MeasExtraType"}},
     {"tblCodesToPts", {"fkeyPoint", "fkeyCodeDef"}},
     {"tblCodeDefs", {"keyCodeDef", "nameCode"}},

@@ -148,6 +148,30 @@ TEST(JobImport, KeysMayBeNegative) {
     EXPECT_EQ(negative.fieldBook.Jobs().at(0)->stations.at(0)->GetNome(), "S100");
 }
 
+/// Each bit of the two masks counts.
+TEST(JobImport, FlagsTellReferencesAndOffsets) {
+    const auto marked = [](std::int64_t reference, std::int64_t offset) {
+        std::vector<Table> tables = RealisticJob();
+        Table& shots = TableNamed(tables, "tblTsShots");
+        std::erase_if(shots.rows, [](const access::Row& row) {
+            const auto key = std::get<std::int64_t>(row.values[0]);
+            return key != 9 && key != 10;
+        });
+        shots.rows.at(0).values[7] = reference;
+        shots.rows.at(1).values[7] = offset;
+        app::Conversion job;
+        ImportJob(tables, job);
+        return job.fieldBook.Jobs().at(0)->stations.at(1)->points.at(0)->GetMarks().test(
+            static_cast<std::size_t>(memory::Mark::NC));
+    };
+    EXPECT_TRUE(marked(0x13, 0x1043));
+    EXPECT_TRUE(marked(0x13 | 0x2C, 0x1043 | 0x3C));
+    for (const std::int64_t bit : {0x01, 0x02, 0x10, 0x40, 0x1000})
+        EXPECT_FALSE(marked(0x13 ^ bit, 0x1043)) << bit;
+    for (const std::int64_t bit : {0x01, 0x02, 0x40, 0x1000})
+        EXPECT_FALSE(marked(0x13, 0x1043 ^ bit)) << bit;
+}
+
 /// A text is no number, whatever it says: the query fails, which is one without rows.
 TEST(JobImport, ATextKeyFindsNothing) {
     std::vector<Table> tables = RealisticJob();

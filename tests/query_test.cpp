@@ -51,6 +51,11 @@ TEST_F(QueryTest, DatesAndBytesHaveOneForm) {
                 ElementsAre("17/09/2024 09:00:00\t", "06:00:00\t", "29/12/1899 06:00:00\t",
                             "01/07/2024\t", "02/12/2024\t", "31/12/1899\t", "01/01/0100\t", "\t",
                             "31/12/9999 12:00:00\t", "\t"));
+    std::string units;
+    for (int i = 0; i < 1500; ++i)
+        units += std::string("a\0", 2);
+    Connect(OneColumn(Type::Ole, {units, std::string("b\0c", 3)}));
+    EXPECT_THAT(Read("SELECT a FROM T"), ElementsAre(std::string(1024, 'a') + "\t", "b\t"));
     Connect(OneColumn(Type::Binary, {std::string("a\0\xE8\0\x16\x04x", 7), "", "x"}));
     EXPECT_THAT(Read("SELECT a FROM T"), ElementsAre("a\xE8?\t", "\t", "\t"));
 }
@@ -71,7 +76,8 @@ TEST_F(QueryTest, ATextIsNotComparedWithANumber) {
                                   .primaryKey = -1}};
     Connect(tables);
     for (const char* statement :
-         {"SELECT k FROM T WHERE t=1", "SELECT k FROM T WHERE t=-1", "SELECT k FROM T WHERE 1=t",
+         {"SELECT k FROM T WHERE t=1", "SELECT k FROM T WHERE t=-1",
+          "SELECT k FROM T WHERE t=-1 OR k=1", "SELECT k FROM T WHERE 1=t",
           "SELECT k FROM T WHERE m<2", "SELECT k FROM T WHERE k='1'", "select k from T where t>=.5",
           "SELECT k FROM T WHERE [t] = 1 OR k=1", "SELECT k FROM T WHERE k=1 AND T.t<>1",
           "SELECT k FROM T, U WHERE T.t=U.t", "SELECT k FROM T x WHERE (x.t=1)",
@@ -82,7 +88,8 @@ TEST_F(QueryTest, ATextIsNotComparedWithANumber) {
          {"SELECT k FROM T WHERE t='1'", "SELECT k FROM T WHERE k=1", "SELECT k FROM T WHERE d=1",
           "SELECT k FROM T WHERE k=1 AND t='1'", "SELECT k FROM T, U WHERE T.t=U.u AND U.t=1",
           "SELECT k FROM T WHERE t='a=1' OR k=1", "SELECT k FROM T WHERE [a = 1]=m AND k=1",
-          "SELECT k FROM T WHERE k=2-1", "SELECT U.t FROM T, U WHERE T.k=U.t"})
+          "SELECT k FROM T WHERE k=2-1", "SELECT k FROM T WHERE (k)=1",
+          "SELECT U.t FROM T, U WHERE T.k=U.t"})
         EXPECT_THAT(Read(statement), ElementsAre("1\t")) << statement;
 }
 
@@ -274,16 +281,18 @@ TEST(JobDatabase, IsRefusedWhereKeysAreWrong) {
     ExpectRefused(tables, "table tblTsShots: two rows have the same key");
     shots.rows[3].values[0] = std::monostate();
     ExpectRefused(tables, "table tblTsShots: a row lacks its key");
-    tables = RealisticJob(); // in a table that is none of a job's it does not matter
-    tables.push_back({.name = "Other",
-                      .columns = {{"k", Type::Long}},
-                      .rows = {{{std::int64_t{1}}}, {{std::int64_t{1}}}},
-                      .primaryKey = 0});
-    tables.push_back(
-        {.name = "Last", .columns = {{"k", Type::Long}}, .rows = {{{std::int64_t{5}}}}});
+    // In a table that is none of a job's it does not matter: that one is not there.
+    tables = RealisticJob();
+    tables.insert(tables.begin(), {.name = "Other",
+                                   .columns = {{"k", Type::Long}},
+                                   .rows = {{{std::int64_t{1}}}, {{std::int64_t{1}}}},
+                                   .primaryKey = 0});
     app::Conversion job;
     Import(tables, job);
     EXPECT_TRUE(job.converted);
+    app::Conversion whole;
+    Import(RealisticJob(), whole);
+    EXPECT_EQ(PointNames(job.fieldBook), PointNames(whole.fieldBook));
 }
 
 } // namespace

@@ -79,7 +79,6 @@ bool ComparesTextWithNumber(std::string_view sql, const OperandOfColumn& operand
             const Operand right = operandOf(behind);
             if (left != right && left != Operand::Unknown && right != Operand::Unknown)
                 return true;
-            word = behind;
         }
         before = word;
     }

@@ -62,6 +62,8 @@ std::string RunFormat(const Format& format, std::string path, const ByteSource& 
                                       &path);
     result.cadastral = result.converted && format.kind == FormatKind::Cadastral;
     result.messages = memory::TakeMessages();
+    if (problem.shortOfMemory)
+        result.fieldBook.Clear(); // what it holds is what the rest of the work lacks
     return problem.text;
 }
 
@@ -76,10 +78,10 @@ void Convert(const Route& route, const std::string& path, Conversion& result) {
         result.problem = ProblemOf(route, path, reason);
 }
 
-void ConvertBytes(const Format& format, const std::string& name, std::string_view bytes,
-                  Conversion& result) {
+void ConvertFrom(const ByteSource& source, const Format& format, const std::string& name,
+                 Conversion& result) {
     result.path = name;
-    result.problem = RunFormat(format, name, ByteSource::Memory(bytes), result);
+    result.problem = RunFormat(format, name, source, result);
 }
 
 std::string BareName(const std::string& path) {

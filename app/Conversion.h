@@ -7,7 +7,6 @@
 #include "memory/Notifications.h"
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace convfile::app {
@@ -27,10 +26,10 @@ struct Conversion {
 /// Converts one file the way it was given; nothing of it is kept anywhere else.
 void Convert(const Route& route, const std::string& path, Conversion& result);
 
-/// The same for bytes in memory, as a file of that name would be converted. (A job database cannot
-/// be.)
-void ConvertBytes(const Format& format, const std::string& name, std::string_view bytes,
-                  Conversion& result);
+/// Converts bytes that are in memory or come from a stream as a file of that name would be. (A job
+/// database cannot be.)
+void ConvertFrom(const ByteSource& source, const Format& format, const std::string& name,
+                 Conversion& result);
 
 /// The bare name of the file in UTF-8.
 std::string BareName(const std::string& path);

@@ -9,9 +9,11 @@
 #include "routines/CodePage.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <new>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -33,6 +35,17 @@ void TellOfFile(const std::string& file, const std::string& text) {
     Tell(ShownUtf8(Utf8OfName(file)) + ": " + text);
 }
 
+/// Where memory is short even for the result, the file fails and the next ones are converted.
+void ConvertOrFail(const Route& route, const std::string& file, Conversion& conversion) {
+    try {
+        Convert(route, file, conversion);
+    } catch (const std::bad_alloc&) {
+        conversion.converted = false;
+        conversion.fieldBook.Clear();
+        conversion.problem = "not enough memory";
+    }
+}
+
 /// Converts the files one after another; each is shown and forgotten before the next is read.
 int Run(const Options& options, std::ostream& out) {
     Sink sink(out);
@@ -42,7 +55,7 @@ int Run(const Options& options, std::ostream& out) {
     for (const std::string& file : options.files) {
         const Route route = ChooseRoute(options.choice, file);
         Conversion conversion;
-        Convert(route, file, conversion);
+        ConvertOrFail(route, file, conversion);
         if (!conversion.converted) {
             allConverted = false;
             TellOfFile(file, conversion.problem);
@@ -98,9 +111,7 @@ int ListFormats() {
     return kNotAllConverted;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int Main(int argc, char** argv) {
     PrepareStandardStreams();
     Options options;
     switch (ReadOptions({argv + 1, argv + argc}, options, std::cout, std::cerr)) {
@@ -114,4 +125,15 @@ int main(int argc, char** argv) {
         break;
     }
     return kWrongUsage;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return Main(argc, argv);
+    } catch (const std::bad_alloc&) {
+        std::fputs("convfile: not enough memory\n", stderr);
+        return kNotAllConverted;
+    }
 }

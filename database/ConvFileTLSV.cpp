@@ -18,7 +18,6 @@
 #include <algorithm>
 #include <chrono>
 #include <exception>
-#include <new>
 #include <utility>
 
 namespace {
@@ -98,19 +97,6 @@ void SetReading(CPun& observation, const Reading& reading) {
     observation.SetDtIntAng(distance, zenith, horizontal);
 }
 
-/// What the error says that is being handled.
-std::string TextOfError() {
-    try {
-        throw;
-    } catch (const std::bad_alloc&) {
-        return "not enough memory";
-    } catch (const std::exception& error) {
-        return error.what();
-    } catch (...) {
-        return convfile::database::PlatformErrorText();
-    }
-}
-
 } // namespace
 
 CConvFileTLSV::CConvFileTLSV(CLibCmp& fieldBook, CLibPnt& pointLibrary, CGcadEng& drawing,
@@ -123,12 +109,17 @@ CConvFileTLSV::CConvFileTLSV(CLibCmp& fieldBook, CLibPnt& pointLibrary, CGcadEng
 CConvFileTLSV::~CConvFileTLSV() = default;
 
 bool CConvFileTLSV::Esegui() {
-    try {
-        return ImportJob();
-    } catch (...) {
-        TellError();
-        return false;
-    }
+    bool imported = false;
+    Guarded(preparation_.problem, [&] {
+        try {
+            imported = ImportJob();
+        } catch (const std::exception&) {
+            throw;
+        } catch (...) {
+            throw convfile::database::EngineError(convfile::database::PlatformErrorText());
+        }
+    });
+    return imported;
 }
 
 /// The job is added before the database is opened, and stays where that fails.
@@ -140,7 +131,8 @@ bool CConvFileTLSV::ImportJob() {
     if (job)
         job->SetNome(name);
     if (!database_.Connect(databasePath_.c_str(), false)) {
-        Tell(database_.Problem());
+        if (preparation_.problem)
+            preparation_.problem->Note(database_.Problem().c_str());
         return false;
     }
     if (job)
@@ -150,19 +142,6 @@ bool CConvFileTLSV::ImportJob() {
     CreaPunOri();
     drawing_.Notify(1, 1, nullptr);
     return true;
-}
-
-void CConvFileTLSV::Tell(const std::string& problem) {
-    if (preparation_.problem)
-        preparation_.problem->Note(problem.c_str());
-}
-
-/// To be called while an error is handled.
-void CConvFileTLSV::TellError() noexcept {
-    try {
-        Tell(TextOfError());
-    } catch (...) { // NOLINT(bugprone-empty-catch): there is no memory to say so
-    }
 }
 
 void CConvFileTLSV::SetJobTexts(CJob& job) {

@@ -43,8 +43,6 @@ private:
                     double vertical, int station);
 
     bool ImportJob();
-    void Tell(const std::string& problem);
-    void TellError() noexcept;
     void SetJobTexts(CJob& job);
     void CreaPunDiSta(int station);
     bool CreaPunto(int station, std::string_view row, CPun*& reference, std::string& kind);

@@ -10,7 +10,8 @@
 /// What kept a conversion from being carried out to its end.
 struct Problem {
     bool failed = false;
-    std::string text; ///< for people, in English; may be empty
+    bool shortOfMemory = false; ///< that is what failed
+    std::string text;           ///< for people, in English; may be empty
 
     /// Notes a failure; the first one counts. Raises nothing.
     void Note(const char* reason) noexcept;
@@ -30,6 +31,8 @@ bool Guarded(Problem* problem, Work work) noexcept {
     try {
         work();
     } catch (const std::bad_alloc&) {
+        if (problem)
+            problem->shortOfMemory = true;
         return note("not enough memory");
     } catch (const std::exception& error) {
         return note(error.what());

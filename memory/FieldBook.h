@@ -46,6 +46,14 @@ public:
         declineFrom_[static_cast<std::size_t>(adder)] = call;
     }
 
+    /// Forgets all records.
+    void Clear() {
+        jobs_.clear();
+        orientationPoints_.clear();
+        codes_ = {};
+        pointStorage_ = {};
+    }
+
     const std::vector<std::unique_ptr<Job>>& Jobs() const { return jobs_; }
     const std::vector<std::unique_ptr<OrientationPoint>>& OrientationPoints() const {
         return orientationPoints_;

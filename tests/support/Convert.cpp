@@ -1,6 +1,7 @@
 #include "tests/support/Convert.h"
 
 #include "app/JsonOutput.h"
+#include "tests/support/Files.h"
 
 #include <sstream>
 
@@ -10,6 +11,17 @@ void ConvertAs(const std::string& format, const std::string& path, app::Conversi
     app::FormatChoice choice;
     choice.name = format;
     app::Convert(app::ChooseRoute(choice, path), path, result);
+}
+
+void ConvertBytesAs(const std::string& format, const std::string& name, std::string_view bytes,
+                    app::Conversion& result) {
+    const Format& known = *FormatByName(format);
+    if (known.kind != FormatKind::Database) {
+        ConvertFrom(ByteSource::Memory(bytes), known, name, result);
+        return;
+    }
+    const TempFolder folder;
+    ConvertAs(format, folder.Write(name, bytes), result);
 }
 
 std::string JsonOf(const app::Conversion& conversion) {

@@ -3,12 +3,17 @@
 #include "app/Conversion.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace convfile::test {
 
 /// Converts a file in the format of that short name, as the program does.
 void ConvertAs(const std::string& format, const std::string& path, app::Conversion& result);
+
+/// The same for bytes, as a file of that name: without one, but for databases.
+void ConvertBytesAs(const std::string& format, const std::string& name, std::string_view bytes,
+                    app::Conversion& result);
 
 /// The object that the program prints for a conversion.
 std::string JsonOf(const app::Conversion& conversion);

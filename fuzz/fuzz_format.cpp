@@ -1,14 +1,13 @@
 // Converts whatever bytes it is given in one format. A file that could be opened must be converted,
 // whatever is in it (but for a damaged database, which is declined whole), also into a field book
 // that declines records and from a stream that fails; what was converted must be shown as proper
-// JSON and as a table that steers no terminal. The rest is the sanitizers' to say. The converters
-// take a file by name, so the bytes go into one in memory.
+// JSON and as a table that steers no terminal. The rest is the sanitizers' to say. Only a job database
+// is opened by its name; all others are read where their bytes are.
 //
 // The input chooses the way it is used: its first byte among the extensions that lead to the
 // format, where there are several forms of it; its middle one what the book declines; its last one
 // where streams fail.
 
-#include "app/Choice.h"
 #include "app/Conversion.h"
 #include "app/Output.h"
 
@@ -20,6 +19,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <limits>
 #include <ostream>
 #include <streambuf>
@@ -148,32 +148,36 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const unsigned middle = size > 0 ? data[size / 2] : 0;
     const unsigned last = size > 0 ? data[size - 1] : 0;
 
-    FormatChoice choice;
-    choice.name = fuzzedFormat;
+    const bool isDatabase = format.kind == FormatKind::Database;
     const std::string path = Input() + extensions[first % extensions.size()];
-    const Route route = ChooseRoute(choice, path);
-    std::ofstream(path, std::ios::binary)
-        .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    if (isDatabase)
+        std::ofstream(path, std::ios::binary).write(bytes.data(), std::ssize(bytes));
+    const auto convert = [&](const ByteSource& source, Conversion& conversion) {
+        ConvertFrom(source, format, path, conversion);
+        return conversion.converted;
+    };
+    const ByteSource memory = ByteSource::Memory(bytes);
 
-    const bool mayBeDeclined = format.kind == FormatKind::Database;
     Conversion conversion;
-    Convert(route, path, conversion);
-    Require(conversion.converted || mayBeDeclined);
+    Require(convert(memory, conversion) || isDatabase);
     Show(conversion, last);
 
     Conversion declined;
     declined.fieldBook.DeclineFrom(
         static_cast<Adder>(middle % convfile::memory::kAdderCount),
         static_cast<std::size_t>(middle / convfile::memory::kAdderCount % 16));
-    Convert(route, path, declined);
-    Require(declined.converted == conversion.converted);
+    Require(convert(memory, declined) == conversion.converted);
 
-    Conversion failed;
+    std::string copy(bytes); // a stream may not be opened on nothing
+    std::FILE* const stream = fmemopen(copy.data(), copy.size() + 1, "rb");
     bytesUntilReadFails = size * last / 256;
-    Convert(route, path, failed);
+    Conversion failed;
+    Require(convert(ByteSource::Stream(stream), failed) || isDatabase);
     bytesUntilReadFails = kNever;
-    Require(failed.converted || mayBeDeclined);
+    std::fclose(stream);
 
-    std::filesystem::remove(path);
+    if (isDatabase)
+        std::filesystem::remove(path);
     return 0;
 }

@@ -56,8 +56,9 @@ bool CConvFileDAT::Esegui() {
     return ForEachLine([this] { return ReadLine(); }, [this] { ConvertLine(); });
 }
 
-/// An empty line leaves the line before it in place, which is then taken once more, on purpose: the
-/// field books of this format have a point twice where an empty line follows its one line.
+/// An empty line leaves the line before it in place, which is then taken once more, so that a point
+/// of one line stands twice, on purpose: a job that is converted again must have as many points as
+/// the field book that a host made of it before.
 bool CConvFileDAT::ReadLine() {
     return !ended_ && file_->ReadLineOrKeep(text_);
 }

@@ -1,13 +1,20 @@
 // A GSI file: one measurement block a line, a block a row of words separated by blanks. GSI-8 words
 // have eight data digits, GSI-16 words sixteen, and GSI-16 lines begin with an asterisk.
 //
-//  410001+00000000 42....+000ST100 43....+0000ST01 44....+00000000     code block
-//  110001+00000101 84..10+01000000 85..10+00500000 88..10+00001545     station
-//  110002+00000102 21.322+03496940 22.322+09364360 31..00+00030485 87..10+00001500
-//  110003+00000103 21.322+12345678 32..00+00012300 33..00-00000450 71....+00000012
-//  *110004+0000000000000104 21.322+0000000012345678 22.322+0000000009876543 31..06+0000000000123450
-//  *41....+000000000000OCUPAR 42....+00000000000000S1 43....+0000000000000BM 44....+0000000001550
+//  410001+00000030 42....+0000S100 43....+000CHIOD 44....+00001545
+//  110002+00000101 21.322+03496940 22.322+09364360 31..00+00030485 87..10+00001500
+//  110003+00000102 21.322+12345670 32..00+00012300 33..00-00000450 71....+000SPIGO
+//  110004+0000S200 84..10+00085412 85..10+00000000 88..10+00001498 71....+00000002
+//  110005+00000103 21.322+23456780 22.322+09911110 31..06+00253418 87..10+00001600
+//  *41....+0000000000OCUPAR 42....+000000000000S300 43....+0000000000MARMO1 44....+0000000000001550
+//  *410007+000000000000PALO␠
+//  *110008+0000000000000104 21.322+0000000012345678 22.322+0000000009876543 31..06+0000000000123450
 //  !a comment
+//
+// A code block that opens a station (name, code, instrument height); two points, the second by
+// horizontal distance and height difference; a line that word 84 makes a station; a point. Then the
+// other dialect: a station, a code for the points that follow (a blank, here ␠, must end its word),
+// a point in GSI-16.
 //
 // A word, counted from the blank before it: 1-2 word index, 3-6 information (6 is the unit), 7
 // sign, from 8 the data. 11 point number, 21 horizontal angle, 22 zenith angle, 31 slope distance,

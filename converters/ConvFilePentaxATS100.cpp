@@ -1,12 +1,12 @@
-// A Pentax ATS100 export: tab-separated lines (shown as | here) in station and point sections. Each
-// section begins with a title and a line that names its columns.
+// A Pentax ATS100 export: lines of columns separated by tabs, in station and point sections. Each
+// section begins with a title and a line that names its columns. (⇥: a tab, ␠: a blank.)
 //
 //   Dati stazione
-//   PN|H|Descrizione|
-//   S|100|1.545|CHIODO |
+//   PN⇥H⇥Descrizione⇥
+//   S⇥100⇥1.545⇥CHIODO␠
 //   Dati punti
-//   PN|HP|n|AV|DO|Desc|
-//   M|101|1.600|123.4567|98.7654|25.417|SPIGOLO |
+//   PN⇥HP⇥n⇥AV⇥DO⇥Desc⇥
+//   M⇥101⇥1.600⇥123.4567⇥98.7654⇥25.417⇥SPIGOLO␠
 //
 // Columns: P name, HP target height, H instrument height, n horizontal angle, A zenith angle,
 // DO slope distance, DR horizontal distance, Di height difference, De code; any other is skipped.

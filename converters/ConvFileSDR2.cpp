@@ -67,8 +67,9 @@ bool CConvFileSDR2::Esegui() {
            ForEachLine([this] { return LeggeUnaRigaSDR2(); }, [this] { ConvertiRiga(); });
 }
 
-/// An empty line leaves the line before it in place, which is then converted again, on purpose: the
-/// field books of this format have an observation twice where an empty line follows it.
+/// An empty line leaves the line before it in place, which is then converted again, on purpose: a
+/// job that is converted again must have as many points as the field book that a host made of it
+/// before.
 bool CConvFileSDR2::LeggeUnaRigaSDR2() {
     return file_->ReadLineOrKeep(text_);
 }

@@ -35,6 +35,8 @@ private:
         double c3;
         double stationType;
     };
+
+    // Operations in the library's own vocabulary.
     void CreaStaz();
     void CreaPun();
     void CreaPunOri();

@@ -21,6 +21,7 @@ constexpr double GonFromDegrees(double degrees) {
 double LimiteAng0_400(double angle);
 
 /// Brings an angle into (-200, 200] by whole turns; an absent or non-finite one is left as it is.
+/// Part of the host's routine set; nothing here calls it.
 double LimiteAng200_200(double angle);
 
 /// The bearing of a vector: from north (the reference axis), clockwise, in [0, 400).

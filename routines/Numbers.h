@@ -26,7 +26,7 @@ double DoubleDaString(std::string_view text);
 /// it; an absent one stays absent.
 double DividedNumber(std::string_view text, double divisor);
 
-/// As DoubleDaString, for a C string.
+/// As DoubleDaString, for a C string. Part of the host's routine set; nothing here calls it.
 double tsk_atof(const char* text);
 
 /// The integer at the start of the text: leading blanks, an optional sign, digits. 0 where there
@@ -47,7 +47,7 @@ std::string StringDaDouble(double value, int width, int decimals);
 double ArrotondatoAtDec(double value, int decimals);
 
 /// The value rounded to the nearest multiple of `step`, halves away from zero; as above where it
-/// cannot be.
+/// cannot be. Part of the host's routine set; nothing here calls it.
 double ArrotondatoAlVal(double value, double step);
 
 /// The nearest integer, halves away from zero; outside the range of a 32-bit integer the nearest

@@ -31,6 +31,7 @@ constexpr std::string_view TrimBoth(std::string_view text) {
     return TrimRight(TrimLeft(text));
 }
 
+/// Trim a text in place. The first two are part of the host's routine set; nothing here calls them.
 void StringTrimLeft(std::string& text);
 void StringTrimRight(std::string& text);
 void StringTrimBoth(std::string& text);

@@ -8,7 +8,8 @@ namespace tsk {
 
 /// A text for work on single characters. Positions are 0-based; every operation that looks as if
 /// it changed the text returns a new one and leaves this one as it is. Positions and counts out of
-/// range reach as far as the text does.
+/// range reach as far as the text does. Part of the host's routine set: the library itself only
+/// makes such texts, for MessageBoxWithLink, and hosts read them.
 class String {
 public:
     String() = default;
@@ -63,7 +64,6 @@ public:
     }
 
     friend String operator+(const String& text, const char* more) { return text.Concat(more); }
-    friend bool operator==(const String& a, const String& b) = default;
 
 private:
     explicit String(std::string_view text) : text_(text) {}

@@ -1,5 +1,6 @@
 // docs/formats.md stays true: each of its samples is converted and must give what stands under it,
-// and each format has a sample.
+// and each format has a sample. Where the head of a converter's source shows a whole file, it is
+// that of the page.
 
 #include "app/TableOutput.h"
 #include "entry/FormatTable.h"
@@ -9,8 +10,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <set>
 #include <sstream>
+#include <utility>
 
 namespace convfile::test {
 namespace {
@@ -78,6 +82,20 @@ std::string TableOf(const std::string& format, const std::string& path) {
     return text.str();
 }
 
+/// The sample in the comment at the head of a source: its indented lines, as far as they go.
+std::vector<std::string> SampleAtHead(const std::string& source) {
+    constexpr std::string_view kIndented = "//  ";
+    std::vector<std::string> lines;
+    std::istringstream stream(source);
+    for (std::string line; std::getline(stream, line);) {
+        if (line.starts_with(kIndented))
+            lines.push_back(line.substr(line.find_first_not_of(' ', kIndented.size())));
+        else if (!lines.empty())
+            break;
+    }
+    return lines;
+}
+
 TEST(Docs, SamplesGiveWhatStandsUnderThem) {
     const TempFolder folder;
     const std::vector<Block> blocks = BlocksOf(ReadBytes(CONVFILE_FORMATS_PAGE));
@@ -99,6 +117,23 @@ TEST(Docs, SamplesGiveWhatStandsUnderThem) {
         if (format.kind != FormatKind::Database) { // a database cannot be printed
             EXPECT_TRUE(shown.contains(format.name)) << format.name << " has no sample";
         }
+    }
+}
+
+TEST(Docs, SamplesAtTheHeadsOfSourcesAreThoseOfThePage) {
+    const std::filesystem::path project(CONVFILE_PROJECT_FOLDER);
+    const std::vector<Block> blocks = BlocksOf(ReadBytes(CONVFILE_FORMATS_PAGE));
+    const std::pair<const char*, const char*> sources[] = {
+        {"gsi", "converters/ConvFileGSI.cpp"},
+        {"pentax-ats100", "converters/ConvFilePentaxATS100.cpp"},
+    };
+    for (const auto& [format, source] : sources) {
+        const auto isSample = [name = format](const Block& block) {
+            return block.words.size() > 1 && block.words[0] == "sample" && block.words[1] == name;
+        };
+        const auto sample = std::ranges::find_if(blocks, isSample);
+        ASSERT_NE(sample, blocks.end()) << format;
+        EXPECT_EQ(SampleAtHead(ReadBytes(project / source)), sample->lines) << source;
     }
 }
 

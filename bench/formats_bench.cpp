@@ -91,6 +91,18 @@ void ConvertSubject(benchmark::State& state, const Subject& subject) {
     }
 }
 
+/// Pairs of a title and a start of measurements, which takes the titles so far: linear in their number.
+void ConvertTitles(benchmark::State& state) {
+    std::string report;
+    for (int64_t i = 0; i < state.range(0); ++i)
+        report += "|TI  Lavoro    CANTIERE|\n|TI  Operatore ROSSI|\nMISURE\n";
+    for (auto _ : state) {
+        app::Conversion conversion;
+        ConvertFrom(ByteSource::Memory(report), *FormatByName("elt"), "titles.elt", conversion);
+        benchmark::DoNotOptimize(conversion.converted);
+    }
+}
+
 void ReadSubject(benchmark::State& state, const Subject& subject) {
     for (auto _ : state) {
         std::FILE* const file = std::fopen(subject.file->Path().c_str(), "rb");
@@ -129,6 +141,10 @@ int main(int argc, char** argv) {
             ReadSubject(state, subject);
         })->Unit(benchmark::kMillisecond);
     }
+    benchmark::RegisterBenchmark("Convert/elt/titles", ConvertTitles)
+        ->RangeMultiplier(2)
+        ->Range(25000, 100000)
+        ->Unit(benchmark::kMillisecond);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -72,8 +72,13 @@ void AppendWithBlank(std::string& text, const std::string& part) {
 CConvFileELT::CConvFileELT(CLibCmp& fieldBook, std::string* fileName)
     : CConvFileBase(fieldBook, fileName) {}
 
-CConvFileELT::~CConvFileELT() {
-    Finish([this] { WriteJobTexts(); });
+CConvFileELT::~CConvFileELT() = default;
+
+bool CConvFileELT::Esegui() {
+    const bool converted = CConvFileBase::Esegui();
+    WriteJobTexts();
+    job_ = {};
+    return converted;
 }
 
 void CConvFileELT::ProcessaRiga() {

@@ -15,6 +15,9 @@ public:
     CONVFILE_API CConvFileELT(CLibCmp& fieldBook, std::string* fileName);
     CONVFILE_API ~CConvFileELT() override;
 
+    /// As that of the base; the job's texts are written at its end.
+    CONVFILE_API bool Esegui();
+
 protected:
     void ProcessaRiga() override;
 

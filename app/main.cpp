@@ -35,15 +35,23 @@ void TellOfFile(const std::string& file, const std::string& text) {
     Tell(ShownUtf8(Utf8OfName(file)) + ": " + text);
 }
 
-/// Where memory is short even for the result, the file fails and the next ones are converted.
-void ConvertOrFail(const Route& route, const std::string& file, Conversion& conversion) {
-    try {
-        Convert(route, file, conversion);
-    } catch (const std::bad_alloc&) {
-        conversion.converted = false;
-        conversion.fieldBook.Clear();
-        conversion.problem = "not enough memory";
-    }
+/// Converts one file, shows it and forgets it; false where it was not converted.
+bool ConvertAndShow(const Route& route, const std::string& file, Output& output) {
+    Conversion conversion;
+    Convert(route, file, conversion);
+    if (!conversion.converted)
+        TellOfFile(file, conversion.problem);
+    output.Add(conversion);
+    return conversion.converted;
+}
+
+/// Says without any memory that a file failed for want of it.
+void TellOfShortMemory(const std::string& file) {
+    std::fputs(kProgram.data(), stderr); // of a literal
+    std::fputs(": ", stderr);
+    for (const char c : file)
+        std::fputc(static_cast<unsigned char>(c) < ' ' ? '?' : c, stderr);
+    std::fputs(": not enough memory\n", stderr);
 }
 
 /// Converts the files one after another; each is shown and forgotten before the next is read.
@@ -53,18 +61,17 @@ int Run(const Options& options, std::ostream& out) {
     bool allConverted = true;
     bool formatsTold = false;
     for (const std::string& file : options.files) {
-        const Route route = ChooseRoute(options.choice, file);
-        Conversion conversion;
-        ConvertOrFail(route, file, conversion);
-        if (!conversion.converted) {
+        try {
+            const Route route = ChooseRoute(options.choice, file);
+            allConverted = ConvertAndShow(route, file, *output) && allConverted;
+            if (route.unknownExtension && !formatsTold) {
+                Tell("the formats are:\n" + FormatList());
+                formatsTold = true;
+            }
+        } catch (const std::bad_alloc&) {
+            TellOfShortMemory(file);
             allConverted = false;
-            TellOfFile(file, conversion.problem);
         }
-        if (route.unknownExtension && !formatsTold) {
-            Tell("the formats are:\n" + FormatList());
-            formatsTold = true;
-        }
-        output->Add(conversion);
     }
     output->End();
     sink.Flush();

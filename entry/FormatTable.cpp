@@ -27,6 +27,7 @@
 #include "routines/Text.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace {
@@ -35,9 +36,11 @@ namespace {
 template <class Converter, class... Arguments>
 bool Run(const Preparation& preparation, Arguments&&... arguments) {
     Problem unheard;
-    Preparation prepared = preparation;
+    Preparation prepared;
+    std::memcpy(&prepared, &preparation, std::min(preparation.size, sizeof prepared));
     if (!prepared.problem)
         prepared.problem = &unheard;
+    *prepared.problem = {};
     bool converted = false;
     Guarded(prepared.problem, [&] {
         Converter converter(std::forward<Arguments>(arguments)...);

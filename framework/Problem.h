@@ -13,7 +13,8 @@ struct Problem {
     bool shortOfMemory = false; ///< that is what failed
     std::string text;           ///< for people, in English; may be empty
 
-    /// Notes a failure; the first one counts. Raises nothing.
+    /// Notes a failure; the first one counts. Raises nothing: where memory is short even for the reason,
+    /// that it failed must do.
     void Note(const char* reason) noexcept;
 };
 
@@ -44,4 +45,11 @@ bool Guarded(Problem* problem, Work work) noexcept {
     work();
 #endif
     return true;
+}
+
+inline void Problem::Note(const char* reason) noexcept {
+    if (failed)
+        return;
+    failed = true;
+    Guarded(nullptr, [&] { text = reason; });
 }

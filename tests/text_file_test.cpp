@@ -84,5 +84,27 @@ TEST(TextFile, DoesNotOpenAFolderOrNothing) {
     EXPECT_FALSE(file.ReadLine(line));
 }
 
+TEST(TextFile, ReadsFromMemoryAndFromAStreamWhereItStands) {
+    std::string_view line;
+    TextFile file;
+    const std::string_view bytes = "a\r\nb";
+    ASSERT_TRUE(file.Open("name only", ByteSource::Memory(bytes)));
+    EXPECT_TRUE(file.ReadLine(line) && line == "a\n");
+    EXPECT_TRUE(file.ReadLine(line) && line == "b");
+    EXPECT_FALSE(file.ReadLine(line));
+    EXPECT_FALSE(file.Open("", ByteSource::Memory(bytes)));
+    ASSERT_TRUE(file.Open("nothing", ByteSource::Memory({})));
+    EXPECT_FALSE(file.ReadLine(line));
+
+    std::FILE* const stream = std::tmpfile();
+    ASSERT_NE(stream, nullptr);
+    std::fputs("skipped\nread\n", stream);
+    ASSERT_EQ(std::fseek(stream, 8, SEEK_SET), 0);
+    ASSERT_TRUE(file.Open("stream", ByteSource::Stream(stream)));
+    EXPECT_TRUE(file.ReadLine(line) && line == "read\n");
+    file.Close();
+    EXPECT_EQ(std::fclose(stream), 0) << "it is not the reader's to close";
+}
+
 } // namespace
 } // namespace convfile::test

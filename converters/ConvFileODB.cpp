@@ -55,8 +55,8 @@ void CConvFileODB::ConvertiRigaODB() {
     fields.code = line_;
 
     if (fields.station != previousStation_ || fields.instrumentHeight != previousHeight_)
-        WriteStation(fields);
-    WritePoint(fields);
+        AggiungiStazioneODB(fields);
+    AggiungiPuntoODB(fields);
     previousStation_ = fields.station;
     previousHeight_ = fields.instrumentHeight;
 }

@@ -20,6 +20,8 @@ private:
     bool LeggeUnaRigaODB();
     std::string_view SeparaCampoODB();
     void ConvertiRigaODB();
+    void AggiungiStazioneODB(const Fields& fields) { WriteStation(fields); }
+    void AggiungiPuntoODB(const Fields& fields) { WritePoint(fields); }
 
     /// As text, on purpose: who types 1.50 after 1.5 has set up again and measured anew.
     std::string previousHeight_;

@@ -52,7 +52,7 @@ void CConvFileOVD::ConvertiRigaOVD() {
     fields.code = line_;
 
     if (fields.station != previousStation_)
-        WriteStation(fields);
-    WritePoint(fields);
+        AggiungiStazioneOVD(fields);
+    AggiungiPuntoOVD(fields);
     previousStation_ = fields.station;
 }

@@ -19,4 +19,6 @@ private:
     bool LeggeUnaRigaOVD();
     std::string_view SeparaCampoOVD();
     void ConvertiRigaOVD();
+    void AggiungiStazioneOVD(const Fields& fields) { WriteStation(fields); }
+    void AggiungiPuntoOVD(const Fields& fields) { WritePoint(fields); }
 };

@@ -152,7 +152,9 @@ public:
     Status AppendField(std::int32_t field, std::string& line) override {
         std::array<LONG, 2> position = {field, row_};
         _variant_t value;
-        SafeArrayGetElement(rows_.parray, position.data(), &value);
+        // Outside the answer is an empty field; a copy for which memory is short is a failure.
+        if (SafeArrayGetElement(rows_.parray, position.data(), &value) == E_OUTOFMEMORY)
+            throw _com_error(E_OUTOFMEMORY);
         if (value.vt == VT_DATE) {
             line += TextOfDate(value.date);
             return kOk;

@@ -22,8 +22,8 @@ class OpenConverter : public CConvGen {
 public:
     explicit OpenConverter(FieldBook& book) : CConvGen(book, &name) {}
 
-    using CConvGen::AggiungeJob;
     using CConvGen::AddJobOfFile;
+    using CConvGen::AggiungeJob;
     using CConvGen::AggiungePun;
     using CConvGen::AggiungeSta;
     using CConvGen::GetNomeOfJob;

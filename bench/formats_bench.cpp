@@ -91,7 +91,8 @@ void ConvertSubject(benchmark::State& state, const Subject& subject) {
     }
 }
 
-/// Pairs of a title and a start of measurements, which takes the titles so far: linear in their number.
+/// Pairs of a title and a start of measurements, which takes the titles so far: linear in their
+/// number.
 void ConvertTitles(benchmark::State& state) {
     std::string report;
     for (int64_t i = 0; i < state.range(0); ++i)

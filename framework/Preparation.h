@@ -11,7 +11,7 @@
 struct Preparation {
     std::size_t size = sizeof(Preparation);
     ByteSource source = {}; ///< the bytes of the file; a job database is always opened by its name
-    /// Emptied by a conversion that begins, and takes what kept the conversion from its end, the destructor's part of it included. Borrowed:
-    /// it must outlive the converter.
+    /// Emptied by a conversion that begins, and takes what kept the conversion from its end, the
+    /// destructor's part of it included. Borrowed: it must outlive the converter.
     Problem* problem = nullptr;
 };

@@ -13,8 +13,8 @@ struct Problem {
     bool shortOfMemory = false; ///< that is what failed
     std::string text;           ///< for people, in English; may be empty
 
-    /// Notes a failure; the first one counts. Raises nothing: where memory is short even for the reason,
-    /// that it failed must do.
+    /// Notes a failure; the first one counts. Raises nothing: where memory is short even for the
+    /// reason, that it failed must do.
     void Note(const char* reason) noexcept;
 };
 

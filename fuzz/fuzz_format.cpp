@@ -1,8 +1,8 @@
 // Converts whatever bytes it is given in one format. A file that could be opened must be converted,
 // whatever is in it (but for a damaged database, which is declined whole), also into a field book
 // that declines records and from a stream that fails; what was converted must be shown as proper
-// JSON and as a table that steers no terminal. The rest is the sanitizers' to say. Only a job database
-// is opened by its name; all others are read where their bytes are.
+// JSON and as a table that steers no terminal. The rest is the sanitizers' to say. Only a job
+// database is opened by its name; all others are read where their bytes are.
 //
 // The input chooses the way it is used: its first byte among the extensions that lead to the
 // format, where there are several forms of it; its middle one what the book declines; its last one

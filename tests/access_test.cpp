@@ -261,8 +261,8 @@ TEST(AccessFile, ReadsARowThatMovedFromWhereItWas) {
         EXPECT_EQ(Refusal(folder.Write("damaged", bytes.bytes)), moved);
 }
 
-/// In a large file each map page of a table has the bits of 16,352 pages: the last of the first one's,
-/// and one of the second one's.
+/// In a large file each map page of a table has the bits of 16,352 pages: the last of the first
+/// one's, and one of the second one's.
 TEST(AccessFile, FindsRowsFarBackInTheFile) {
     const TempFolder folder;
     constexpr std::size_t kPagesOfEach = (2048 - 4) * std::size_t{8};

@@ -3,8 +3,8 @@
 //   page 0      header: "Standard Jet DB" or "Standard ACE DB" at byte 4, the version at byte 20
 //   page 2      definition of MSysObjects, the list of all objects
 //   type 1      data page: what is free in it at byte 2, its owner (the page of its table's
-//               definition) at byte 4, the number of its slots, the slots: where each row begins, from
-//               the end of the page downwards
+//               definition) at byte 4, the number of its slots, the slots: where each row begins,
+//               from the end of the page downwards
 //   type 2      definition of a table, which may go on in further pages
 //   type 5      map of pages, a bit a page
 

@@ -32,15 +32,15 @@ private:
     // Operations in the library's own vocabulary.
     bool LeggeUnaRigaGSI();
     bool SeparaCampi(Record& record);
-    bool TrattaRiga41(Record& record);
-    bool TrattaRiga41Stonex(Record& record);
+    bool TrattaRiga41(Record& station);
+    bool TrattaRiga41Stonex(Record& station);
     bool TrattaRiga41PuntoStonex();
     double TrovaDoubleInCmpConCod(std::string_view key) const;
     std::string TrovaStrInCmpConCod(std::string_view key) const;
     static void EliminaZeriIniz(std::string_view& digits);
     void ConvertiRiga(Record& record);
-    void ConversioneRigaS(Record& record);
-    void ConversioneRigaP(Record& record);
+    void ConversioneRigaS(Record& station);
+    void ConversioneRigaP(Record& point);
 
     void FindWords();
     static std::size_t WordIndex(std::string_view word);
@@ -48,9 +48,9 @@ private:
     std::size_t BlankFrom(std::size_t position, std::size_t word = 0) const;
     std::string_view NameInFirstWord() const;
     void ConvertLine();
-    void StationLine(Record& record) const;
-    void PointLine(Record& record);
-    void ReduceWhereNeeded(Record& record);
+    void StationLine(Record& station) const;
+    void PointLine(Record& point);
+    void ReduceWhereNeeded(Record& point);
 
     /// Where the blanks of the current line are; each but the ones in a row has a word behind it.
     std::array<std::uint8_t, TextFile::kLongestLine> blanks_{};

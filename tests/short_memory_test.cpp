@@ -2,7 +2,6 @@
 // and those of the database in memory.
 
 #include "app/Conversion.h"
-#include "database/ConvFileTLSV.h"
 #include "memory/PointLibrary.h"
 #include "tests/support/Convert.h"
 #include "tests/support/Files.h"
@@ -66,12 +65,13 @@ void ImportFailing(const std::string& path, long failing, Import& import) {
     memory::PointLibrary pointLibrary(import.result.notifications);
     memory::DrawingEngine drawing(import.result.notifications);
     std::string fileName = path;
-    {
-        CConvFileTLSV converter(import.result.fieldBook, pointLibrary, drawing, &fileName);
-        converter.Prepare({.problem = &import.problem});
-        allocationsLeft = failing;
-        import.result.converted = converter.Esegui();
-    }
+    allocationsLeft = failing;
+    import.result.converted = FormatByName("tlsv")->convert({.fieldBook = import.result.fieldBook,
+                                                             .pointLibrary = &pointLibrary,
+                                                             .drawing = &drawing,
+                                                             .preparation =
+                                                             {.problem = &import.problem }},
+                                                            &fileName);
     import.allocations = failing - allocationsLeft;
     allocationsLeft = kNever;
     import.result.messages = memory::TakeMessages();

@@ -90,8 +90,8 @@ bool EightDigits(const char* text, std::uint64_t& value) {
 /// Reads what nearly every field of an instrument file is: up to nineteen digits that make no more
 /// than 2^53, a "." among them or not, and no exponent. Both parts of the quotient are then exact,
 /// so it is the double nearest to the number, as the general routine gives it, in a fraction of the
-/// time.
-bool PlainDecimal(std::string_view text, double& number) {
+/// time. Gives the end of the number; null where it is another.
+const char* PlainDecimal(std::string_view text, double& number) {
     constexpr std::ptrdiff_t kMostDigits = 19; // fit 64 bits
     constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53;
     const char* at = text.data();
@@ -117,11 +117,11 @@ bool PlainDecimal(std::string_view text, double& number) {
     }
     const bool exponentMayFollow = at != end && (*at == 'e' || *at == 'E');
     if (count == 0 || count > kMostDigits || digits > kLargestExact || exponentMayFollow)
-        return false;
+        return nullptr;
     number = static_cast<double>(digits);
     if (decimals > 0)
         number /= kPowersOfTen[static_cast<std::size_t>(decimals)];
-    return true;
+    return at;
 }
 
 template <class Integer>
@@ -134,27 +134,33 @@ Integer IntegerAtStart(std::string_view text) {
 
 } // namespace
 
-bool NumberAtStart(std::string_view text, double& number) {
-    if (!text.empty() && IsDigit(text[0]) && PlainDecimal(text, number))
-        return true; // nearly always
+std::size_t NumberAtStart(std::string_view text, double& number) {
+    const char* const begin = text.data();
+    const auto lengthTo = [begin](const char* end) {
+        return static_cast<std::size_t>(end - begin);
+    };
+    if (!text.empty() && IsDigit(text[0])) {
+        if (const char* const end = PlainDecimal(text, number))
+            return lengthTo(end); // nearly always
+    }
     text = NumberText(text);
     const std::size_t digits = text.starts_with('-') ? 1 : 0;
-    if (PlainDecimal(text.substr(digits), number)) {
+    if (const char* const end = PlainDecimal(text.substr(digits), number)) {
         number = digits == 0 ? number : -number;
-        return true;
+        return lengthTo(end);
     }
     if (digits >= text.size() || !(IsDigit(text[digits]) || text[digits] == '.'))
-        return false; // also keeps out what from_chars would take: "inf", "nan"
+        return 0; // also keeps out what from_chars would take: "inf", "nan"
     double value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error == std::errc::result_out_of_range) {
         const auto length = static_cast<std::size_t>(end - text.data());
         value = IsTooLarge(text.substr(0, length)) ? kNoValue : 0.0;
     } else if (error != std::errc{}) {
-        return false;
+        return 0;
     }
     number = value;
-    return true;
+    return lengthTo(end);
 }
 
 double NumberOrNoValue(std::string_view text) {

@@ -3,6 +3,7 @@
 #include "host/NoValue.h"
 
 #include <cmath>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -11,9 +12,10 @@
 
 /// Reads the decimal number at the start of the text: leading blanks, an optional sign, digits with
 /// an optional ".", an optional decimal exponent; what follows is ignored. No hexadecimal, "inf" or
-/// "nan". One too large for a double is the no-value marker, one too small is 0. False, and
-/// `number` left as it was, where the text starts with no number.
-bool NumberAtStart(std::string_view text, double& number);
+/// "nan". One too large for a double is the no-value marker, one too small is 0. Gives how many
+/// characters it takes, the leading blanks counted; 0, and `number` left as it was, where the text
+/// starts with no number.
+std::size_t NumberAtStart(std::string_view text, double& number);
 
 /// The same, with the no-value marker where the text starts with no number.
 double NumberOrNoValue(std::string_view text);

@@ -1,7 +1,11 @@
 #include "routines/TextFile.h"
 
+#include "routines/Text.h"
+
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -15,13 +19,31 @@ const char* Find(const char* bytes, char wanted, std::size_t size) {
     return static_cast<const char*>(std::memchr(bytes, wanted, size));
 }
 
+/// True where the bytes hold more than padding and line ends.
+bool HoldsText(std::string_view bytes) {
+    return bytes.find_first_not_of(std::string_view("\x1A\0\r\n", 4)) != std::string_view::npos;
+}
+
+/// True where a CR has no LF behind it, or another CR before it; at the border of a block, where
+/// that cannot be told, too.
+bool HoldsCrWithoutLf(std::string_view bytes) {
+    bool holds = false;
+    ForEachPosition(bytes, '\r', [&](std::size_t cr) {
+        holds = holds || cr + 1 == bytes.size() || bytes[cr + 1] != '\n' || cr == 0 ||
+                bytes[cr - 1] == '\r';
+    });
+    return holds;
+}
+
 } // namespace
 
-bool TextFile::Open(const std::string& name, const ByteSource& source) {
+bool TextFile::Open(const std::string& name, const ByteSource& source, LineRules rules) {
     Close();
     if (!file_.Open(name, source))
         return false;
-    block_ = std::make_unique_for_overwrite<char[]>(kLineBytes + kBlock);
+    rules_ = rules;
+    capacity_ = kLineBytes + kBlock;
+    block_ = std::make_unique_for_overwrite<char[]>(capacity_ + 1); // a line end has room behind it
     atEnd_ = false;
     return true;
 }
@@ -29,12 +51,33 @@ bool TextFile::Open(const std::string& name, const ByteSource& source) {
 void TextFile::Close() {
     file_.Close();
     block_.reset();
-    position_ = end_ = 0;
+    position_ = end_ = searched_ = 0;
     atEnd_ = true;
-    sawNul_ = false;
+    sawNul_ = isCovered_ = false;
+    bytesRead_ = number_ = bytesBehind_ = 0;
+    inLine_ = isLong_ = sawCr_ = losesText_ = false;
 }
 
-bool TextFile::ReadLine(std::string_view& line) {
+bool TextFile::Next(std::string_view& line, LastCharacter last) {
+    if (rules_ == LineRules::Classic ? !NextClassic(line) : !NextComplete(line)) {
+        TellEnd();
+        return false;
+    }
+    const bool isEnded = !line.empty() && line.back() == '\n';
+    const std::size_t nul = sawNul_ ? line.find('\0') : std::string_view::npos;
+    if (watch_) [[unlikely]]
+        Tell(line, isEnded, last);
+    if (nul != std::string_view::npos) {
+        line = line.substr(0, nul);
+        if (rules_ == LineRules::Complete) {
+            block_[static_cast<std::size_t>(line.data() - block_.get()) + nul] = '\n';
+            line = {line.data(), nul + 1};
+        }
+    }
+    return true;
+}
+
+bool TextFile::NextClassic(std::string_view& line) {
     if (end_ - position_ < kLineBytes)
         Fill();
     if (position_ == end_)
@@ -52,8 +95,61 @@ bool TextFile::ReadLine(std::string_view& line) {
     }
     position_ += taken;
     line = {text, length};
-    if (sawNul_)
-        line = line.substr(0, line.find('\0'));
+    return true;
+}
+
+bool TextFile::NextComplete(std::string_view& line) {
+    if (isCovered_)
+        block_[position_] = covered_;
+    isCovered_ = false;
+    std::size_t length = 0;
+    std::size_t taken = 0;
+    while (!FindLineEnd(length, taken)) {
+        if (!atEnd_) {
+            Fill();
+            continue;
+        }
+        if (position_ == end_)
+            return false;
+        length = taken = end_ - position_;
+        break;
+    }
+    if (length > kLongestCompleteLine)
+        length = taken = kLongestCompleteLine;
+    char* const text = block_.get() + position_;
+    position_ += taken;
+    if (taken == length) { // the line end that it lacks
+        covered_ = text[length];
+        isCovered_ = position_ < end_;
+        isLong_ = isCovered_ || isLong_;
+    }
+    text[length] = '\n';
+    line = {text, length + 1};
+    return true;
+}
+
+/// The length of the next line, and of it with its line end; false where more must be read to tell.
+bool TextFile::FindLineEnd(std::size_t& length, std::size_t& taken) {
+    char* const text = block_.get() + position_;
+    const std::size_t bytes = end_ - position_;
+    const std::size_t from = std::max(searched_, position_) - position_;
+    const char* const lineFeed = Find(text + from, '\n', bytes - from);
+    const std::size_t limit = lineFeed ? static_cast<std::size_t>(lineFeed - text) : bytes;
+    searched_ = position_ + limit;
+    const char* const cr = Find(text, '\r', limit);
+    if (!cr) {
+        length = limit;
+        taken = limit + 1;
+        return lineFeed || bytes > kLongestCompleteLine;
+    }
+    length = static_cast<std::size_t>(cr - text);
+    taken = length;
+    while (taken < bytes && text[taken] == '\r')
+        ++taken;
+    if (taken == bytes && !atEnd_ && length <= kLongestCompleteLine)
+        return false; // the CRs may go on, and an LF follow
+    const bool belongToLineFeed = taken < bytes && text[taken] == '\n';
+    taken = belongToLineFeed ? taken + 1 : length + 1;
     return true;
 }
 
@@ -61,17 +157,97 @@ bool TextFile::ReadLine(std::string_view& line) {
 void TextFile::Fill() {
     if (atEnd_)
         return;
-    std::memmove(block_.get(), block_.get() + position_, end_ - position_);
-    end_ -= position_;
+    const std::size_t left = end_ - position_;
+    if (left + kBlock > capacity_) { // a long line, by the complete rules
+        capacity_ = 2 * (left + kBlock);
+        auto larger = std::make_unique_for_overwrite<char[]>(capacity_ + 1);
+        std::memcpy(larger.get(), block_.get() + position_, left);
+        block_ = std::move(larger);
+    } else {
+        std::memmove(block_.get(), block_.get() + position_, left);
+    }
+    searched_ -= std::min(searched_, position_);
+    end_ = left;
     position_ = 0;
 
     char* const fresh = block_.get() + end_;
-    std::size_t size = file_.Read(fresh, kBlock);
+    std::size_t size = ReadBlock(fresh, kBlock);
     atEnd_ = size < kBlock;
     if (const char* const ctrlZ = Find(fresh, kCtrlZ, size)) {
-        size = static_cast<std::size_t>(ctrlZ - fresh);
+        const std::size_t kept = static_cast<std::size_t>(ctrlZ - fresh);
+        if (watch_)
+            LookBehindEnd({ctrlZ + 1, size - kept - 1});
+        size = kept;
         atEnd_ = true;
     }
     sawNul_ = sawNul_ || Find(fresh, '\0', size) != nullptr;
+    if (watch_)
+        sawCr_ = sawCr_ || HoldsCrWithoutLf({fresh, size});
     end_ += size;
+}
+
+std::size_t TextFile::ReadBlock(char* bytes, std::size_t size) {
+    const std::size_t read = file_.Read(bytes, size);
+    bytesRead_ += read;
+    return watch_ && !watch_->GoesOn(bytesRead_) ? 0 : read;
+}
+
+void TextFile::EndHere() {
+    if (watch_) {
+        const std::string_view rest(block_.get() + position_, end_ - position_);
+        losesText_ = losesText_ || HoldsText(rest);
+        bytesBehind_ += rest.size();
+        if (!atEnd_)
+            LookBehindEnd({});
+    }
+    atEnd_ = true;
+    position_ = end_;
+}
+
+/// Takes what lies behind the end of reading, of which these are the first bytes, into account.
+void TextFile::LookBehindEnd(std::string_view bytes) {
+    std::array<char, 4096> more;
+    for (;;) {
+        losesText_ = losesText_ || HoldsText(bytes);
+        bytesBehind_ += bytes.size();
+        bytes = {more.data(), file_.Read(more.data(), more.size())};
+        if (bytes.empty())
+            return;
+    }
+}
+
+/// Tells of a piece before a NUL in it takes effect.
+void TextFile::Tell(std::string_view line, bool isEnded, LastCharacter last) {
+    const bool classic = rules_ == LineRules::Classic;
+    const bool atEndOfFile = atEnd_ && position_ == end_;
+    LinePiece piece;
+    number_ += inLine_ ? 0 : 1;
+    piece.number = number_;
+    piece.continues = inLine_;
+    if (classic)
+        isLong_ = (inLine_ && isLong_) || (!isEnded && line.size() == kLongestLine);
+    piece.isLong = isLong_;
+    const bool goesOn = classic ? !isEnded && !atEndOfFile : isCovered_;
+    inLine_ = goesOn;
+    isLong_ = isLong_ && goesOn;
+    const std::size_t nul = sawNul_ ? line.find('\0') : std::string_view::npos;
+    piece.hasNul = nul != std::string_view::npos && HoldsText(line);
+    piece.text = line.substr(0, nul);
+    if (classic) {
+        piece.losesLast = !isEnded && atEndOfFile && last == LastCharacter::Lost;
+        if (sawCr_) {
+            std::string_view text = line.substr(0, line.size() - (isEnded ? 1 : 0));
+            const std::size_t run = text.size() - (text.find_last_not_of('\r') + 1);
+            piece.hasCrRun = isEnded && run > 0;
+            text.remove_suffix(isEnded ? run : 0);
+            piece.hasLoneCr = Find(text.data(), '\r', text.size()) != nullptr;
+        }
+    }
+    watch_->PieceBegins(piece);
+}
+
+void TextFile::TellEnd() {
+    if (watch_ && losesText_)
+        watch_->EndsEarly(bytesBehind_);
+    losesText_ = false;
 }

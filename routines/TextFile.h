@@ -1,15 +1,26 @@
 #pragma once
 
 #include "routines/InputFile.h"
+#include "routines/LineWatch.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 
-/// A text file, delivered on every platform as the instruments' own programs see it: a CR directly
-/// before an LF is dropped (a lone CR stays, CR CR LF gives CR LF), and a Ctrl-Z byte (1A hex) ends
-/// the file. A read error ends it, too. Closes by itself.
+/// How lines are told apart.
+enum class LineRules {
+    /// As the instruments' own programs see them: a CR directly before an LF is dropped (a lone CR
+    /// stays, CR CR LF gives CR LF), and a line has at most 254 characters, its line end included.
+    Classic,
+    /// As they were meant: any number of CR before an LF belong to the line end, any other CR is
+    /// one; a line has up to 1 MiB. Each comes with a line end of LF, also where the file has none.
+    Complete,
+};
+
+/// A text file, delivered alike on every platform. A Ctrl-Z byte (1A hex) ends the file, a NUL byte
+/// the text of its line. A read error ends the file, too. Closes by itself.
 class TextFile {
 public:
     TextFile() = default;
@@ -17,46 +28,55 @@ public:
     TextFile& operator=(const TextFile&) = delete;
     ~TextFile() = default;
 
-    /// The longest line delivered, its line end included: 254 characters. A longer one comes in
-    /// several pieces.
+    /// The longest line delivered by the classic rules, its line end included, and by the complete
+    /// ones, without it. A longer one comes in several pieces.
     static constexpr std::size_t kLongestLine = 254;
+    static constexpr std::size_t kLongestCompleteLine = 1024UL * 1024;
     static constexpr int kEnd = -1;
 
     /// False for an empty name, a file that is not there or may not be read, and a folder.
-    bool Open(const std::string& name, const ByteSource& source = {});
+    bool Open(const std::string& name, const ByteSource& source = {},
+              LineRules rules = LineRules::Classic);
     void Close();
+    /// Tells `watch` how the file is read, from now on. Borrowed; null: nobody.
+    void TellTo(LineWatch* watch) { watch_ = watch; }
+    /// Ends the reading where the format says so: what is left of the file is not delivered.
+    void EndHere();
 
-    /// The next line with its line end, at most 254 characters; a NUL byte in it ends its text. The
-    /// text is not copied and stays where it is until the next read. False at the end of the file.
-    bool ReadLine(std::string_view& line);
+    /// The next line with its line end. The text is not copied and stays where it is until the next
+    /// read. False at the end of the file.
+    bool ReadLine(std::string_view& line) { return Next(line, LastCharacter::Kept); }
 
     /// The next line without its last character, as most formats read it: that is the line end of
     /// an ordinary line, but the last real character of a file that ends without one, and of every
     /// piece of a long line but the last. Instruments end every line, so it is kept so, on purpose.
     bool ReadLineWithoutLast(std::string_view& line) {
-        if (!ReadLine(line))
+        if (!Next(line, LastCharacter::Lost))
             return false;
         line.remove_suffix(line.empty() ? 0 : 1);
         return true;
     }
 
     /// The same into a text that an empty line leaves as it is: such a format reads the line before
-    /// an empty one twice.
+    /// an empty one twice. By the complete rules an empty line is empty.
     bool ReadLineOrKeep(std::string& text) {
         std::string_view line;
         if (!ReadLineWithoutLast(line))
             return false;
-        if (!line.empty())
+        if (!line.empty() || rules_ == LineRules::Complete)
             text = line;
         return true;
     }
 
-    /// The next character as an unsigned char, or kEnd.
+    /// The next character as an unsigned char, or kEnd. For files whose records are no lines; who
+    /// watches is told nothing of the lines, and asks for their numbers.
     int ReadChar() {
         if (end_ - position_ < 2)
             Fill();
-        if (position_ == end_)
+        if (position_ == end_) {
+            TellEnd();
             return kEnd;
+        }
         const bool dropped =
             block_[position_] == '\r' && position_ + 1 < end_ && block_[position_ + 1] == '\n';
         position_ += dropped ? 2 : 1;
@@ -69,12 +89,40 @@ public:
     }
 
 private:
+    /// Whether who reads a line takes its last character for the line end.
+    enum class LastCharacter { Kept, Lost };
+
+    bool Next(std::string_view& line, LastCharacter last);
+    bool NextClassic(std::string_view& line);
+    bool NextComplete(std::string_view& line);
+    bool FindLineEnd(std::size_t& length, std::size_t& taken);
+    void Tell(std::string_view line, bool isEnded, LastCharacter last);
+    void TellEnd();
     void Fill();
+    std::size_t ReadBlock(char* bytes, std::size_t size);
+    void LookBehindEnd(std::string_view bytes);
 
     InputFile file_;
+    LineRules rules_ = LineRules::Classic;
     std::unique_ptr<char[]> block_; ///< a piece of the file, as it lies on the disk
+    std::size_t capacity_ = 0;      ///< of the block
     std::size_t position_ = 0;      ///< next byte to deliver
     std::size_t end_ = 0;           ///< end of the bytes read
     bool atEnd_ = true;             ///< the file gives nothing more
     bool sawNul_ = false;           ///< lines must be looked through for a NUL
+
+    // By the complete rules.
+    std::size_t searched_ = 0; ///< no LF lies before it, from the next byte on
+    char covered_ = '\0';      ///< the byte that the line end of a piece stands on
+    bool isCovered_ = false;
+
+    // For who watches.
+    LineWatch* watch_ = nullptr;
+    std::uint64_t bytesRead_ = 0;   ///< of the file
+    std::uint64_t number_ = 0;      ///< of the line delivered last
+    bool inLine_ = false;           ///< the next piece goes on with it
+    bool isLong_ = false;           ///< that line came in pieces
+    bool sawCr_ = false;            ///< lines must be looked through for a CR
+    std::uint64_t bytesBehind_ = 0; ///< the end of reading
+    bool losesText_ = false;        ///< they are not padding alone
 };

@@ -2,6 +2,7 @@
 
 #include "app/Display.h"
 #include "app/Platform.h"
+#include "memory/LineNumbers.h"
 #include "memory/PointLibrary.h"
 #include "routines/CodePage.h"
 #include "routines/FileName.h"
@@ -11,6 +12,7 @@
 #include <cstring>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 namespace convfile::app {
 
@@ -47,24 +49,29 @@ std::string ProblemOf(const Route& route, const std::string& path, const std::st
 }
 
 /// Gives what the converter says itself of a failure.
-std::string RunFormat(const Format& format, std::string path, const ByteSource& source,
+std::string RunFormat(const Format& format, const std::string& path, const ByteSource& source,
                       Conversion& result) {
     if (format.kind == FormatKind::Database)
         KeepDatabaseDriver();
     memory::PointLibrary pointLibrary(result.notifications);
     memory::DrawingEngine drawing(result.notifications);
-    Problem problem;
-    result.converted = format.convert({.fieldBook = result.fieldBook,
-                                       .cadastralDocument = &result.document,
-                                       .pointLibrary = &pointLibrary,
-                                       .drawing = &drawing,
-                                       .preparation = {.source = source, .problem = &problem}},
-                                      &path);
+    memory::LineNumbers lineNumbers(result.document);
+    ConversionReport report;
+    result.converted = ConvertFile({.file = path,
+                                    .source = source,
+                                    .format = std::string(format.name),
+                                    .fieldBook = &result.fieldBook,
+                                    .cadastralDocument = &result.document,
+                                    .pointLibrary = &pointLibrary,
+                                    .drawing = &drawing,
+                                    .listener = &lineNumbers},
+                                   report);
     result.cadastral = result.converted && format.kind == FormatKind::Cadastral;
+    result.account = std::move(report.account);
     result.messages = memory::TakeMessages();
-    if (problem.shortOfMemory)
+    if (report.shortOfMemory)
         result.fieldBook.Clear(); // what it holds is what the rest of the work lacks
-    return problem.text;
+    return report.problem;
 }
 
 } // namespace

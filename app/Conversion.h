@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Choice.h"
+#include "entry/ConvertFile.h"
 #include "memory/CadastralDocument.h"
 #include "memory/FieldBook.h"
 #include "memory/LinkTimeHost.h"
@@ -21,6 +22,7 @@ struct Conversion {
     memory::CadastralDocument document;
     memory::NotificationLog notifications;
     std::string problem; ///< for people: why it was not converted
+    FileAccount account; ///< how it was read
 };
 
 /// Converts one file the way it was given; nothing of it is kept anywhere else.

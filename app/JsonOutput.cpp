@@ -54,13 +54,18 @@ private:
 template <class Writer>
 class JsonObject {
 public:
-    explicit JsonObject(Writer& writer) : json_(writer) {}
+    JsonObject(Writer& writer, JsonParts parts) : json_(writer), parts_(parts) {}
 
     void Write(const Conversion& conversion) {
         json_.StartObject();
         Utf8("file", BareName(conversion.path));
         Key("converted");
         json_.Bool(conversion.converted);
+        if (parts_ == JsonParts::All) {
+            Utf8("format", conversion.account.format);
+            Key("account");
+            WriteAccount(conversion.account);
+        }
         Array("messages", conversion.messages, &JsonObject::WriteMessage);
         Array("jobs", conversion.fieldBook.Jobs(), &JsonObject::WriteJob);
         const auto& orientationPoints = conversion.fieldBook.OrientationPoints();
@@ -71,7 +76,40 @@ public:
         json_.EndObject();
     }
 
+    void WriteAccount(const FileAccount& account) {
+        json_.StartObject();
+        Count("lines", account.lines);
+        Count("read", account.read);
+        Count("skipped", account.skipped);
+        Array("remarks", account.remarks, &JsonObject::WriteRemark);
+        json_.EndObject();
+    }
+
 private:
+    void WriteRemark(const Remark& remark) {
+        json_.StartObject();
+        Utf8("kind", NameOf(remark.kind));
+        Text("text", remark.text);
+        Count("count", remark.count);
+        Key("lines");
+        json_.StartArray();
+        for (const std::uint64_t line : remark.lines)
+            json_.Uint64(line);
+        json_.EndArray();
+        json_.EndObject();
+    }
+
+    void Count(std::string_view name, std::uint64_t count) {
+        Key(name);
+        json_.Uint64(count);
+    }
+
+    /// The line that a record comes from, where a line gave it.
+    void Line(std::uint64_t line) {
+        if (line != 0 && parts_ == JsonParts::All)
+            Count("line", line);
+    }
+
     void Key(std::string_view name) {
         json_.Key(name.data(), static_cast<rapidjson::SizeType>(name.size()));
     }
@@ -133,6 +171,7 @@ private:
     void WriteJob(const Job& job) {
         json_.StartObject();
         Text("name", job.Name());
+        Line(job.Line());
         Text("operator", job.Operator());
         Text("instrument", job.Instrument());
         Text("date", job.Date());
@@ -144,6 +183,7 @@ private:
     void WriteStation(const Station& station) {
         json_.StartObject();
         Text("name", station.GetNome());
+        Line(station.Line());
         Text("code", station.Identifier());
         if (!station.GetExtras().note.empty())
             Text("note", station.GetExtras().note);
@@ -159,6 +199,7 @@ private:
     void WritePoint(const Point& point) {
         json_.StartObject();
         Text("name", point.GetNome());
+        Line(point.Line());
         Text("code", point.Code());
         Text("note", point.GetExtras().note);
         Number("target_height", point.TargetHeight());
@@ -172,6 +213,7 @@ private:
     void WriteOrientationPoint(const OrientationPoint& point) {
         json_.StartObject();
         Text("name", point.GetNome());
+        Line(point.Line());
         if (!point.GetExtras().coordinatesSet) // always there for an orientation point
             WriteCoordinates({});
         WriteRest(point);
@@ -246,14 +288,20 @@ private:
         json_.StartObject();
         WriteLineBody(document.values);
         json_.EndObject();
-        Array("lines", document.lines, &JsonObject::WriteLine);
+        Key("lines");
+        json_.StartArray();
+        for (std::size_t i = 0; i < document.lines.size(); ++i)
+            WriteLine(document.lines[i],
+                      i < document.lineNumbers.size() ? document.lineNumbers[i] : 0);
+        json_.EndArray();
         json_.EndObject();
     }
 
-    void WriteLine(const CRig& line) {
+    void WriteLine(const CRig& line, std::uint64_t number) {
         json_.StartObject();
         const char type = line.GetTipoRiga();
         Text("type", {&type, 1});
+        Line(number);
         WriteLineBody(line);
         json_.EndObject();
     }
@@ -282,6 +330,7 @@ private:
     }
 
     Writer& json_;
+    JsonParts parts_;
 };
 
 } // namespace
@@ -293,7 +342,7 @@ void JsonOutput::Add(const Conversion& conversion) {
     EscapingSink escaping(sink_);
     rapidjson::PrettyWriter<EscapingSink> writer(escaping);
     writer.SetIndent(' ', 2);
-    JsonObject(writer).Write(conversion);
+    JsonObject(writer, parts_).Write(conversion);
 }
 
 void JsonOutput::End() {
@@ -305,7 +354,7 @@ void JsonOutput::End() {
 void JsonLinesOutput::Add(const Conversion& conversion) {
     EscapingSink escaping(sink_);
     rapidjson::Writer<EscapingSink> writer(escaping);
-    JsonObject(writer).Write(conversion);
+    JsonObject(writer, JsonParts::All).Write(conversion);
     sink_.Write("\n");
     sink_.Flush();
 }

@@ -4,16 +4,22 @@
 
 namespace convfile::app {
 
+/// What of a conversion is written: all that is known of it, or the field book alone, without what
+/// tells how the file was read.
+enum class JsonParts { All, FieldBook };
+
 /// Indented JSON: one object for one file, an array of them for several.
 class JsonOutput final : public Output {
 public:
-    JsonOutput(Sink& sink, std::size_t files) : sink_(sink), array_(files != 1) {}
+    JsonOutput(Sink& sink, std::size_t files, JsonParts parts = JsonParts::All)
+        : sink_(sink), parts_(parts), array_(files != 1) {}
 
     void Add(const Conversion& conversion) override;
     void End() override;
 
 private:
     Sink& sink_;
+    JsonParts parts_;
     bool array_;
     bool first_ = true;
 };

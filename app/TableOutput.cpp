@@ -2,6 +2,7 @@
 
 #include "app/CadastralTable.h"
 #include "app/Display.h"
+#include "app/Remarks.h"
 #include "app/TextTable.h"
 #include "host/NoValue.h"
 
@@ -77,6 +78,7 @@ void PrintSummary(Sink& sink, const Conversion& conversion) {
     for (const Message& message : conversion.messages)
         line += "; " + ShownMessage(message);
     sink.Write(line + "\n");
+    PrintRemarks(sink, conversion.account);
 }
 
 std::string NameOrUnnamed(const std::string& name) {
@@ -123,28 +125,33 @@ void AddExtraColumns(std::vector<Column<Record>>& columns) {
     add("Attribute", [](const Extras& e) { return Shown(e.drawingAttribute); });
 }
 
-TextTable<Point> PointTable() {
+/// A column's name with the unit that its values are in.
+std::string Head(const char* name, const std::string& unit) {
+    return std::string(name) + " [" + unit + "]";
+}
+
+TextTable<Point> PointTable(const FileAccount& units) {
     std::vector<Column<Point>> columns = {
         {"Point", Align::Left, [](const Point& p) { return Shown(p.GetNome()); }},
         {"Code", Align::Left, [](const Point& p) { return Shown(p.Code()); }},
-        {"Target height [m]", Align::Right,
+        {Head("Target height", units.lengthUnit), Align::Right,
          [](const Point& p) { return ShownLength(p.TargetHeight()); }},
-        {"Slope distance [m]", Align::Right,
+        {Head("Slope distance", units.lengthUnit), Align::Right,
          [](const Point& p) { return ShownLength(p.SlopeDistance()); }},
-        {"Zenith angle [gon]", Align::Right,
+        {Head("Zenith angle", units.angleUnit), Align::Right,
          [](const Point& p) { return ShownAngle(p.ZenithAngle()); }},
-        {"Horizontal angle [gon]", Align::Right,
+        {Head("Horizontal angle", units.angleUnit), Align::Right,
          [](const Point& p) { return ShownAngle(p.HorizontalAngle()); }},
     };
     AddExtraColumns(columns);
     return TextTable<Point>(std::move(columns));
 }
 
-TextTable<Station> StationTable() {
+TextTable<Station> StationTable(const FileAccount& units) {
     std::vector<Column<Station>> columns = {
         {"Station", Align::Left, [](const Station& s) { return NameOrUnnamed(s.GetNome()); }},
         {"Code", Align::Left, [](const Station& s) { return Shown(s.Identifier()); }},
-        {"Instrument height [m]", Align::Right,
+        {Head("Instrument height", units.lengthUnit), Align::Right,
          [](const Station& s) { return ShownLength(s.InstrumentHeight()); }},
         {"Temperature", Align::Right,
          [](const Station& s) { return ShownNumber(s.Temperature()); }},
@@ -173,9 +180,9 @@ void PrintJobHead(Sink& sink, const Job& job) {
     sink.Write(line + "\n");
 }
 
-void PrintFieldBook(Sink& sink, const FieldBook& book) {
-    TextTable<Station> stations = StationTable();
-    TextTable<Point> points = PointTable();
+void PrintFieldBook(Sink& sink, const FieldBook& book, const FileAccount& units) {
+    TextTable<Station> stations = StationTable(units);
+    TextTable<Point> points = PointTable(units);
     for (const auto& job : book.Jobs()) {
         for (const auto& station : job->stations) {
             stations.Measure(*station);
@@ -237,7 +244,7 @@ void TableOutput::Add(const Conversion& conversion) {
     PrintSummary(sink_, conversion);
     if (conversion.cadastral)
         PrintCadastralHeader(sink_, conversion.document);
-    PrintFieldBook(sink_, conversion.fieldBook);
+    PrintFieldBook(sink_, conversion.fieldBook, conversion.account);
     if (conversion.cadastral)
         PrintCadastralLines(sink_, conversion.document);
     PrintOrientationPoints(sink_, conversion.fieldBook);

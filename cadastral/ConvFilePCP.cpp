@@ -202,13 +202,15 @@ double CConvFilePCP::NextReal() {
 CRig& CConvFilePCP::AddLine(char type) {
     CRig* const line = lines_.AddRig();
     line->SetTipoRiga(type);
+    if (keeper_)
+        keeper_->WrittenLine();
     return *line;
 }
 
 /// Header. A date of eight digits gives the first two digits of its year, on purpose: the
 /// document's year has two characters, and what makes these files writes two.
 void CConvFilePCP::ConversioneRiga0() {
-    fieldBook_.AddJob(true);
+    Tell(fieldBook_.AddJob(true));
     jobIndex_ = fieldBook_.GetJobArSize() - 1;
 
     const std::string date = NextField();
@@ -237,6 +239,7 @@ void CConvFilePCP::ConversioneRiga1() {
     const std::string name = NextField();
     const std::string identifier = NextField();
     CSta* const station = fieldBook_.AddSta(jobIndex_, true);
+    Tell(station);
     if (!station)
         return;
     station->SetNome(name);
@@ -254,6 +257,7 @@ void CConvFilePCP::ConversioneRiga2() {
     const double horizontalAngle = NumberForBook(NextField());
     const double distance = DistanceOrNoValue(NumberForBook(NextField()));
     CPun* const point = fieldBook_.AddPun(jobIndex_, staIndex_, true);
+    Tell(point);
     if (!point)
         return;
     point->SetNome(name);
@@ -385,6 +389,7 @@ void CConvFilePCP::ConversioneRiga8() {
     const std::string reliability = NextField();
     const std::string comment = NextField();
     COri* const point = fieldBook_.AddOri(true);
+    Tell(point);
     if (!point)
         return;
     point->SetNome(name);

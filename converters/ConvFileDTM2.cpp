@@ -129,7 +129,8 @@ void CConvFileDTM2::LeggiCoordPnt() {
     if (!CurrentStation() || !stationPresent_)
         NeedStation();
     const CPun* const before = LastPoint();
-    AggiungePun(Text(fields_[kName]), Text(fields_[kCode]), "", 0, Reading{});
+    AggiungePun(Text(fields_[kName]), Text(fields_[kCode]), "", 0, Reading{},
+                Expected::Coordinates);
     CPun* const added = LastPoint();
     if (added == before)
         return;

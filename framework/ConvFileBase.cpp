@@ -6,12 +6,12 @@ CConvFileBase::CConvFileBase(CLibCmp& fieldBook, std::string* fileName)
 bool CConvFileBase::Esegui() {
     if (!OpenFile())
         return false;
-    AggiungeJob(NameOfFile(path_), "", "", "");
+    AddJobOfFile(path_);
     return ForEachLine([this] { return LeggeUnaRigaDaFile(); }, [this] { ConvertLine(); });
 }
 
 bool CConvFileBase::OpenFile() {
-    return file_->Open(path_, preparation_.source);
+    return CConvGen::OpenFile(path_);
 }
 
 bool CConvFileBase::LeggeUnaRigaDaFile() {

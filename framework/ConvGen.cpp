@@ -13,6 +13,32 @@
 #include <cstring>
 #include <utility>
 
+namespace {
+
+constexpr Cause kJobDeclined = {RemarkKind::Declined,
+                                "a job that the field book declined: it is not in it"};
+constexpr Cause kStationDeclined = {RemarkKind::Declined,
+                                    "a station that the field book declined: it is not in it"};
+constexpr Cause kPointDeclined = {RemarkKind::Declined,
+                                  "a point that the field book declined: it is not in it"};
+constexpr Cause kOrientationPointDeclined = {
+    RemarkKind::Declined, "an orientation point that the field book declined: it is not in it"};
+constexpr Cause kNoMeasurement = {
+    RemarkKind::NoMeasurement,
+    "a point without distance and angles: of its line the name and other texts are kept"};
+
+template <class Record>
+void TellKeeper(AccountKeeper* keeper, Record* record, const Cause& declined) {
+    if (!keeper) [[likely]]
+        return;
+    if (record)
+        keeper->Written(*record);
+    else
+        keeper->NoteAt(declined, keeper->RecordLine());
+}
+
+} // namespace
+
 CConvGen::CConvGen(CLibCmp& fieldBook, std::string* fileName)
     : fileName_(fileName),
       codeTable_(new CConvCod),
@@ -36,15 +62,28 @@ CConvGen::~CConvGen() {
 void CConvGen::Prepare(const Preparation& preparation) {
     preparation_ = {};
     std::memcpy(&preparation_, &preparation, std::min(preparation.size, sizeof preparation_));
+    if (preparation_.account || preparation_.listener)
+        keeper_ = std::make_shared<AccountKeeper>(preparation_.account, preparation_.listener,
+                                                  preparation_.problem);
 }
 
 bool CConvGen::OpenFile() {
-    return file_->Open(*fileName_, preparation_.source);
+    return OpenFile(*fileName_);
+}
+
+bool CConvGen::OpenFile(const std::string& path) {
+    if (!file_->Open(path, preparation_.source))
+        return false;
+    file_->TellTo(keeper_.get());
+    if (keeper_)
+        keeper_->Opened();
+    return true;
 }
 
 void CConvGen::AggiungeJob(std::string name, std::string operatorName, std::string instrument,
                            std::string date) {
     CJob* const job = fieldBook_.AddJob(true);
+    Tell(job);
     if (job)
         job->SetLabels(name, operatorName, instrument, date);
     jobIndex_ = job ? jobIndex_ + 1 : -1;
@@ -73,7 +112,7 @@ void CConvGen::AggiungePun(std::string name, std::string code, std::string note,
 }
 
 void CConvGen::AggiungePun(std::string name, std::string code, std::string note,
-                           double targetHeight, const Reading& reading) {
+                           double targetHeight, const Reading& reading, Expected expected) {
     if (staIndex_ < 0) {
         CSta* const station = AddStation();
         if (!station)
@@ -81,8 +120,12 @@ void CConvGen::AggiungePun(std::string name, std::string code, std::string note,
         fieldBook_.GetIndiciDiSta(station, jobIndex_, staIndex_);
     }
     CPun* const point = fieldBook_.AddPun(jobIndex_, staIndex_, true);
+    Tell(point);
     if (!point)
         return;
+    if (keeper_ && expected == Expected::Measurement && !IsPresent(reading.slopeDistance) &&
+        !IsPresent(reading.zenithAngle) && !IsPresent(reading.horizontalAngle))
+        keeper_->NoteAt(kNoMeasurement, keeper_->RecordLine());
     const std::string converted = codeTable_->CodeConvertito(code);
     const std::string mode = codeTable_->ModalitaConver(code);
     point->SetNome(name);
@@ -102,16 +145,43 @@ CSta* CConvGen::AddStation() {
     CSta* station = nullptr;
     if (jobIndex_ >= 0 || AddUnnamedJob())
         station = fieldBook_.AddSta(jobIndex_, true);
+    Tell(station);
     if (!station)
         staIndex_ = -1;
     return station;
 }
 
 bool CConvGen::AddUnnamedJob() {
-    if (!fieldBook_.AddJob(true))
+    CJob* const job = fieldBook_.AddJob(true);
+    Tell(job);
+    if (!job)
         return false;
     jobIndex_ = 0;
     return true;
+}
+
+void CConvGen::Tell(CJob* job) {
+    TellKeeper(keeper_.get(), job, kJobDeclined);
+}
+void CConvGen::Tell(CSta* station) {
+    TellKeeper(keeper_.get(), station, kStationDeclined);
+}
+void CConvGen::Tell(CPun* point) {
+    TellKeeper(keeper_.get(), point, kPointDeclined);
+}
+void CConvGen::Tell(COri* point) {
+    TellKeeper(keeper_.get(), point, kOrientationPointDeclined);
+}
+
+/// A CR that the line kept is no part of the number.
+void CConvGen::CheckRest(std::string_view text, std::size_t numberEnd, const Cause& noNumber) {
+    if (TrimBoth(text).find_first_not_of('\r') == std::string_view::npos)
+        return;
+    const std::string_view rest = TrimBoth(text.substr(numberEnd));
+    if (numberEnd == 0)
+        Note(noNumber);
+    else if (rest.find_first_not_of("\r \t") != std::string_view::npos)
+        Note(kMoreThanNumber);
 }
 
 void CConvGen::SetNomeAtJob(std::string name) {
@@ -153,8 +223,9 @@ void CConvGen::MarkAsOffsetReference(CEgn& point) {
     point.SetCodeNT(true);
 }
 
-void CConvGen::AddJobOfFile() {
-    AggiungeJob(NameOfFile(*fileName_), "", "", "");
+void CConvGen::AddJobOfFile(const std::string& path) {
+    const AtLine none(*this, 0);
+    AggiungeJob(NameOfFile(path), "", "", "");
 }
 
 std::string CConvGen::NameOfFile(const std::string& path) {

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "framework/AccountKeeper.h"
 #include "framework/Export.h"
 #include "framework/Preparation.h"
 #include "host/LibCmp.h"
+#include "routines/Numbers.h"
 #include "routines/Reading.h"
 #include "routines/TextFile.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -41,6 +44,9 @@ protected:
         kFromZeroStations = 4, ///< the same, with every station taken to be at 0, 0, 0
     };
 
+    /// What a point should have: one that has coordinates instead does not lack a measurement.
+    enum class Expected { Measurement, Coordinates };
+
     /// Appends a job and makes it the current one, without a station.
     void AggiungeJob(std::string name, std::string operatorName, std::string instrument,
                      std::string date);
@@ -51,7 +57,7 @@ protected:
     void AggiungePun(std::string name, std::string code, std::string note, double targetHeight,
                      double slopeDistance, double verticalAngle, double horizontalAngle);
     void AggiungePun(std::string name, std::string code, std::string note, double targetHeight,
-                     const Reading& reading);
+                     const Reading& reading, Expected expected = Expected::Measurement);
 
     /// Set a text of the current job, trimmed at both ends.
     void SetNomeAtJob(std::string name);
@@ -73,8 +79,9 @@ protected:
 
     /// Name of the current job; empty where there is none.
     std::string GetNomeOfJob();
-    /// Appends a job named after the file.
-    void AddJobOfFile();
+    /// Appends a job named after the file; no line of it gives that.
+    void AddJobOfFile() { AddJobOfFile(*fileName_); }
+    void AddJobOfFile(const std::string& path);
     /// The bare name of a file, as the field book holds it.
     static std::string NameOfFile(const std::string& path);
     /// The current job, or null.
@@ -84,8 +91,75 @@ protected:
     /// The point of the current station that was added last, or null.
     CPun* LastPoint();
 
+    /// Remark on the current line; the second one skips it, unless it is blank. Nothing where nobody
+    /// listens.
+    void Note(const Cause& cause) {
+        if (keeper_) [[unlikely]]
+            keeper_->Note(cause);
+    }
+    void Skip(const Cause& cause = kNoRecord) {
+        if (keeper_) [[unlikely]]
+            keeper_->Skip(cause);
+    }
+    /// True where somebody listens: for what would cost time otherwise.
+    bool IsHeard() const { return keeper_ != nullptr; }
+    /// The current line, from 1, for AtLine; 0 where nobody listens.
+    std::uint64_t LineNumber() const { return keeper_ ? keeper_->Line() : 0; }
+
+    /// Records that are written while it lives come from that line, not from the current one: for
+    /// formats that write late.
+    class AtLine {
+    public:
+        AtLine(const CConvGen& converter, std::uint64_t line) : keeper_(converter.keeper_.get()) {
+            if (keeper_)
+                before_ = keeper_->SetRecordLine(line);
+        }
+        AtLine(const AtLine&) = delete;
+        AtLine& operator=(const AtLine&) = delete;
+        ~AtLine() {
+            if (keeper_)
+                keeper_->SetRecordLine(before_);
+        }
+
+    private:
+        AccountKeeper* keeper_;
+        std::uint64_t before_ = 0;
+    };
+
+    /// As the routines of those names; a text that is no number, or more than one, is remarked on.
+    /// An empty field is none.
+    double ReadNumber(std::string_view text) {
+        double number = 0;
+        CheckEnd(text, NumberAtStart(text, number), kNoNumberIsZero);
+        return number;
+    }
+    double ReadNumberOrNoValue(std::string_view text) {
+        double number = kNoValue;
+        CheckEnd(text, NumberAtStart(text, number), kNoNumberIsAbsent);
+        return number;
+    }
+    double ReadDividedNumber(std::string_view text, double divisor) {
+        const double number = ReadNumber(text);
+        return IsPresent(number) ? number / divisor : number;
+    }
+    /// The same for a text that is kept and read as a number later.
+    void CheckNumber(std::string_view text, const Cause& noNumber = kNoNumberIsZero) {
+        if (!keeper_)
+            return;
+        double unused = 0;
+        CheckEnd(text, NumberAtStart(text, unused), noNumber);
+    }
+
+    /// Tells of a record that was just asked of the field book; null: it declined.
+    void Tell(CJob* job);
+    void Tell(CSta* station);
+    void Tell(CPun* point);
+    void Tell(COri* point);
+
     /// Opens the file; false where that cannot be done.
     bool OpenFile();
+    /// The same by that name.
+    bool OpenFile(const std::string& path);
     /// The one loop over the lines of a file that OpenFile has opened: `read` takes the next line
     /// from `file_` as its format wants it and is false at the end, `convert` does what the line
     /// means. Closes the file, and is true, whatever the lines hold.
@@ -113,8 +187,9 @@ protected:
     int warningKind_ = kNoWarning;
     CLibCmp& fieldBook_;
 
-    std::shared_ptr<TextFile> file_; ///< the file, for formats that are texts
-    std::string_view line_;          ///< the current line, or what is left of it
+    std::shared_ptr<AccountKeeper> keeper_; ///< null: nobody listens
+    std::shared_ptr<TextFile> file_;        ///< the file, for formats that are texts
+    std::string_view line_;                 ///< the current line, or what is left of it
     Preparation preparation_;
 
 private:
@@ -122,4 +197,9 @@ private:
     void SetAtJob(JobSetter set, std::string text);
     bool AddUnnamedJob();
     CSta* AddStation();
+    void CheckEnd(std::string_view text, std::size_t numberEnd, const Cause& noNumber) {
+        if (numberEnd != text.size() && keeper_) [[unlikely]]
+            CheckRest(text, numberEnd, noNumber);
+    }
+    void CheckRest(std::string_view text, std::size_t numberEnd, const Cause& noNumber);
 };

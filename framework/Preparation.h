@@ -5,6 +5,9 @@
 
 #include <cstddef>
 
+class CConvListener;
+struct FileAccount;
+
 /// How a converter is made ready between its constructor and Esegui. Without it the file of the
 /// name is read. The size comes first, so that a library built later knows how much of it the host
 /// has.
@@ -14,4 +17,8 @@ struct Preparation {
     /// Emptied by a conversion that begins, and takes what kept the conversion from its end, the
     /// destructor's part of it included. Borrowed: it must outlive the converter.
     Problem* problem = nullptr;
+    /// Takes how the file was read, once the converter has gone. Borrowed; null: nobody asks.
+    FileAccount* account = nullptr;
+    /// Is told of records and progress meanwhile. Borrowed; null: nobody listens.
+    CConvListener* listener = nullptr;
 };

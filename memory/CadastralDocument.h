@@ -3,8 +3,10 @@
 #include "host/Cts.h"
 #include "host/CtsRigArray.h"
 
+#include <cstdint>
 #include <deque>
 #include <string>
+#include <vector>
 
 namespace convfile::memory {
 
@@ -43,6 +45,8 @@ public:
     std::string province;
     CRig values;
     std::deque<CRig> lines;
+    /// The file's lines that those begin on, from 1, as far as somebody told.
+    std::vector<std::uint64_t> lineNumbers;
 };
 
 } // namespace convfile::memory

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <bitset>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -78,6 +79,10 @@ public:
     /// Codes are kept in the form in which they come.
     void TrasfCodOldAlf(bool, bool) override {}
 
+    /// The line of the file that it comes from, from 1; 0: none, or nobody told.
+    void SetLine(std::uint64_t line) { line_ = line; }
+    std::uint64_t Line() const { return line_; }
+
     const Marks& GetMarks() const { return GetExtras().marks; }
     const Extras& GetExtras() const {
         static const Extras none;
@@ -98,6 +103,7 @@ private:
 
     std::string name_;
     std::unique_ptr<Extras> extras_;
+    std::uint64_t line_ = 0;
 };
 
 } // namespace convfile::memory

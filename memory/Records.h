@@ -139,6 +139,10 @@ public:
     void SetCodeElab(short code) override { processingCode_ = code; }
     const std::string& GetNome() override { return name_; }
 
+    /// The line of the file that it comes from, from 1; 0: none, or nobody told.
+    void SetLine(std::uint64_t line) { line_ = line; }
+    std::uint64_t Line() const { return line_; }
+
     const std::string& Name() const { return name_; }
     const std::string& Operator() const { return operator_; }
     const std::string& Instrument() const { return instrument_; }
@@ -153,6 +157,7 @@ private:
     std::string instrument_;
     std::string date_;
     short processingCode_ = 0;
+    std::uint64_t line_ = 0;
 };
 
 /// An orientation point.

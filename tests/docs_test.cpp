@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <set>
 #include <sstream>
 #include <utility>
@@ -96,13 +97,25 @@ std::vector<std::string> SampleAtHead(const std::string& source) {
     return lines;
 }
 
+/// The remarks that the program prints under a file's first line.
+std::string RemarksOf(const std::string& format, const std::string& path) {
+    const std::string table = TableOf(format, path);
+    const std::size_t begin = table.find('\n') + 1;
+    return table.substr(begin, table.find("\n\n") + 1 - begin);
+}
+
+/// What is done with a sample on the page, by the word behind its fence.
+using Printed = std::string (*)(const std::string& format, const std::string& path);
+const std::map<std::string, Printed> kSamples = {{"sample", TableOf}, {"remarked", RemarksOf}};
+
 TEST(Docs, SamplesGiveWhatStandsUnderThem) {
     const TempFolder folder;
     const std::vector<Block> blocks = BlocksOf(ReadBytes(CONVFILE_FORMATS_PAGE));
     std::set<std::string_view> shown;
     for (std::size_t i = 0; i < blocks.size(); ++i) {
-        if (blocks[i].words.empty() || blocks[i].words[0] != "sample")
+        if (blocks[i].words.empty() || !kSamples.contains(blocks[i].words[0]))
             continue;
+        const Printed printed = kSamples.at(blocks[i].words[0]);
         ASSERT_GE(blocks[i].words.size(), 3U);
         const std::string& format = blocks[i].words[1];
         shown.insert(format);
@@ -111,7 +124,7 @@ TEST(Docs, SamplesGiveWhatStandsUnderThem) {
         for (const std::string& line : blocks[i + 1].lines)
             expected += line + "\n";
         const std::string path = folder.Write(blocks[i].words[2], BytesOf(blocks[i]));
-        EXPECT_EQ(TableOf(format, path), expected) << format;
+        EXPECT_EQ(printed(format, path), expected) << format;
     }
     for (const Format& format : Formats()) {
         if (format.kind != FormatKind::Database) { // a database cannot be printed

@@ -27,7 +27,7 @@ void ConvertBytesAs(const std::string& format, const std::string& name, std::str
 std::string JsonOf(const app::Conversion& conversion) {
     std::ostringstream text;
     app::Sink sink(text);
-    app::JsonOutput output(sink, 1);
+    app::JsonOutput output(sink, 1, app::JsonParts::FieldBook);
     output.Add(conversion);
     output.End();
     sink.Flush();

@@ -15,7 +15,7 @@ void ConvertAs(const std::string& format, const std::string& path, app::Conversi
 void ConvertBytesAs(const std::string& format, const std::string& name, std::string_view bytes,
                     app::Conversion& result);
 
-/// The object that the program prints for a conversion.
+/// The field book of a conversion as the program prints it, without how the file was read.
 std::string JsonOf(const app::Conversion& conversion);
 
 /// Both at once.

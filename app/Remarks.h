@@ -1,0 +1,16 @@
+#pragma once
+
+#include "app/Output.h"
+#include "entry/ConvertFile.h"
+
+#include <string>
+
+namespace convfile::app {
+
+/// A remark in one line: "unit: ... (1733 lines: 2-1734)".
+std::string ShownRemark(const Remark& remark);
+
+/// The remarks of a file, one line each.
+void PrintRemarks(Sink& sink, const FileAccount& account);
+
+} // namespace convfile::app

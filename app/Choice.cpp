@@ -68,11 +68,12 @@ Route ExtensionRoute(const std::string& path) {
 } // namespace
 
 Route ChooseRoute(const FormatChoice& choice, const std::string& path) {
-    if (choice.code)
-        return CodeRoute(*choice.code);
-    if (choice.name)
-        return NamedRoute(*choice.name, path);
-    return choice.download ? DownloadRoute(path) : ExtensionRoute(path);
+    Route route = choice.code       ? CodeRoute(*choice.code)
+                  : choice.name     ? NamedRoute(*choice.name, path)
+                  : choice.download ? DownloadRoute(path)
+                                    : ExtensionRoute(path);
+    route.complete = choice.complete;
+    return route;
 }
 
 std::string FormatList() {

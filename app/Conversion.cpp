@@ -50,7 +50,7 @@ std::string ProblemOf(const Route& route, const std::string& path, const std::st
 
 /// Gives what the converter says itself of a failure.
 std::string RunFormat(const Format& format, const std::string& path, const ByteSource& source,
-                      Conversion& result) {
+                      const ReadingRules& rules, Conversion& result) {
     if (format.kind == FormatKind::Database)
         KeepDatabaseDriver();
     memory::PointLibrary pointLibrary(result.notifications);
@@ -64,7 +64,8 @@ std::string RunFormat(const Format& format, const std::string& path, const ByteS
                                     .cadastralDocument = &result.document,
                                     .pointLibrary = &pointLibrary,
                                     .drawing = &drawing,
-                                    .listener = &lineNumbers},
+                                    .listener = &lineNumbers,
+                                    .rules = rules},
                                    report);
     result.cadastral = result.converted && format.kind == FormatKind::Cadastral;
     result.account = std::move(report.account);
@@ -80,15 +81,16 @@ void Convert(const Route& route, const std::string& path, Conversion& result) {
     result.path = path;
     std::string reason;
     if (route.format && !path.empty())
-        reason = RunFormat(*route.format, path, {}, result);
+        reason = RunFormat(*route.format, path, {},
+                           route.complete ? ReadingRules::Complete() : ReadingRules{}, result);
     if (!result.converted)
         result.problem = ProblemOf(route, path, reason);
 }
 
 void ConvertFrom(const ByteSource& source, const Format& format, const std::string& name,
-                 Conversion& result) {
+                 Conversion& result, const ReadingRules& rules) {
     result.path = name;
-    result.problem = RunFormat(format, name, source, result);
+    result.problem = RunFormat(format, name, source, rules, result);
 }
 
 std::string BareName(const std::string& path) {

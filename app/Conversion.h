@@ -31,7 +31,7 @@ void Convert(const Route& route, const std::string& path, Conversion& result);
 /// Converts bytes that are in memory or come from a stream as a file of that name would be. (A job
 /// database cannot be.)
 void ConvertFrom(const ByteSource& source, const Format& format, const std::string& name,
-                 Conversion& result);
+                 Conversion& result, const ReadingRules& rules = {});
 
 /// The bare name of the file in UTF-8.
 std::string BareName(const std::string& path);

@@ -46,6 +46,8 @@ void Declare(CLI::App& app, Options& options, bool& listFormats) {
                      "Files downloaded from an instrument: the format by the file's extension");
     code->excludes(name)->excludes(download);
     name->excludes(download);
+    app.add_flag("--complete", options.choice.complete,
+                 "Read also what the classic rules leave out: other units, coordinates, line ends");
     app.add_option("--to", options.view, "What to print")
         ->check(CLI::IsMember(std::vector<std::string>(std::begin(kViews), std::end(kViews))))
         ->capture_default_str();

@@ -19,7 +19,8 @@ void Convert(const ConversionOrder& order, ConversionReport& report) {
                                         .preparation = {.source = order.source,
                                                         .problem = &problem,
                                                         .account = &report.account,
-                                                        .listener = order.listener}},
+                                                        .listener = order.listener,
+                                                        .rules = order.rules}},
                                        &file);
     report.shortOfMemory = problem.shortOfMemory;
     report.problem = problem.text;

@@ -2,6 +2,7 @@
 
 #include "framework/Account.h"
 #include "framework/Export.h"
+#include "framework/ReadingRules.h"
 #include "routines/InputFile.h"
 
 #include <cstddef>
@@ -25,6 +26,7 @@ struct ConversionOrder {
     CLibPnt* pointLibrary = nullptr;   ///< needed, with the drawing, by the job database
     CGcadEng* drawing = nullptr;
     CConvListener* listener = nullptr; ///< is told of records and progress, and may cancel
+    ReadingRules rules = {};           ///< what of the file is read
 };
 
 /// What became of it.

@@ -72,7 +72,7 @@ bool CConvGen::OpenFile() {
 }
 
 bool CConvGen::OpenFile(const std::string& path) {
-    if (!file_->Open(path, preparation_.source))
+    if (!file_->Open(path, preparation_.source, preparation_.rules.lines))
         return false;
     file_->TellTo(keeper_.get());
     if (keeper_)
@@ -214,6 +214,14 @@ Reading CConvGen::ReducedReading(double horizontalDistance, double heightDiffere
         return {.horizontalAngle = horizontalAngle};
     warningKind_ = kReduced;
     return RoundedReadingFromReduced(horizontalDistance, heightDifference, horizontalAngle);
+}
+
+void CConvGen::SetPlace(CEgn& record, const Place& place) const {
+    if (!Rules().readsCoordinates ||
+        (!IsPresent(place.x) && !IsPresent(place.y) && !IsPresent(place.z)))
+        return;
+    record.SetCoord(FiniteOrNoValue(place.x), FiniteOrNoValue(place.y), FiniteOrNoValue(place.z));
+    record.CalcolaValiditaXYZ();
 }
 
 void CConvGen::MarkAsOffsetReference(CEgn& point) {

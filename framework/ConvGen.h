@@ -44,6 +44,13 @@ protected:
         kFromZeroStations = 4, ///< the same, with every station taken to be at 0, 0, 0
     };
 
+    /// Coordinates of a station or point, metres: east, north, height.
+    struct Place {
+        double x = kNoValue;
+        double y = kNoValue;
+        double z = kNoValue;
+    };
+
     /// What a point should have: one that has coordinates instead does not lack a measurement.
     enum class Expected { Measurement, Coordinates };
 
@@ -72,6 +79,11 @@ protected:
     /// is said.
     Reading ReducedReading(double horizontalDistance, double heightDifference,
                            double horizontalAngle = kNoValue);
+
+    /// What of the file is read.
+    const ReadingRules& Rules() const { return preparation_.rules; }
+    /// Gives a station or point its coordinates, where they are read and one of them is there.
+    void SetPlace(CEgn& record, const Place& place) const;
 
     /// Sets the four marks of a point that others are given from by offsets: it is no point of the
     /// plan itself.

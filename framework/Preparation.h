@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/Problem.h"
+#include "framework/ReadingRules.h"
 #include "routines/InputFile.h"
 
 #include <cstddef>
@@ -21,4 +22,5 @@ struct Preparation {
     FileAccount* account = nullptr;
     /// Is told of records and progress meanwhile. Borrowed; null: nobody listens.
     CConvListener* listener = nullptr;
+    ReadingRules rules = {}; ///< what of the file is read
 };

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "routines/TextFile.h"
+
+/// What of a file is read. As it is, the classic reading: what the formats' readers have always
+/// made of their files. The complete one reads what instruments of today write besides.
+struct ReadingRules {
+    LineRules lines = LineRules::Classic;
+    bool appliesUnits = false;     ///< values come out in gon and metres whatever the file's units
+    bool readsCoordinates = false; ///< coordinates of stations and points reach the field book
+    bool opensSetUps = false;      ///< stations that the classic records leave out are opened
+
+    static constexpr ReadingRules Complete() {
+        return {.lines = LineRules::Complete,
+                .appliesUnits = true,
+                .readsCoordinates = true,
+                .opensSetUps = true};
+    }
+};

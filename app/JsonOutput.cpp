@@ -1,6 +1,7 @@
 #include "app/JsonOutput.h"
 
 #include "app/Display.h"
+#include "app/Platform.h"
 #include "host/NoValue.h"
 #include "routines/CodePage.h"
 
@@ -65,6 +66,9 @@ public:
             Utf8("format", conversion.account.format);
             Key("account");
             WriteAccount(conversion.account);
+            Utf8("path", Utf8OfName(conversion.path));
+            if (!conversion.converted)
+                Utf8("problem", conversion.problem);
         }
         Array("messages", conversion.messages, &JsonObject::WriteMessage);
         Array("jobs", conversion.fieldBook.Jobs(), &JsonObject::WriteJob);

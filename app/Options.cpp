@@ -57,7 +57,9 @@ void Declare(CLI::App& app, Options& options, bool& listFormats) {
     app.add_subcommand(kListCommand, "List the formats that can be read")->callback([&listFormats] {
         listFormats = true;
     });
-    app.footer("Without --code, --format or --download the extension of each file chooses.\n"
+    app.footer("Without --code, --format or --download the extension of each file chooses, or its "
+               "content\n"
+               "where several formats have it, or none. \"-\" is standard input.\n"
                "Exit status: 0 all converted, 1 at least one was not, 2 wrong usage.");
 }
 

@@ -11,6 +11,7 @@
 namespace convfile::app {
 
 inline constexpr std::string_view kProgram = "convfile";
+inline constexpr std::string_view kStandardInput = "-"; ///< as the name of a file
 
 /// What the command line says.
 struct Options {

@@ -39,9 +39,7 @@ CConvFileCAM::~CConvFileCAM() = default;
 bool CConvFileCAM::Esegui() {
     if (!OpenFile())
         return false;
-    const std::size_t dot = fileName_->rfind('.');
-    const bool isCam =
-        dot != std::string::npos && EqualIgnoringCase(fileName_->substr(dot), ".cam");
+    const bool isCam = HasLayout("CAM");
     AddJobOfFile();
     return ForEachLine([this] { return LeggeUnaRigaCAM(); },
                        [&] { isCam ? ConvertiRigaCAM() : ConvertiRigaTXT(); });

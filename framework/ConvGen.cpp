@@ -50,7 +50,7 @@ CConvGen::~CConvGen() {
     static constexpr std::array<TextId, 5> kTexts = {
         TextId::None, TextId::Reduced, TextId::ReducedAtGround, TextId::FromCoordinates,
         TextId::FromZeroStations};
-    if (warningKind_ <= kNoWarning || warningKind_ > kFromZeroStations)
+    if (warningKind_ <= kNoWarning || warningKind_ > kFromZeroStations || preparation_.isTrial)
         return;
     Finish([this] {
         const std::string title = LoadText(TextId::ImportFile);
@@ -177,11 +177,11 @@ void CConvGen::Tell(COri* point) {
 void CConvGen::CheckRest(std::string_view text, std::size_t numberEnd, const Cause& noNumber) {
     if (TrimBoth(text).find_first_not_of('\r') == std::string_view::npos)
         return;
-    const std::string_view rest = TrimBoth(text.substr(numberEnd));
-    if (numberEnd == 0)
-        Note(noNumber);
-    else if (rest.find_first_not_of("\r \t") != std::string_view::npos)
-        Note(kMoreThanNumber);
+    const bool isNumber =
+        numberEnd > 0 && text.find_first_not_of(" \t\r", numberEnd) == std::string_view::npos;
+    keeper_->CountNumber(isNumber);
+    if (!isNumber)
+        Note(numberEnd == 0 ? noNumber : kMoreThanNumber);
 }
 
 void CConvGen::SetNomeAtJob(std::string name) {
@@ -240,6 +240,14 @@ std::string CConvGen::NameOfFile(const std::string& path) {
     std::string name = path;
     EstraiIlNomeFile(name);
     return TextOfPath(name);
+}
+
+bool CConvGen::HasLayout(std::string_view extension) const {
+    if (*preparation_.layout)
+        return preparation_.layout == extension;
+    const std::size_t dot = fileName_->rfind('.');
+    return dot != std::string::npos &&
+           EqualIgnoringCase(std::string_view(*fileName_).substr(dot + 1), extension);
 }
 
 std::string CConvGen::GetNomeOfJob() {

@@ -96,6 +96,8 @@ protected:
     void AddJobOfFile(const std::string& path);
     /// The bare name of a file, as the field book holds it.
     static std::string NameOfFile(const std::string& path);
+    /// True where the file is to be read in the layout of that extension (upper case).
+    bool HasLayout(std::string_view extension) const;
     /// The current job, or null.
     CJob* CurrentJob() { return fieldBook_.GetJobAt(jobIndex_); }
     /// The current station, or null.
@@ -210,8 +212,12 @@ private:
     bool AddUnnamedJob();
     CSta* AddStation();
     void CheckEnd(std::string_view text, std::size_t numberEnd, const Cause& noNumber) {
-        if (numberEnd != text.size() && keeper_) [[unlikely]]
+        if (!keeper_) [[likely]]
+            return;
+        if (numberEnd != text.size())
             CheckRest(text, numberEnd, noNumber);
+        else if (numberEnd > 0)
+            keeper_->CountNumber(true);
     }
     void CheckRest(std::string_view text, std::size_t numberEnd, const Cause& noNumber);
 };

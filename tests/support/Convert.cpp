@@ -8,16 +8,14 @@
 namespace convfile::test {
 
 void ConvertAs(const std::string& format, const std::string& path, app::Conversion& result) {
-    app::FormatChoice choice;
-    choice.name = format;
-    app::Convert(app::ChooseRoute(choice, path), path, result);
+    app::Convert({.format = format, .trustsFormat = true}, path, result);
 }
 
 void ConvertBytesAs(const std::string& format, const std::string& name, std::string_view bytes,
                     app::Conversion& result) {
-    const Format& known = *FormatByName(format);
-    if (known.kind != FormatKind::Database) {
-        ConvertFrom(ByteSource::Memory(bytes), known, name, result);
+    if (FormatByName(format)->kind != FormatKind::Database) {
+        app::Convert({.format = format, .trustsFormat = true}, name, result,
+                     ByteSource::Memory(bytes));
         return;
     }
     const TempFolder folder;

@@ -99,6 +99,20 @@ TEST(Calculator, DerivesAnObservationFromCoordinates) {
     EXPECT_EQ(point->GetDiIn(), 1) << "left alone where the point has no x";
 }
 
+TEST(LineRecord, AVertexMayFollowOneThatIsRepeated) {
+    CRig line;
+    line.RepeatLastVrt(3);
+    EXPECT_EQ(line.GetVrtArSize(), 0) << "there is none to repeat";
+    line.AddVrt({.name = "A"});
+    line.RepeatLastVrt(2);
+    EXPECT_EQ(line.GetVrtArSize(), 3);
+    EXPECT_EQ(line.AddVrt({.name = "B"}), 3);
+    ASSERT_EQ(line.GetVrtArSize(), 4);
+    EXPECT_EQ(line.GetVrtAt(2)->name, "A");
+    EXPECT_EQ(line.GetVrtAt(3)->name, "B");
+    EXPECT_EQ(line.GetVrtAt(4), nullptr);
+}
+
 TEST(CadastralDocument, KnowsTheProvincesByName) {
     CadastralDocument document;
     EXPECT_EQ(document.GetNomeProvSigla("Agrigento"), "AG");

@@ -54,16 +54,20 @@ std::string RunFormat(const Format& format, std::string path, const ByteSource& 
     memory::PointLibrary pointLibrary(result.notifications);
     memory::DrawingEngine drawing(result.notifications);
     Problem problem;
+    errno = 0;
     result.converted = format.convert({.fieldBook = result.fieldBook,
                                        .cadastralDocument = &result.document,
                                        .pointLibrary = &pointLibrary,
                                        .drawing = &drawing,
                                        .preparation = {.source = source, .problem = &problem}},
                                       &path);
+    const int openingError = errno;
     result.cadastral = result.converted && format.kind == FormatKind::Cadastral;
     result.messages = memory::TakeMessages();
     if (problem.shortOfMemory)
         result.fieldBook.Clear(); // what it holds is what the rest of the work lacks
+    else if (!result.converted && openingError == ENOMEM)
+        return "not enough memory";
     return problem.text;
 }
 

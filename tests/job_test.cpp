@@ -43,6 +43,16 @@ TEST(JobImport, GivesTheReferenceFieldBooks) {
     }
 }
 
+TEST(JobImport, PhotosOfAFileWithoutAFolderLieBesideIt) {
+    GoldenFiles();
+    std::filesystem::current_path("tlsv");
+    app::Conversion job;
+    ImportJob(RealisticJob(), "day-jet4.tlsv", job);
+    EXPECT_EQ(
+        job.fieldBook.Jobs().at(0)->stations.at(0)->points.at(0)->GetExtras().photos.at(0).path,
+        "day-jet4\\p1.jpg");
+}
+
 TEST(JobImport, TellsTheHostInOrder) {
     app::Conversion job;
     ImportJob(RealisticJob(), job);

@@ -150,7 +150,8 @@ TEST(EveryFormat, TakesAReadErrorForTheEnd) {
         for (std::size_t part = 0; part < 5 && format.kind != FormatKind::Database; ++part) {
             const std::string cut = bytes.substr(0, bytes.size() * part / 5);
             std::string_view left = cut;
-            std::FILE* const stream = fopencookie(&left, "rb", {ReadAndFail, nullptr, nullptr, nullptr});
+            std::FILE* const stream =
+                fopencookie(&left, "rb", {ReadAndFail, nullptr, nullptr, nullptr});
             app::Conversion failed;
             app::Conversion ended;
             ConvertFrom(ByteSource::Stream(stream), format, golden.Path(), failed);

@@ -87,7 +87,7 @@ void AddRow(Table& table, std::string line) {
     access::Row row;
     row.deleted = Take(line, "deleted: ");
     row.moved = Take(line, "moved: ");
-    for (const std::string& field : Fields(line))
+    for (const std::string& field : line == "none" ? std::vector<std::string>() : Fields(line))
         row.values.push_back(ValueOf(table.columns.at(row.values.size()).type, field));
     table.rows.push_back(row);
 }

@@ -27,7 +27,8 @@ struct DatabaseText {
 ///   NAME TYPE | ...             columns; before the name * (in the primary key) or + (has an index),
 ///                               behind the type the displayed place, or "dropped"
 ///   VALUE | ...                 a row; nothing is NULL, a text may stand in quotation marks;
-///                               "deleted:" or "moved:" may precede it
+///                               "deleted:" or "moved:" may precede it; "none": one that is older
+///                               than all columns
 ///   COUNT SELECT ...            a question for that many fields; the rows follow, one a line
 ///   fault SELECT ...            a statement that is refused
 ///

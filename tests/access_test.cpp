@@ -166,6 +166,7 @@ TEST(AccessFile, SaysWhichTableIsDamagedAndHow) {
         {Bytes(good).Set(3, map, 1, 1).Set(3, map + 5, 0, 1).Set(3, map + 65, 6, 4),
          "page 6 is no map of pages"}, // its last entry
         {Bytes(good).Set(3, map + 5, 0, 1), "its map of pages lacks some (0 of 3 rows found)"},
+        {Bytes(good).Set(3, 14, 4096 - 5, 2), "its map of pages lacks some (0 of 3 rows found)"},
         {Bytes(good).Set(3, map + 6, 0xFF, 1), ""}, // pages that are none of the table's
         {Bytes(good).Set(5, 0, 4, 1), "page 5 is none of its data pages (0 of 3 rows found)"},
         {Bytes(good).Set(5, 4, 7, 4), "page 5 is none of its data pages (0 of 3 rows found)"},

@@ -1,5 +1,5 @@
-// The query helper off Windows, on Access files that the tests make: what it gives, which statements
-// are at fault, which tables are not there.
+// The query helper off Windows, on Access files that the tests make: what it gives, which
+// statements are at fault, which tables are not there.
 
 #include "database/DBDataProviderLcm.h"
 #include "routines/CodePage.h"

@@ -1,5 +1,5 @@
-// A conversion of which one allocation fails, each in turn: those of this program's own operator new,
-// and those of the database in memory.
+// A conversion of which one allocation fails, each in turn: that of this program's own operator
+// new, or of the database in memory.
 
 #include "app/Conversion.h"
 #include "memory/PointLibrary.h"

@@ -120,8 +120,8 @@ TEST(Trigonometry, TakesEveryArgument) {
 using Pair = std::array<double, 2>;
 
 /// One number for the bits of many results: FNV-1a. Where the C library's long doubles can tell, no
-/// double is nearer to the exact result. (On Windows they cannot: the processor reduces their angles
-/// by too short a pi.)
+/// double is nearer to the exact result. (On Windows they cannot: the processor reduces their
+/// angles by too short a pi.)
 template <class Draw, class Ours, class Exact>
 std::uint64_t Fingerprint(Draw draw, Ours ours, [[maybe_unused]] Exact exact) {
     Arguments arguments;

@@ -12,7 +12,7 @@ namespace convfile::test::access {
 
 namespace {
 
-// Where things stand is the reader's table of that: a wrong place there changes the reference files.
+// Where things stand says the reader's table: a wrong place there changes the reference files.
 using namespace database;
 constexpr ByVersion kPrecision = {9, 11};    ///< of a Numeric column
 constexpr ByVersion kScrambled = {126, 128}; ///< bytes of the header

@@ -24,15 +24,14 @@ struct DatabaseText {
 /// Reads such a file. Its lines are:
 ///
 ///   table NAME
-///   NAME TYPE | ...             columns; before the name * (in the primary key) or + (has an index),
-///                               behind the type the displayed place, or "dropped"
-///   VALUE | ...                 a row; nothing is NULL, a text may stand in quotation marks;
-///                               "deleted:" or "moved:" may precede it; "none": one that is older
-///                               than all columns
-///   COUNT SELECT ...            a question for that many fields; the rows follow, one a line
-///   fault SELECT ...            a statement that is refused
+///   NAME TYPE | ...     columns; before the name * (in the primary key) or + (has an index),
+///                       behind the type the displayed place, or "dropped"
+///   VALUE | ...         a row; nothing is NULL, a text may stand in quotation marks; "deleted:" or
+///                       "moved:" may precede it; "none": one that is older than all columns
+///   COUNT SELECT ...    a question for that many fields; the rows follow, one a line
+///   fault SELECT ...    a statement that is refused
 ///
-/// Empty lines separate; lines that begin with # say something to the reader.
+/// Empty lines separate; lines that begin with # are for the reader.
 DatabaseText ReadDatabaseText(const std::string& name);
 
 } // namespace convfile::test

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <map>
 #include <stdexcept>
 
 namespace convfile::test {
@@ -12,7 +13,7 @@ using access::Table;
 using access::Type;
 using access::Value;
 
-constexpr std::pair<const char*, Type> kTypes[] = {
+const std::map<std::string, Type> kTypes = {
     {"Boolean", Type::Boolean}, {"Byte", Type::Byte},         {"Integer", Type::Integer},
     {"Long", Type::Long},       {"Currency", Type::Currency}, {"Single", Type::Single},
     {"Double", Type::Double},   {"Date", Type::Date},         {"Binary", Type::Binary},
@@ -47,7 +48,7 @@ void AddColumn(Table& table, std::string field) {
         column.displayOrder = std::stoi(type);
     if (column.dropped || column.displayOrder >= 0)
         type = TakeLast(field);
-    column.type = std::ranges::find(kTypes, type, &std::pair<const char*, Type>::first)->second;
+    column.type = kTypes.at(type);
     const int place = static_cast<int>(table.columns.size());
     if (field[0] == '*')
         (table.primaryKey < 0 ? table.primaryKey : table.secondKey) = place;

@@ -186,6 +186,14 @@ TEST_F(QueryTest, WithoutAConnectionNothingIsRead) {
     EXPECT_EQ(database_.ReadData("SELECT 1", "", 1), "");
 }
 
+TEST_F(QueryTest, AStatementMayBeTooLong) {
+    Connect(RealisticJob());
+    const std::string condition(70'000, '1');
+    EXPECT_FALSE(database_.CreateQuery("SELECT 1 WHERE 0=", condition));
+    EXPECT_FALSE(database_.GenerateQuery(std::wstring(70'000, L' ').append(L"SELECT 1").c_str()));
+    EXPECT_TRUE(database_.GenerateQuery(L"SELECT Name FROM tblSoPoints"));
+}
+
 /// What a key says becomes part of a statement.
 TEST_F(QueryTest, AStatementThatWouldWorkForYearsIsEnded) {
     Connect(RealisticJob());

@@ -35,6 +35,8 @@ std::string OpeningProblem(const std::string& path) {
 /// Why a file was not converted; `reason` is what its conversion says itself.
 std::string ProblemOf(const Route& route, const std::string& path, const ConversionReport& report,
                       bool isFile) {
+    if (report.shortOfMemory)
+        return report.problem;
     std::string problem = isFile ? OpeningProblem(path) : std::string();
     if (!problem.empty())
         return problem;

@@ -6,6 +6,7 @@
 #include "routines/FileName.h"
 #include "routines/Text.h"
 
+#include <cerrno>
 #include <vector>
 
 namespace {
@@ -91,14 +92,22 @@ void NoteOtherFormat(const Format& better, const Format& format, FileAccount& ac
                                .count = 1});
 }
 
+/// Nothing is said of a file that does not open, but for want of memory: who named it can find out.
+void NoteOpening(ConversionReport& report) {
+    report.shortOfMemory = errno == ENOMEM;
+    if (report.shortOfMemory)
+        report.problem = "not enough memory";
+}
+
 void Convert(const ConversionOrder& order, ConversionReport& report) {
     if (!order.fieldBook || order.file.empty()) {
         report.problem = "the order lacks file or field book";
         return;
     }
     Sample sample;
+    errno = 0;
     if (!sample.Open(order.file, order.source)) {
-        report.problem = "cannot be opened";
+        NoteOpening(report);
         return;
     }
     const Choice choice = Choose(sample, order);
@@ -114,6 +123,7 @@ void Convert(const ConversionOrder& order, ConversionReport& report) {
     }
     Problem problem;
     std::string file = order.file;
+    errno = 0;
     report.converted = format->convert({.fieldBook = *order.fieldBook,
                                         .cadastralDocument = order.cadastralDocument,
                                         .pointLibrary = order.pointLibrary,
@@ -127,6 +137,8 @@ void Convert(const ConversionOrder& order, ConversionReport& report) {
                                        &file);
     report.shortOfMemory = problem.shortOfMemory;
     report.problem = problem.text;
+    if (!report.converted && !problem.failed)
+        NoteOpening(report);
     if (report.converted)
         report.account.format = format->name;
     if (choice.better)

@@ -3,6 +3,7 @@
 #include "app/Display.h"
 #include "host/NoValue.h"
 #include "routines/CodePage.h"
+#include "routines/Numbers.h"
 
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/writer.h>

@@ -5,16 +5,6 @@
 
 namespace convfile::app {
 
-void Sink::Flush() {
-    Empty();
-    stream_.flush();
-}
-
-void Sink::Empty() {
-    stream_.write(buffer_.get(), static_cast<std::streamsize>(used_));
-    used_ = 0;
-}
-
 std::unique_ptr<Output> MakeOutput(std::string_view name, Sink& sink, std::size_t files) {
     if (name == kSummary)
         return std::make_unique<SummaryOutput>(sink);

@@ -1,6 +1,7 @@
 #include "export/Output.h"
 
 #include "export/CsvTable.h"
+#include "export/DxfDrawing.h"
 #include "export/PointsTable.h"
 
 #include <algorithm>
@@ -17,6 +18,7 @@ std::unique_ptr<Output> Make(OutputBuffer& out) {
 constexpr OutputKind kKinds[] = {
     {"csv", false, Make<CsvTable>},
     {"points", false, Make<PointsTable>},
+    {"dxf", true, Make<DxfDrawing>},
 };
 
 } // namespace

@@ -9,13 +9,13 @@
 #include <cmath>
 #include <sstream>
 #include <string>
+#include <utility>
 
 namespace convfile::test {
 namespace {
 
 using namespace convfile::exports;
 using testing::HasSubstr;
-using testing::StartsWith;
 
 /// What that kind of output is for these files.
 std::string Made(std::string_view kind, const std::vector<Work>& works) {
@@ -77,6 +77,44 @@ TEST(PointsTable, HasARowForEachPlace) {
               "P\u00E8,1010.0002,5000,0,KERB,point,1,2,0.0002,a.gsi,SITE\r\n"
               ",0,0,0,,station,2,0,,a.gsi,SITE\r\n"
               "7,0,2.0001,0,,point,2,1,0,a.gsi,SITE\r\n");
+}
+
+/// A work with one station and these points around it.
+Work OneStation(std::vector<Point> points) {
+    Work work{.file = "a.gsi"};
+    work.jobs.resize(1);
+    work.jobs[0].setUps.resize(1);
+    work.jobs[0].setUps[0].name = "S1";
+    work.jobs[0].setUps[0].points = std::move(points);
+    return work;
+}
+
+TEST(DxfDrawing, TextsStayWhatTheyAre) {
+    const std::string dxf =
+        Made("dxf", {OneStation({Sighted("100%%d", 10, 0), Sighted("5%", 10, 90),
+                                 Sighted("a^J", 10, 180), Sighted("Citt\xE0\r\n\x81", 10, 270),
+                                 Sighted(std::string(300, 'x'), 10, 360)})});
+    EXPECT_THAT(dxf, HasSubstr("\r\n  1\r\n100%%%%%%d\r\n"));
+    EXPECT_THAT(dxf, HasSubstr("\r\n  1\r\n5%\r\n"));
+    EXPECT_THAT(dxf, HasSubstr("\r\n  1\r\na^ J\r\n"));
+    EXPECT_THAT(dxf, HasSubstr("\r\n  1\r\nCitt\xE0   \r\n"));
+    EXPECT_THAT(dxf, HasSubstr("\r\n  1\r\n" + std::string(255, 'x') + "\r\n"));
+}
+
+TEST(DxfDrawing, NumbersAreReal) {
+    const std::string dxf =
+        Made("dxf", {OneStation({Sighted("1", 10, 100), Sighted("2", 1e20, 0)})});
+    EXPECT_THAT(dxf, HasSubstr("POINTS\r\n 10\r\n10.0\r\n 20\r\n0.0\r\n 30\r\n0.0\r\n"));
+    EXPECT_THAT(dxf, HasSubstr("\r\n1e+20\r\n"));
+}
+
+TEST(Drawings, SayThatThereIsNothing) {
+    Work work{.file = "empty & <odd>\x01.gsi"};
+    for (const std::size_t jobs : {0U, 1U}) {
+        work.jobs.resize(jobs);
+        EXPECT_THAT(Made("dxf", {work}), HasSubstr("TEXT\r\n  8\r\nLABELS\r\n"));
+        EXPECT_THAT(Made("dxf", {work}), HasSubstr("Nothing to draw"));
+    }
 }
 
 } // namespace

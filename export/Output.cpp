@@ -3,6 +3,7 @@
 #include "export/CsvTable.h"
 #include "export/DxfDrawing.h"
 #include "export/PointsTable.h"
+#include "export/SvgDrawing.h"
 
 #include <algorithm>
 
@@ -19,6 +20,7 @@ constexpr OutputKind kKinds[] = {
     {"csv", false, Make<CsvTable>},
     {"points", false, Make<PointsTable>},
     {"dxf", true, Make<DxfDrawing>},
+    {"svg", true, Make<SvgDrawing>},
 };
 
 } // namespace

@@ -16,6 +16,7 @@ namespace {
 
 using namespace convfile::exports;
 using testing::HasSubstr;
+using testing::Not;
 
 /// What that kind of output is for these files.
 std::string Made(std::string_view kind, const std::vector<Work>& works) {
@@ -114,6 +115,40 @@ TEST(Drawings, SayThatThereIsNothing) {
         work.jobs.resize(jobs);
         EXPECT_THAT(Made("dxf", {work}), HasSubstr("TEXT\r\n  8\r\nLABELS\r\n"));
         EXPECT_THAT(Made("dxf", {work}), HasSubstr("Nothing to draw"));
+        const std::string svg = Made("svg", {work});
+        EXPECT_THAT(svg, HasSubstr("<title>empty &amp; &lt;odd&gt; .gsi</title>"));
+        EXPECT_THAT(svg, HasSubstr(">Nothing to draw"));
+    }
+}
+
+TEST(SvgDrawing, KeepsNamesWithoutRoomAsTitles) {
+    std::vector<std::string> names;
+    for (int i = 0; i < 400; ++i)
+        names.push_back("P" + std::to_string(i));
+    std::vector<Point> points;
+    for (std::size_t i = 0; i < names.size(); ++i)
+        points.push_back(Sighted(names[i], 50, 0.001 * static_cast<double>(i)));
+    points.push_back(Sighted("R&D \"\x80\"\r", 50, 200));
+    points.back().line = 17;
+    const std::string svg = Made("svg", {OneStation(points)});
+    for (const std::string& name : names)
+        EXPECT_THAT(svg, HasSubstr("<title>" + name + "</title>"));
+    EXPECT_THAT(svg, HasSubstr(">P0</text>"));
+    EXPECT_THAT(svg, HasSubstr(">S1</text>"));
+    EXPECT_THAT(svg, Not(HasSubstr(">P20</text>"))) << "eight fit around the spot";
+    EXPECT_THAT(svg, HasSubstr(" data-line=\"17\"><title>R&amp;D \"\u20AC\"&#13;</title>"));
+    EXPECT_THAT(svg, HasSubstr(">10 m</text>"));
+}
+
+TEST(SvgDrawing, OnePlaceAndFarPlacesHaveASheet) {
+    for (const double distance : {0.0, 1e-9, 1e3, 1e9, 1e150}) {
+        Work work = OneStation({Sighted("1", distance, 50)});
+        work.jobs[0].setUps[0].coordinates = {1e6, 5e6, 100};
+        const std::string svg = Made("svg", {work});
+        EXPECT_THAT(svg, HasSubstr(" m</text>")) << distance;
+        EXPECT_THAT(svg, Not(HasSubstr("nan"))) << distance;
+        EXPECT_THAT(svg, Not(HasSubstr("inf"))) << distance;
+        EXPECT_LT(svg.size(), 4000U) << distance;
     }
 }
 

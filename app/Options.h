@@ -15,7 +15,7 @@ inline constexpr std::string_view kProgram = "convfile";
 /// What the command line says.
 struct Options {
     FormatChoice choice;
-    std::string view = std::string(kTable); ///< one of kViews
+    std::string view = std::string(kTable); ///< one of Views()
     std::string outputFile;                 ///< empty: standard output
     std::vector<std::string> files;         ///< empty only where the formats are to be listed
 };

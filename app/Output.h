@@ -4,7 +4,9 @@
 #include "routines/OutputBuffer.h"
 
 #include <memory>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace convfile::app {
 
@@ -28,7 +30,11 @@ inline constexpr std::string_view kSummary = "summary";
 inline constexpr std::string_view kTable = "table";
 inline constexpr std::string_view kJson = "json";
 inline constexpr std::string_view kJsonLines = "jsonl";
-inline constexpr std::string_view kViews[] = {kSummary, kTable, kJson, kJsonLines};
+/// All of them, those made by export/ among them.
+std::vector<std::string> Views();
+
+/// True for a drawing, which shows one file.
+bool TakesOneFile(std::string_view view);
 
 /// The way of that name; `files` is how many results will come. Null for an unknown name.
 std::unique_ptr<Output> MakeOutput(std::string_view name, Sink& sink, std::size_t files);

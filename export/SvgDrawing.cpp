@@ -156,7 +156,7 @@ private:
     }
 
     void WriteSights() {
-        constexpr std::size_t kFew = 15; // more of them at a station would be a dark star
+        constexpr std::size_t kFew = 25; // more of them at a station would be a dark star
         const bool few = drawing_.lines.size() <= kFew * Stations();
         out_.Write("<g id=\"sights\" stroke-width=\"0.7\" stroke=\"");
         out_.Write(few ? "#a3b3bf\">\n" : "#d0d8de\">\n");

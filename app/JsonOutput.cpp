@@ -4,6 +4,7 @@
 #include "app/Platform.h"
 #include "host/NoValue.h"
 #include "routines/CodePage.h"
+#include "routines/Numbers.h"
 
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/writer.h>

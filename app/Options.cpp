@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <iterator>
 #include <limits>
 #include <system_error>
 #include <utility>
@@ -49,7 +48,7 @@ void Declare(CLI::App& app, Options& options, bool& listFormats) {
     app.add_flag("--complete", options.choice.complete,
                  "Read also what the classic rules leave out: other units, coordinates, line ends");
     app.add_option("--to", options.view, "What to print")
-        ->check(CLI::IsMember(std::vector<std::string>(std::begin(kViews), std::end(kViews))))
+        ->check(CLI::IsMember(Views()))
         ->capture_default_str();
     app.add_option("-o,--output", options.outputFile, "Print into this file")->type_name("OUT");
     app.set_version_flag("--version", "convfile " CONVFILE_VERSION, "Print the version and exit");
@@ -93,6 +92,10 @@ Request ReadOptions(std::vector<std::string> arguments, Options& options, std::o
         error << kProgram << ": there is no format named \"" << ShownUtf8(*options.choice.name)
               << "\"; there are:\n"
               << FormatList() << '\n';
+        return Request::WrongUsage;
+    }
+    if (TakesOneFile(options.view) && options.files.size() > 1) {
+        error << kProgram << ": --to " << options.view << " draws one file\n";
         return Request::WrongUsage;
     }
     if (listFormats == !options.files.empty()) {

@@ -110,6 +110,25 @@ TEST_F(ProgramTest, PrintsOneObjectOrAnArray) {
     EXPECT_THAT(two.out, HasSubstr("\"b.gsi\""));
 }
 
+TEST_F(ProgramTest, MakesOneTableOfSeveralFilesAndADrawingOfOne) {
+    const std::string files = Gsi("a.gsi") + " " + Quoted("missing.gsi") + " " + Gsi("b.gsi");
+    const Outcome csv = Run("--to csv " + files);
+    EXPECT_EQ(csv.status, 1);
+    EXPECT_THAT(csv.out, AllOf(StartsWith("file,job,station,"), HasSubstr("\r\na.gsi,a.gsi,,,,1,P"),
+                               HasSubstr("\r\nb.gsi,")));
+    EXPECT_EQ(std::ranges::count(csv.out, '\n'), 3);
+    EXPECT_EQ(std::ranges::count(Run("--to points " + files).out, '\n'), 5);
+    for (const char* view : {"dxf", "svg"}) {
+        const std::string to = std::string("--to ") + view + " ";
+        EXPECT_EQ(Run(to + files).status, 2);
+        EXPECT_EQ(Run(to + Gsi("a.gsi")).status, 0);
+        folder_.Write("empty.gsi", "");
+        const Outcome empty = Run(to + Quoted("empty.gsi"));
+        EXPECT_EQ(empty.status, 0);
+        EXPECT_THAT(empty.out, HasSubstr("Nothing to draw"));
+    }
+}
+
 TEST_F(ProgramTest, GoesOnAfterAFileThatCannotBeConverted) {
     std::filesystem::create_directory(folder_.Path("folder.gsi"));
     folder_.Write("site.what", "Dear Sir,\nplease find below what we spoke of.\n");

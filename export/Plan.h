@@ -19,7 +19,7 @@ struct Placed {
     std::uint32_t sights = 0; ///< from set-ups of the group
     double spread = kNoValue; ///< the farthest in plan that one of them is off; absent without any
     bool stoodOn = false;     ///< by any set-up of the job
-    std::uint32_t line = 0;   ///< of its first record
+    std::uint64_t line = 0;   ///< of its first record
 };
 
 /// Places that are known relative to each other.

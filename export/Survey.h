@@ -17,7 +17,7 @@ struct Place {
     std::string_view name = {};
     std::string_view code = {};   ///< the first that is not empty
     Coordinates coordinates = {}; ///< known ones: x and y are both there, or neither
-    std::uint32_t line = 0;       ///< of the first record
+    std::uint64_t line = 0;       ///< of the first record
     bool stoodOn = false;
 
     bool IsFixed() const { return IsPresent(coordinates.x); }

@@ -202,7 +202,8 @@ void AccountKeeper::NoteEmpty() {
 }
 
 void AccountKeeper::Written(CJob& job) {
-    ++jobs_;
+    jobs_ += &job != lastJob_ ? 1 : 0;
+    lastJob_ = &job;
     if (listener_)
         listener_->JobWritten(job, RecordLine());
 }

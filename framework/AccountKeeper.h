@@ -122,6 +122,7 @@ private:
     std::uint64_t recordLine_ = kCurrent;
 
     std::uint64_t jobs_ = 0;
+    const CJob* lastJob_ = nullptr; ///< a job that is told again is still one
     std::uint64_t records_ = 0; ///< stations, points, and lines of the document
     std::uint64_t documentLines_ = 0;
 

@@ -26,6 +26,9 @@ constexpr Cause kOrientationPointDeclined = {
 constexpr Cause kNoMeasurement = {
     RemarkKind::NoMeasurement,
     "a point without distance and angles: of its line the name and other texts are kept"};
+constexpr Cause kHeightStays = {RemarkKind::NotRead,
+                                "an instrument height other than that of the set-up that goes on "
+                                "is not read: the set-up keeps its own"};
 
 template <class Record>
 void TellKeeper(AccountKeeper* keeper, Record* record, const Cause& declined) {
@@ -182,6 +185,31 @@ void CConvGen::CheckRest(std::string_view text, std::size_t numberEnd, const Cau
     keeper_->CountNumber(isNumber);
     if (!isNumber)
         Note(numberEnd == 0 ? noNumber : kMoreThanNumber);
+}
+
+void CConvGen::JudgeFields(std::initializer_list<std::string_view> numbers, bool isWhole,
+                           const Cause& fieldsMissing) {
+    const auto isNumber = [](std::string_view text) {
+        double unused = 0;
+        return NumberAtStart(text, unused) > 0;
+    };
+    const auto isText = [](std::string_view text) {
+        return text.find_first_not_of(" \t\r") != std::string_view::npos;
+    };
+    if (std::ranges::any_of(numbers, isNumber)) {
+        if (!isWhole)
+            Note(fieldsMissing);
+    } else if (!isWhole || std::ranges::any_of(numbers, isText)) {
+        Skip(kNoNumbers);
+    }
+}
+
+void CConvGen::JudgeHeight(std::string_view instrumentHeight) {
+    CSta* const station = CurrentStation();
+    const double height = ReadNumber(instrumentHeight);
+    if (station && !TrimBoth(instrumentHeight).empty() &&
+        station->GetAltStr() != FiniteOrNoValue(height))
+        Note(kHeightStays);
 }
 
 void CConvGen::SetNomeAtJob(std::string name) {

@@ -9,6 +9,7 @@
 #include "routines/TextFile.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -163,6 +164,16 @@ protected:
         double unused = 0;
         CheckEnd(text, NumberAtStart(text, unused), noNumber);
     }
+
+    /// For formats that take any line for a record, where somebody listens: skips a line of which
+    /// not one field that should be a number is one, while one is a text or some are missing.
+    /// Remarks on missing fields otherwise.
+    void JudgeFields(std::initializer_list<std::string_view> numbers, bool isWhole,
+                     const Cause& fieldsMissing = kFieldsMissing);
+
+    /// The same for formats whose lines name the instrument height again: remarks on one that the
+    /// current station, which goes on, does not have.
+    void JudgeHeight(std::string_view instrumentHeight);
 
     /// Tells of a record that was just asked of the field book; null: it declined.
     void Tell(CJob* job);

@@ -60,10 +60,16 @@ public:
     /// The same into a text that an empty line leaves as it is: such a format reads the line before
     /// an empty one twice. By the complete rules an empty line is empty.
     bool ReadLineOrKeep(std::string& text) {
+        bool isKept = false;
+        return ReadLineOrKeep(text, isKept);
+    }
+    /// Also tells whether the text stayed.
+    bool ReadLineOrKeep(std::string& text, bool& isKept) {
         std::string_view line;
         if (!ReadLineWithoutLast(line))
             return false;
-        if (!line.empty() || rules_ == LineRules::Complete)
+        isKept = line.empty() && rules_ == LineRules::Classic;
+        if (!isKept)
             text = line;
         return true;
     }

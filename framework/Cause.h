@@ -24,6 +24,10 @@ inline constexpr Cause kMoreThanNumber = {
 inline constexpr Cause kFieldsMissing = {
     RemarkKind::Incomplete,
     "a record with fewer fields than it needs: those missing are empty or 0"};
+inline constexpr Cause kMoreFields = {
+    RemarkKind::NotRead, "fields behind those that a record of its kind has are not read"};
+inline constexpr Cause kAngleMissing = {
+    RemarkKind::Incomplete, "a point without a horizontal or a zenith angle: that angle is 0"};
 inline constexpr Cause kRecordCutShort = {
     RemarkKind::Incomplete,
     "a record cut short by the end of the file is written with what it has"};

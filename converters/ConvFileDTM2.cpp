@@ -86,11 +86,9 @@ bool CConvFileDTM2::LeggeUnaRigaDTM2() {
 }
 
 void CConvFileDTM2::ConvertLine() {
-    if (line_.size() < 2)
-        Skip();
-    else if (line_.front() == '2')
+    if (line_.size() >= 2 && line_.front() == '2')
         Skip(kBeginsWith2);
-    else if (!SeparaCampi(SeparaTipoDato()))
+    else if (line_.size() < 2 || !SeparaCampi(SeparaTipoDato()))
         Skip();
 }
 

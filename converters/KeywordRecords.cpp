@@ -141,11 +141,9 @@ CConvKeywordRecords::~CConvKeywordRecords() {
 
 void CConvKeywordRecords::ProcessaRiga() {
     std::string_view keyword;
-    if (line_.size() < kShortestLine)
-        Skip();
-    else if (inHeader_)
+    if (inHeader_ && line_.size() >= kShortestLine)
         ConvertHeaderLine();
-    else if (CutKeyword(keyword))
+    else if (!inHeader_ && CutKeyword(keyword))
         AnalizzaRiga(keyword);
     else
         Skip();

@@ -48,7 +48,8 @@ constexpr std::size_t kHeight = 2;
 constexpr std::size_t kHorizontalAngle = 3;
 constexpr std::size_t kVertical = 4;
 constexpr std::size_t kDistance = 5;
-constexpr std::size_t kMode = 6; ///< of the job, good for the points that follow
+constexpr std::size_t kMode = 6;   ///< of the job, good for the points that follow
+constexpr std::size_t kUnused = 7; ///< lines that become no value
 
 /// A line of a group that is kept: its place and the value it becomes.
 struct Kept {
@@ -61,11 +62,41 @@ constexpr Kept kStationLines[] = {{1, kName}, {5, kHeight}, {12, kOperatorOrCode
 constexpr Kept kPointLines[] = {{1, kName},      {7, kHeight},    {9, kHorizontalAngle},
                                 {10, kVertical}, {11, kDistance}, {21, kOperatorOrCode}};
 
+constexpr Cause kOtherGroup = {
+    RemarkKind::NotRead,
+    "a group behind another keyword than @JN, @ST and @SS is not read, nor the lines that follow"};
+/// What numbers, dates and times are written with.
+constexpr std::string_view kOfNumbers = "0123456789+-.:/ ";
+constexpr Cause kOtherNumbers = {
+    RemarkKind::NotRead,
+    "numbers and times of a group without a place in the book (coordinates, orientations, "
+    "atmosphere) are not read"};
+constexpr Cause kOtherTexts = {RemarkKind::NotRead,
+                               "texts of a group without a place in the book are not read"};
+constexpr Cause kKeywordAsValue = {RemarkKind::Incomplete,
+                                   "a keyword in the midst of a group is taken for one of its "
+                                   "values: that group has too few lines "
+                                   "and what the keyword opens is lost"};
+constexpr Cause kNoMark = {RemarkKind::NotRead,
+                           "the first character of a name stands for a mark and is not read"};
+constexpr Cause kReducedMode = {
+    RemarkKind::Unit,
+    "a job's mode that is no single letter: its points' values are taken for height difference and "
+    "horizontal distance"};
+
 constexpr double kMillimetres = 1000;
 
 /// Names are written behind a mark of one character, whatever it is.
 std::string WithoutMark(const std::string& name) {
     return std::string(Piece(name, 1));
+}
+
+/// True where the character in the mark's place could as well be the name's own.
+bool LacksMark(std::string_view name) {
+    if (name.empty())
+        return false;
+    const char mark = UpperAscii(name.front());
+    return (mark >= 'A' && mark <= 'Z') || (mark >= '0' && mark <= '9');
 }
 
 } // namespace
@@ -74,13 +105,14 @@ struct CConvFileDTM::Group {
     std::string_view keyword;
     std::size_t lines;
     std::span<const Kept> kept;
+    bool hasMark; ///< before the name
     void (CConvFileDTM::*write)();
 };
 
 constexpr CConvFileDTM::Group CConvFileDTM::kGroups[] = {
-    {"@JN", 4, kJobLines, &CConvFileDTM::AggiungiLav},
-    {"@ST", 13, kStationLines, &CConvFileDTM::AggiungiSta},
-    {"@SS", 22, kPointLines, &CConvFileDTM::AggiungiPun},
+    {"@JN", 4, kJobLines, false, &CConvFileDTM::AggiungiLav},
+    {"@ST", 13, kStationLines, true, &CConvFileDTM::AggiungiSta},
+    {"@SS", 22, kPointLines, true, &CConvFileDTM::AggiungiPun},
 };
 
 CConvFileDTM::CConvFileDTM(CLibCmp& fieldBook, std::string* fileName)
@@ -98,6 +130,10 @@ void CConvFileDTM::ConvertLine() {
     const auto* const group = std::ranges::find(kGroups, keyword_, &Group::keyword);
     if (group != std::end(kGroups))
         ReadGroup(*group);
+    else if (keyword_.starts_with('@'))
+        Note(kOtherGroup);
+    else
+        Skip();
 }
 
 /// The line, trimmed; "NULL" is empty. Past the end of the file a line is empty, keyword and all.
@@ -114,16 +150,37 @@ bool CConvFileDTM::LeggeUnaRigaDTM() {
 
 /// A group cut short by the end of the file is written with the values it has.
 void CConvFileDTM::ReadGroup(const Group& group) {
+    const AtLine at(*this, LineNumber());
     for (std::size_t line = 0; line < group.lines; ++line) {
-        LeggeUnaRigaDTM();
+        const bool isThere = LeggeUnaRigaDTM();
         const auto kept = std::ranges::find(group.kept, line, &Kept::line);
-        if (kept == group.kept.end())
+        const std::size_t place = kept == group.kept.end() ? kUnused : kept->value;
+        if (!isThere)
+            NoteAtRecord(kRecordCutShort);
+        else if (IsHeard())
+            CheckLine(group, place);
+        if (place == kUnused)
             continue;
-        std::string& value = kept->value == kMode ? mode_ : values_[kept->value];
+        std::string& value = place == kMode ? mode_ : values_[place];
         value = line_;
     }
     (this->*group.write)();
     ClearValues();
+}
+
+/// Remarks on a line of a group, by the value that it becomes.
+void CConvFileDTM::CheckLine(const Group& group, std::size_t value) {
+    if (std::ranges::find(kGroups, keyword_, &Group::keyword) != std::end(kGroups))
+        Note(kKeywordAsValue);
+    else if (value == kUnused && !line_.empty())
+        Note(line_.find_first_not_of(kOfNumbers) == std::string_view::npos ? kOtherNumbers
+                                                                           : kOtherTexts);
+    else if (value == kName && group.hasMark && LacksMark(line_))
+        Note(kNoMark);
+    else if (value == kMode && line_.size() != 1)
+        Note(kReducedMode);
+    else if (value >= kHeight && value <= kDistance)
+        CheckNumber(line_);
 }
 
 void CConvFileDTM::AggiungiLav() {
@@ -138,6 +195,8 @@ void CConvFileDTM::AggiungiSta() {
 }
 
 void CConvFileDTM::AggiungiPun() {
+    if (values_[kHorizontalAngle].empty() || (mode_ == "A" && values_[kVertical].empty()))
+        NoteAtRecord(kAngleMissing);
     const double distance = DoubleDaString(values_[kDistance]);
     const double vertical = DoubleDaString(values_[kVertical]);
     const double horizontalAngle = DoubleDaString(values_[kHorizontalAngle]);

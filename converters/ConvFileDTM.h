@@ -28,6 +28,7 @@ private:
 
     void ConvertLine();
     void ReadGroup(const Group& group);
+    void CheckLine(const Group& group, std::size_t value);
     void ClearValues();
 
     std::string mode_;         ///< of the last job: "A" where points carry angle and slope distance

@@ -21,6 +21,9 @@
 #include "routines/Numbers.h"
 #include "routines/Text.h"
 
+#include <algorithm>
+#include <cstddef>
+
 namespace {
 
 /// Metres per foot as this format's instruments round it.
@@ -35,6 +38,30 @@ constexpr int kObservation = 2;
 constexpr std::size_t kUnits = 0;
 constexpr std::size_t kName = 1;
 constexpr std::size_t kCode = 2;
+
+/// How many fields a record of each type has.
+constexpr std::size_t kFieldsOf[] = {4, 6, 7};
+
+/// All that the field with the units may hold.
+constexpr std::string_view kKnownUnits = "MFGD ";
+
+constexpr Cause kBeginsWith2 = {RemarkKind::Unknown, "a line that begins with 2 is skipped"};
+constexpr Cause kNoDigit = {
+    RemarkKind::Unknown,
+    "a line whose type is no digit is no record, but becomes a station all the same"};
+constexpr Cause kOtherType = {RemarkKind::Unknown,
+                              "a record of another type than 0, 1 and 2 is skipped"};
+constexpr Cause kNotClosed = {
+    RemarkKind::Incomplete,
+    "text behind the last comma of a record closes no field: it is not read"};
+constexpr Cause kOtherUnits = {RemarkKind::Unit, "units other than F, D, M and G are not applied: "
+                                                 "lengths are metres and angles gon but for an F "
+                                                 "or D among them"};
+constexpr Cause kCoordinatesInFeet = {RemarkKind::Unit,
+                                      "coordinates of a record in feet are taken as metres"};
+constexpr Cause kNegativeHeight = {
+    RemarkKind::NoNumber,
+    "a minus sign in the target height makes the reading a point by coordinates"};
 
 std::string Text(std::string_view field) {
     return std::string(field);
@@ -59,10 +86,10 @@ bool CConvFileDTM2::LeggeUnaRigaDTM2() {
 }
 
 void CConvFileDTM2::ConvertLine() {
-    if (line_.size() < 2 || line_.front() == '2')
-        return;
-    const int type = SeparaTipoDato();
-    SeparaCampi(type);
+    if (line_.size() >= 2 && line_.front() == '2')
+        Skip(kBeginsWith2);
+    else if (line_.size() < 2 || !SeparaCampi(SeparaTipoDato()))
+        Skip();
 }
 
 /// Drops what stands before the first comma; the type is the character behind it, 0 where that is
@@ -80,10 +107,13 @@ bool CConvFileDTM2::SeparaCampi(int type) {
     if (!CutAt(line_, ',', typeField))
         return false;
     fields_.fill({});
-    for (std::string_view& field : fields_) {
-        if (!CutAt(line_, ',', field))
-            break;
-    }
+    std::size_t closed = 0;
+    while (closed < fields_.size() && CutAt(line_, ',', fields_[closed]))
+        ++closed;
+    if (!typeField.starts_with(static_cast<char>('0' + type)))
+        Skip(kNoDigit);
+    else if (IsHeard())
+        CheckFields(type, closed);
     if (type == kStationOnPoint)
         LeggiPntStaz();
     else if (type == kStationByCoordinates)
@@ -93,6 +123,31 @@ bool CConvFileDTM2::SeparaCampi(int type) {
     else if (type == kObservation)
         LeggiPunto();
     return true;
+}
+
+void CConvFileDTM2::CheckFields(int type, std::size_t closed) {
+    if (type > kObservation) {
+        Skip(kOtherType);
+        return;
+    }
+    const std::size_t needed = kFieldsOf[static_cast<std::size_t>(type)];
+    const bool byCoordinates =
+        type == kStationByCoordinates || (type == kObservation && Contains(fields_[6], "-"));
+    const auto isFilled = [](std::string_view field) { return !TrimBoth(field).empty(); };
+    if (closed < needed)
+        Note(kFieldsMissing);
+    if (isFilled(line_))
+        Note(closed < fields_.size() ? kNotClosed : kMoreFields);
+    if (std::any_of(fields_.begin() + static_cast<std::ptrdiff_t>(needed), fields_.end(), isFilled))
+        Note(kMoreFields);
+    if (fields_[kUnits].find_first_not_of(kKnownUnits) != std::string_view::npos)
+        Note(kOtherUnits);
+    if (byCoordinates && Contains(fields_[kUnits], "F"))
+        Note(kCoordinatesInFeet);
+    if (type == kObservation && byCoordinates && TrimBoth(fields_[6]) != "-")
+        Note(kNegativeHeight);
+    if (type == kObservation && !byCoordinates && (fields_[4].empty() || fields_[5].empty()))
+        Note(kAngleMissing);
 }
 
 /// The same name and height again is the same set-up going on.
@@ -108,8 +163,7 @@ void CConvFileDTM2::LeggiXYZStaz() {
     if (!CurrentStationIs(fields_[kName]))
         AggiungeSta(Text(fields_[kName]), Text(fields_[kCode]), 0, kNoValue, kNoValue);
     if (CSta* const station = CurrentStation()) {
-        station->SetCoord(NumberForBook(fields_[4]), NumberForBook(fields_[3]),
-                          NumberForBook(fields_[5]));
+        station->SetCoord(Coordinate(fields_[4]), Coordinate(fields_[3]), Coordinate(fields_[5]));
         station->SetAnCoAz(0);
     }
     stationPresent_ = true;
@@ -134,8 +188,8 @@ void CConvFileDTM2::LeggiCoordPnt() {
     CPun* const added = LastPoint();
     if (added == before)
         return;
-    added->SetCoordEtCalcMisure(fieldBook_.GetCalcolaMisure(), NumberForBook(fields_[4]),
-                                NumberForBook(fields_[3]), NumberForBook(fields_[5]),
+    added->SetCoordEtCalcMisure(fieldBook_.GetCalcolaMisure(), Coordinate(fields_[4]),
+                                Coordinate(fields_[3]), Coordinate(fields_[5]),
                                 fieldBook_.GetCalcDsOr(), kNoValue, kNoValue);
 }
 
@@ -149,12 +203,16 @@ void CConvFileDTM2::NeedStation() {
     stationPresent_ = true;
 }
 
-double CConvFileDTM2::Length(std::string_view field) const {
-    const double length = DoubleDaString(field);
+double CConvFileDTM2::Coordinate(std::string_view field) {
+    return FiniteOrNoValue(ReadNumber(field));
+}
+
+double CConvFileDTM2::Length(std::string_view field) {
+    const double length = ReadNumber(field);
     return IsPresent(length) && Contains(fields_[kUnits], "F") ? length * kMetresPerFoot : length;
 }
 
-double CConvFileDTM2::Angle(std::string_view field) const {
-    const double angle = DoubleDaString(field);
+double CConvFileDTM2::Angle(std::string_view field) {
+    const double angle = ReadNumber(field);
     return IsPresent(angle) && Contains(fields_[kUnits], "D") ? GonFromDegrees(angle) : angle;
 }

@@ -29,8 +29,10 @@ private:
     void ConvertLine();
     bool CurrentStationIs(std::string_view name);
     void NeedStation();
-    double Length(std::string_view field) const;
-    double Angle(std::string_view field) const;
+    double Length(std::string_view field);
+    double Angle(std::string_view field);
+    double Coordinate(std::string_view field);
+    void CheckFields(int type, std::size_t closed);
 
     bool stationPresent_ = false;
     std::array<std::string_view, 9> fields_;

@@ -10,7 +10,7 @@
 //   R04102|PALO|1.600|130.0000|-0.450|12.300|
 //     point: the same with height difference and horizontal distance
 //
-// Metres and gon. Other records are skipped. What a reduced record becomes is not rounded.
+// Metres and gon. Other lines are skipped. What a reduced record becomes is not rounded.
 
 #include "converters/ConvFileMM2.h"
 
@@ -22,6 +22,15 @@ namespace {
 
 constexpr char kGroupSeparator = '\x1D';
 constexpr std::size_t kFields = 3; ///< the fields begin behind the record's first three characters
+
+constexpr Cause kNoField = {
+    RemarkKind::Unknown,
+    "a line without any closed field that begins like a record is none, but becomes an empty job, "
+    "station or point all the same"};
+constexpr Cause kNotClosed = {
+    RemarkKind::Incomplete, "text behind the last GS of a record closes no field: it is not read"};
+constexpr Cause kFourthOfJob = {RemarkKind::NotRead,
+                                "the fourth field of job records (L) is not read"};
 
 } // namespace
 
@@ -41,6 +50,7 @@ bool CConvFileMM2::LeggeUnaRigaMM2() {
         return false;
     type_ = line_.empty() ? '\0' : line_.front();
     line_ = Piece(line_, kFields);
+    hasField_ = false;
     return true;
 }
 
@@ -59,26 +69,54 @@ void CConvFileMM2::ConvertLine() {
         ConversioneRigaR();
         break;
     default:
-        break;
+        Skip();
+        return;
     }
+    if (IsHeard())
+        CheckFields();
+}
+
+/// What is left of a line whose record has taken its fields.
+void CConvFileMM2::CheckFields() {
+    if (!hasField_) {
+        Skip(kNoField);
+        return;
+    }
+    const std::size_t end = line_.rfind(kGroupSeparator);
+    const std::string_view open = end == std::string_view::npos ? line_ : line_.substr(end + 1);
+    if (end != std::string_view::npos)
+        Note(kMoreFields);
+    if (open.find_first_not_of(" \t\r\n") != std::string_view::npos)
+        Note(kNotClosed);
 }
 
 /// A field that no separator closes is empty, on purpose: the instrument closes every one.
 std::string_view CConvFileMM2::SeparaCampo() {
     std::string_view field;
-    CutAt(line_, kGroupSeparator, field);
+    if (CutAt(line_, kGroupSeparator, field))
+        hasField_ = true;
+    else if (hasField_)
+        Note(kFieldsMissing);
     return TrimBoth(field);
 }
 
 double CConvFileMM2::NextNumber() {
-    return DoubleDaString(SeparaCampo());
+    return ReadNumber(SeparaCampo());
+}
+
+double CConvFileMM2::NextAngle() {
+    const std::string_view field = SeparaCampo();
+    if (field.empty() && hasField_)
+        Note(kAngleMissing);
+    return ReadNumber(field);
 }
 
 void CConvFileMM2::ConversioneRigaL() {
     const std::string name(SeparaCampo());
     const std::string operatorName(SeparaCampo());
     const std::string instrument(SeparaCampo());
-    SeparaCampo();
+    if (!SeparaCampo().empty())
+        Note(kFourthOfJob);
     AggiungeJob(name, operatorName, instrument, std::string(SeparaCampo()));
 }
 
@@ -95,8 +133,8 @@ void CConvFileMM2::ConversioneRigaP() {
     const std::string name(SeparaCampo());
     const std::string code(SeparaCampo());
     const double targetHeight = NextNumber();
-    const double horizontalAngle = NextNumber();
-    const double zenithAngle = NextNumber();
+    const double horizontalAngle = NextAngle();
+    const double zenithAngle = NextAngle();
     const double slopeDistance = NextNumber();
     AggiungePun(name, code, "", targetHeight,
                 WithoutZeroDistance({slopeDistance, zenithAngle, horizontalAngle}));
@@ -108,7 +146,7 @@ void CConvFileMM2::ConversioneRigaR() {
     const std::string name(SeparaCampo());
     const std::string code(SeparaCampo());
     const double targetHeight = NextNumber();
-    const double horizontalAngle = NextNumber();
+    const double horizontalAngle = NextAngle();
     const double heightDifference = NextNumber();
     const double horizontalDistance = NextNumber();
     AggiungePun(name, code, "", targetHeight,

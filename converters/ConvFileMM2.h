@@ -26,6 +26,9 @@ private:
 
     void ConvertLine();
     double NextNumber();
+    double NextAngle();
+    void CheckFields();
 
-    char type_ = '\0'; ///< of the current record
+    char type_ = '\0';      ///< of the current record
+    bool hasField_ = false; ///< the line of the current record has a closed field
 };

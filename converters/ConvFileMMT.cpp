@@ -31,6 +31,17 @@ constexpr std::size_t kTagLength = 3;
 constexpr std::size_t kValue = 11;
 constexpr std::size_t kShortestLine = 11; ///< its line end counts
 
+constexpr std::size_t kFirstNumber = 2; ///< of the slots of stations and points; texts before it
+constexpr std::size_t kHorizontalAngle = 3;
+constexpr std::size_t kZenithAngle = 4;
+
+constexpr Cause kNoRecordOpen = {
+    RemarkKind::NotRead,
+    "values before the first job, station or point (LAV, STA, NUM) are not read"};
+constexpr Cause kOfOtherRecord = {
+    RemarkKind::Incomplete,
+    "a value of a record that no line before it opens (LAV, STA, NUM) goes to the one in hand"};
+
 constexpr double kPerMetre = 1000;
 constexpr double kPerGon = 10000;
 
@@ -81,22 +92,34 @@ bool CConvFileMMT::LeggeUnaRigaMMT() {
 void CConvFileMMT::ConvertLine() {
     const auto* const tag = std::ranges::find(kTags, tag_, &Tag::tag);
     if (tag == std::end(kTags))
-        return;
-    if (tag->slot == 0)
+        Skip();
+    else if (tag->slot == 0)
         IniziaRiga(tag->record);
     else
-        slots_[tag->slot] = value_;
+        Fill(*tag);
+}
+
+void CConvFileMMT::Fill(const Tag& tag) {
+    if (type_ == RecordType::None)
+        Note(kNoRecordOpen);
+    else if (type_ != tag.record)
+        Note(kOfOtherRecord);
+    if (tag.record != RecordType::Job && tag.slot >= kFirstNumber)
+        CheckNumber(value_);
+    slots_[tag.slot] = value_;
 }
 
 void CConvFileMMT::IniziaRiga(RecordType type) {
     ConvertiRiga();
     type_ = type;
+    recordLine_ = LineNumber();
     for (std::string& slot : slots_)
         slot.clear();
     slots_[0] = value_;
 }
 
 void CConvFileMMT::ConvertiRiga() {
+    const AtLine at(*this, recordLine_);
     switch (type_) {
     case RecordType::None:
         break;
@@ -128,6 +151,8 @@ void CConvFileMMT::ConversioneRigaS() {
 }
 
 void CConvFileMMT::ConversioneRigaP() {
+    if (slots_[kHorizontalAngle].empty() || slots_[kZenithAngle].empty())
+        NoteAtRecord(kAngleMissing);
     AggiungePun(slots_[0], slots_[1], "", SlotDividedBy(2, kPerMetre),
                 WithoutZeroDistance({.slopeDistance = SlotDividedBy(5, kPerMetre),
                                      .zenithAngle = SlotDividedBy(4, kPerGon),

@@ -4,6 +4,7 @@
 #include "framework/Export.h"
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -31,10 +32,12 @@ private:
     static const Tag kTags[];
 
     void ConvertLine();
+    void Fill(const Tag& tag);
     double SlotDividedBy(std::size_t slot, double divisor) const;
 
     std::string_view tag_;               ///< of the current line; empty where it has none
     std::string_view value_;             ///< of the current line
     RecordType type_ = RecordType::None; ///< of the record in hand
     std::array<std::string, 6> slots_;   ///< of the record in hand
+    std::uint64_t recordLine_ = 0;       ///< on which it begins
 };

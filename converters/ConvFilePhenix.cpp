@@ -30,6 +30,26 @@ namespace {
 
 constexpr std::size_t kMillimetres = 3;
 
+constexpr Cause kStationCoordinates = {RemarkKind::NotRead,
+                                       "coordinates of a station serve points that are given by "
+                                       "coordinates: they are not in the book"};
+constexpr Cause kCoordinatesOfNothing = {
+    RemarkKind::NotRead, "coordinates that follow neither a station nor a point are not read"};
+constexpr Cause kPointCoordinatesDropped = {
+    RemarkKind::NotRead,
+    "coordinates of a point whose station has no coordinates or no height are not read"};
+constexpr Cause kReadingReplaced = {
+    RemarkKind::NotRead,
+    "a reading of a point that has coordinates, too, is not read: it is computed from these"};
+constexpr Cause kNoEastOrNorth = {RemarkKind::Incomplete,
+                                  "coordinates without east or north are absent"};
+constexpr Cause kNoHeight = {RemarkKind::Incomplete,
+                             "coordinates without a height: it counts as 0"};
+constexpr Cause kReducedWrong = {RemarkKind::Unit,
+                                 "of an HD record the distance loses its decimals, and the "
+                                 "computed zenith angle, though gon, is "
+                                 "converted from seconds of arc: it is wrong"};
+
 double GonFromArcSeconds(double seconds) {
     return IsPresent(seconds) ? seconds * kGonPerArcSecond : seconds;
 }
@@ -62,12 +82,18 @@ void CConvFilePhenix::ProcessaRiga() {
     std::string_view keyword;
     if (CutKeyword(keyword))
         AnalizzaRiga(keyword);
+    else
+        Skip();
 }
 
 void CConvFilePhenix::AnalizzaRiga(std::string_view keyword) {
     const auto* const found = std::ranges::find(kKeywords, keyword, &Keyword::keyword);
-    if (found != std::end(kKeywords))
-        (this->*found->handle)();
+    if (found == std::end(kKeywords)) {
+        Skip();
+        return;
+    }
+    (this->*found->handle)();
+    NoteRest();
 }
 
 void CConvFilePhenix::CampoSTA() {
@@ -98,32 +124,42 @@ void CConvFilePhenix::CampoHVD() {
 /// when the point is written, both on purpose: hosts mark these points by the warning and replace
 /// them, and a file that is converted again must give the same ones.
 void CConvFilePhenix::CampoHD() {
+    Note(kReducedWrong);
     ReducedRecord(0);
 }
 
 void CConvFilePhenix::CampoNEZ() {
-    const std::string north(SeparaCampo());
-    const std::string east(SeparaCampo());
-    CampoCoordinate(east, north, std::string(SeparaCampo()));
+    const std::string north(NumberField());
+    const std::string east(NumberField());
+    CampoCoordinate(east, north, std::string(NumberField()));
 }
 
 void CConvFilePhenix::CampoENZ() {
-    const std::string east(SeparaCampo());
-    const std::string north(SeparaCampo());
-    CampoCoordinate(east, north, std::string(SeparaCampo()));
+    const std::string east(NumberField());
+    const std::string north(NumberField());
+    CampoCoordinate(east, north, std::string(NumberField()));
 }
 
 /// Coordinates belong to the record that is pending; where none or both are, to nothing.
 void CConvFilePhenix::CampoCoordinate(const std::string& east, const std::string& north,
                                       const std::string& height) {
-    if (stationPending_ && !pointPending_)
+    if (stationPending_ == pointPending_) {
+        Note(kCoordinatesOfNothing);
+        return;
+    }
+    if (east.empty() || north.empty())
+        Note(kNoEastOrNorth);
+    else if (height.empty())
+        Note(kNoHeight);
+    if (stationPending_)
         StationCoordinates(east, north, height);
-    else if (!stationPending_ && pointPending_)
+    else
         PointCoordinates(east, north, height);
 }
 
 void CConvFilePhenix::StationCoordinates(const std::string& east, const std::string& north,
                                          const std::string& height) {
+    Note(kStationCoordinates);
     const bool given = !east.empty() && !north.empty();
     x_ = given ? DoubleDaString(east) : kNoValue;
     y_ = given ? DoubleDaString(north) : kNoValue;
@@ -138,8 +174,12 @@ void CConvFilePhenix::PointCoordinates(const std::string& east, const std::strin
     warningKind_ = kFromCoordinates;
     const bool stationKnown =
         IsPresent(instrumentHeight_) && IsPresent(x_) && IsPresent(y_) && IsPresent(z_);
+    if (!stationKnown)
+        Note(kPointCoordinatesDropped);
     if (east.empty() || north.empty() || !stationKnown)
         return;
+    if (HasAny({kHorizontalAngle, kZenithAngle, kDistance}))
+        Note(kReadingReplaced);
     const double targetHeight = DoubleDaString(slots_[kHeight]);
     const double dE = DoubleDaString(east) - x_;
     const double dN = DoubleDaString(north) - y_;
@@ -148,6 +188,7 @@ void CConvFilePhenix::PointCoordinates(const std::string& east, const std::strin
     const double zenith = distance == 0 ? 100 : ArcCos(dZ / distance) * kGonPerRadian;
     const std::string note = "N = " + north + "\r\nE = " + east + "\r\nQ = " + height;
 
+    const AtLine at(*this, recordLine_);
     const CPun* const before = LastPoint();
     AggiungePun(slots_[kName], slots_[kCode], note, targetHeight,
                 {distance, zenith, AngoloDaAsseRifer(dE, dN)});
@@ -168,6 +209,7 @@ void CConvFilePhenix::SalvaRigaS() {
 }
 
 void CConvFilePhenix::SalvaRigaP() {
+    CheckAngles();
     AggiungePun(
         slots_[kName], slots_[kCode], slots_[kNote], DoubleDaString(slots_[kHeight]),
         WithoutZeroDistance(

@@ -5,6 +5,7 @@
 #include "host/NoValue.h"
 
 #include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -28,8 +29,12 @@ private:
     void ConvertLine();
     void CutFields();
     void WritePoint(double horizontalAngle);
+    void ConvertOther();
+    void ConvertComment();
+    void CheckObservation();
 
     std::string_view recordType_; ///< of the current line
     std::array<std::string_view, 7> fields_;
+    std::size_t fieldCount_ = 0;      ///< of them that the line has
     double backDirection_ = kNoValue; ///< of the last station record
 };

@@ -18,7 +18,7 @@
 //   OFFSET  0.000,0.500,0.000        from the last point: along, lateral, vertical
 //
 // Angles are gon, or degrees after "UNITS M,D"; lengths metres, whatever UNITS says. Other keywords
-// (XYZ, SCALE, TEMP ...) are skipped.
+// (XYZ, SCALE, TEMP ...) are not read.
 
 #include "converters/KeywordRecords.h"
 
@@ -40,6 +40,51 @@ constexpr std::size_t kAngleDecimals = 4;
 constexpr std::size_t kResectionHeight = 1;
 constexpr std::size_t kResectionCode = 2;
 
+constexpr Cause kBeforeHeader = {
+    RemarkKind::Unknown,
+    "a line before the header, whose end is the first line that begins with a letter, is skipped"};
+constexpr Cause kHeaderRecord = {
+    RemarkKind::NotRead,
+    "a record in the header's place, the first line that begins with a letter, is not read"};
+constexpr Cause kCoordinates = {
+    RemarkKind::NotRead, "XYZ records are not read: stations and points have no coordinates"};
+constexpr Cause kAtmosphere = {
+    RemarkKind::NotRead,
+    "ATMOS, TEMP and SCALE records are not read: temperature and pressure are 0"};
+constexpr Cause kBacksightBearing = {
+    RemarkKind::NotRead,
+    "BKB records are not read: the bearing to the backsight is not in the book"};
+constexpr Cause kControl = {RemarkKind::NotRead, "CTL records are not read"};
+constexpr Cause kPtlOffset = {
+    RemarkKind::NotRead,
+    "PTL_OFF records are not read: the points that they give by an offset are not in the book"};
+constexpr Cause kResectionExtra = {
+    RemarkKind::NotRead,
+    "a fourth field of RES_OBS goes behind the height of the record in hand: it is read only where "
+    "that is empty"};
+constexpr Cause kResectionsLost = {
+    RemarkKind::Incomplete,
+    "resection observations (RES_OBS) without a station before or behind them are not in the book"};
+constexpr Cause kOffsetOfNothing = {
+    RemarkKind::Incomplete,
+    "an offset without a measured point before it: its point is computed from a distance of 0"};
+constexpr Cause kDegrees = {
+    RemarkKind::Unit,
+    "UNITS says degrees: angles are read as decimal degrees, though instruments write degrees, "
+    "minutes and seconds (DDD.MMSS): they are up to 0.45 gon wrong"};
+constexpr Cause kOtherAngles = {RemarkKind::Unit,
+                                "UNITS says neither degrees nor gon: angles are taken as gon"};
+constexpr Cause kFeet = {RemarkKind::Unit, "UNITS says feet: lengths are in the book as written"};
+constexpr Cause kOtherLengths = {
+    RemarkKind::Unit, "UNITS says neither metres nor feet: lengths are in the book as written"};
+constexpr Cause kReducedAngle = {RemarkKind::Unit,
+                                 "the zenith angle computed from an HD record is gon, but is "
+                                 "converted from degrees: it is wrong"};
+constexpr Cause kReducedDistance = {
+    RemarkKind::Unit,
+    "the distance of an HD record with decimal points loses its decimals, and is then taken as "
+    "millimetres where four digits or more are left"};
+
 bool IsLetter(char c) {
     return UpperAscii(c) >= 'A' && UpperAscii(c) <= 'Z';
 }
@@ -58,7 +103,10 @@ constexpr CConvKeywordRecords::Keyword CConvKeywordRecords::kKeywords[] = {
     {"NAME", &CConvKeywordRecords::CampoNAME},
     {"INST", &CConvKeywordRecords::CampoINST},
     {"ATMOS", &CConvKeywordRecords::CampoATMOS},
+    {"TEMP", &CConvKeywordRecords::CampoATMOS},
+    {"SCALE", &CConvKeywordRecords::CampoATMOS},
     {"STN", &CConvKeywordRecords::CampoSTN},
+    {"XYZ", &CConvKeywordRecords::CampoXYZ},
     {"BKB", &CConvKeywordRecords::CampoBKB},
     {"BS", &CConvKeywordRecords::CampoBS},
     {"RES_OBS", &CConvKeywordRecords::CampoRES_OBS},
@@ -82,28 +130,51 @@ CConvKeywordRecords::CConvKeywordRecords(CLibCmp& fieldBook, std::string* fileNa
       inHeader_(dialect.hasHeader) {}
 
 CConvKeywordRecords::~CConvKeywordRecords() {
-    Finish([this] { FlushAll(); });
+    Finish([this] {
+        FlushAll();
+        for (const Resection& lost : resections_) {
+            const AtLine at(*this, lost.line);
+            NoteAtRecord(kResectionsLost);
+        }
+    });
 }
 
 void CConvKeywordRecords::ProcessaRiga() {
     std::string_view keyword;
-    if (line_.size() >= kShortestLine && !SkipsHeaderLine() && CutKeyword(keyword))
+    if (inHeader_ && line_.size() >= kShortestLine)
+        ConvertHeaderLine();
+    else if (!inHeader_ && CutKeyword(keyword))
         AnalizzaRiga(keyword);
+    else
+        Skip();
 }
 
 /// The first line that begins with a letter ends the header, and is itself part of it.
-bool CConvKeywordRecords::SkipsHeaderLine() {
-    if (!inHeader_)
-        return false;
+void CConvKeywordRecords::ConvertHeaderLine() {
     inHeader_ = !IsLetter(line_.front());
-    return true;
+    std::string_view keyword;
+    if (inHeader_)
+        Skip(kBeforeHeader);
+    else if (IsHeard() && CutKeyword(keyword) &&
+             std::ranges::find(kKeywords, keyword, &Keyword::keyword) != std::end(kKeywords))
+        Note(kHeaderRecord);
 }
 
 void CConvKeywordRecords::AnalizzaRiga(std::string_view keyword) {
     const auto* const found = std::ranges::find(kKeywords, keyword, &Keyword::keyword);
-    if (found == std::end(kKeywords) || (found->onlyWithPtlOff && !dialect_.hasPtlOff))
-        return;
-    (this->*found->handle)();
+    if (found == std::end(kKeywords)) {
+        Skip();
+    } else if (found->onlyWithPtlOff && !dialect_.hasPtlOff) {
+        Note(kPtlOffset);
+    } else {
+        (this->*found->handle)();
+        NoteRest();
+    }
+}
+
+void CConvKeywordRecords::NotRead(const Cause& cause) {
+    Note(cause);
+    fields_ = {};
 }
 
 /// A text of the job: closes what is pending of stations and points, and the job itself where it
@@ -113,6 +184,7 @@ void CConvKeywordRecords::JobText(std::size_t slot, std::string_view text) {
     FlushPoint();
     if (!slots_[slot].empty())
         SalvaRigaL();
+    AddToRecord();
     slots_[slot] = text;
     jobPending_ = true;
 }
@@ -135,30 +207,42 @@ void CConvKeywordRecords::CampoINST() {
     JobText(kInstrument, SeparaCampo());
 }
 
-void CConvKeywordRecords::CampoATMOS() {}
+void CConvKeywordRecords::CampoATMOS() {
+    NotRead(kAtmosphere);
+}
 
 void CConvKeywordRecords::CampoSTN() {
     StationRecord();
 }
 
-void CConvKeywordRecords::CampoBKB() {}
+void CConvKeywordRecords::CampoXYZ() {
+    NotRead(kCoordinates);
+}
+
+void CConvKeywordRecords::CampoBKB() {
+    NotRead(kBacksightBearing);
+}
 
 void CConvKeywordRecords::CampoBS() {
     BeginPoint({kName, kHeight});
     slots_[kName] = SeparaCampo();
-    slots_[kHeight] = SeparaCampo();
+    slots_[kHeight] = NumberField();
 }
 
 /// The extra field goes to the height of the record in hand, not to the entry, on purpose: it is
 /// what some instruments write behind the code of a station that is being resected.
 void CConvKeywordRecords::CampoRES_OBS() {
     resection_ = true;
-    std::string& entry = resections_.emplace_back();
-    for (int field = 0; field < 3; ++field)
-        entry.append(SeparaCampo()).append(",");
+    std::string& entry = resections_.emplace_back(Resection{{}, LineNumber()}).fields;
+    entry.append(SeparaCampo()).append(",");
+    entry.append(NumberField()).append(",");
+    entry.append(SeparaCampo()).append(",");
     const std::string_view extra = SeparaCampo();
-    if (!extra.empty())
+    if (!extra.empty()) {
+        Note(kResectionExtra);
+        AddToRecord();
         slots_[kHeight].append(" ").append(extra);
+    }
 }
 
 void CConvKeywordRecords::CampoFS() {
@@ -169,7 +253,9 @@ void CConvKeywordRecords::CampoSS() {
     SideShot();
 }
 
-void CConvKeywordRecords::CampoCTL() {}
+void CConvKeywordRecords::CampoCTL() {
+    NotRead(kControl);
+}
 
 void CConvKeywordRecords::CampoHV() {
     AnglesReading();
@@ -177,19 +263,34 @@ void CConvKeywordRecords::CampoHV() {
 
 void CConvKeywordRecords::CampoSD() {
     if (resection_) {
-        resections_.back().append(fields_).append(",");
+        resections_.back().fields.append(fields_).append(",");
+        for (int field = 0; field < 3; ++field)
+            NumberField();
         return;
     }
     PolarRecord();
 }
 
 void CConvKeywordRecords::CampoHD() {
+    NoteReduced();
     ReducedRecord(dialect_.reducedDistanceDecimals);
+}
+
+/// The distances of the record, with their point, lose what is behind it where no decimals are
+/// kept.
+void CConvKeywordRecords::NoteReduced() {
+    std::string_view distances = fields_;
+    TakeField(distances, ',');
+    if (dialect_.reducedDistanceDecimals == 0 && Contains(distances, "."))
+        Note(kReducedDistance);
+    if (angleUnit_ == 'D')
+        Note(kReducedAngle);
 }
 
 void CConvKeywordRecords::CampoNOTE() {
     if (resection_) {
-        resections_.back().append(fields_);
+        resections_.back().fields.append(fields_);
+        fields_ = {};
         return;
     }
     BeginPoint({kNote});
@@ -199,16 +300,33 @@ void CConvKeywordRecords::CampoNOTE() {
 /// The unit of the distances, which comes first, is not applied, on purpose: the instruments of
 /// these files write metres whatever it says.
 void CConvKeywordRecords::CampoUNITS() {
-    SeparaCampo();
+    const std::string_view lengths = SeparaCampo();
     const std::string_view angles = SeparaCampo();
     angleUnit_ = angles.empty() ? '\0' : angles.front();
+    if (IsHeard())
+        NoteUnits(lengths);
+}
+
+void CConvKeywordRecords::NoteUnits(std::string_view lengths) const {
+    if (angleUnit_ == 'D')
+        keeper_->Note(kDegrees);
+    else if (angleUnit_ != 'G')
+        keeper_->Note(kOtherAngles);
+    if (lengths.starts_with('F')) {
+        keeper_->Note(kFeet);
+        keeper_->LengthsAre("ft");
+    } else if (!lengths.starts_with('M')) {
+        keeper_->Note(kOtherLengths);
+    }
 }
 
 void CConvKeywordRecords::CampoOFFSET() {
     FlushAll();
-    const double along = UncheckedLengthOf(SeparaCampo());
-    const double lateral = UncheckedLengthOf(SeparaCampo());
-    const double vertical = UncheckedLengthOf(SeparaCampo());
+    const double along = UncheckedLengthOf(NumberField());
+    const double lateral = UncheckedLengthOf(NumberField());
+    const double vertical = UncheckedLengthOf(NumberField());
+    if (last_.reading.slopeDistance == 0)
+        Note(kOffsetOfNothing);
     last_.reading = ReadingAtOffset(last_.reading, {along, lateral, vertical});
 
     std::string name = last_.name;
@@ -237,6 +355,7 @@ void CConvKeywordRecords::SalvaRigaP() {
     last_.code = slots_[kCode];
     last_.targetHeight = LengthOf(slots_[kHeight]);
     last_.reading = ReadingOfSlots();
+    CheckAngles();
     AggiungePun(slots_[kName], slots_[kCode], slots_[kNote], last_.targetHeight,
                 WithoutZeroDistance(last_.reading));
     pointPending_ = false;
@@ -245,12 +364,14 @@ void CConvKeywordRecords::SalvaRigaP() {
 
 /// The resection observations, right after their station. They are no points an OFFSET starts from.
 void CConvKeywordRecords::SalvaRigaRES_OBS() {
-    for (const std::string& entry : resections_) {
-        std::string_view rest = entry;
+    for (const Resection& resection : resections_) {
+        const AtLine at(*this, resection.line);
+        std::string_view rest = resection.fields;
         for (std::string& slot : slots_) {
             slot = TakeField(rest, ',');
             rest = TrimBoth(rest);
         }
+        CheckAngles();
         AggiungePun(slots_[kName], slots_[kResectionCode], slots_[kNote],
                     LengthOf(slots_[kResectionHeight]), WithoutZeroDistance(ReadingOfSlots()));
     }

@@ -3,6 +3,7 @@
 #include "converters/PendingRecords.h"
 #include "routines/Offset.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,6 +33,12 @@ protected:
     void ProcessaRiga() override;
 
 private:
+    /// A resection observation that waits for its station: its fields, and the line of the first.
+    struct Resection {
+        std::string fields;
+        std::uint64_t line;
+    };
+
     /// The point written last, for OFFSET; its distance as it was read.
     struct WrittenPoint {
         std::string name;
@@ -47,6 +54,7 @@ private:
     void CampoNAME();
     void CampoINST();
     void CampoATMOS();
+    void CampoXYZ();
     void CampoSTN();
     void CampoBKB();
     void CampoBS();
@@ -68,7 +76,10 @@ private:
     struct Keyword;
     static const Keyword kKeywords[];
 
-    bool SkipsHeaderLine();
+    void ConvertHeaderLine();
+    void NotRead(const Cause& cause);
+    void NoteUnits(std::string_view lengths) const;
+    void NoteReduced();
     void JobText(std::size_t slot, std::string_view text);
     Reading ReadingOfSlots() const;
     double LengthOf(const std::string& text) const;
@@ -77,8 +88,8 @@ private:
 
     const KeywordDialect& dialect_;
     bool inHeader_;
-    char angleUnit_ = 'G';                ///< "D": degrees
-    bool resection_ = false;              ///< from RES_OBS until the station is written
-    std::vector<std::string> resections_; ///< observations of the station that is pending
+    char angleUnit_ = 'G';              ///< "D": degrees
+    bool resection_ = false;            ///< from RES_OBS until the station is written
+    std::vector<Resection> resections_; ///< observations of the station that is pending
     WrittenPoint last_;
 };

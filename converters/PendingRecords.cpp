@@ -31,6 +31,20 @@ std::string_view CConvPendingRecords::SeparaCampo() {
     return TakeField(fields_, ',');
 }
 
+/// A line's fields are gone, not only empty, once the last of them was taken.
+std::string_view CConvPendingRecords::NumberField() {
+    if (fields_.data() == nullptr)
+        Note(kFieldsMissing);
+    const std::string_view field = SeparaCampo();
+    CheckNumber(field);
+    return field;
+}
+
+void CConvPendingRecords::NoteRest() {
+    if (fields_.find_first_not_of(", \t") != std::string_view::npos)
+        Note(kMoreFields);
+}
+
 void CConvPendingRecords::FlushJob() {
     if (jobPending_)
         SalvaRigaL();
@@ -61,12 +75,33 @@ void CConvPendingRecords::BeginPoint(std::initializer_list<std::size_t> slots) {
     FlushStation();
     if (HasAny(slots))
         SavePoint();
+    AddToRecord();
     pointPending_ = true;
+}
+
+void CConvPendingRecords::AddToRecord() {
+    if (IsHeard() && std::ranges::all_of(slots_, &std::string::empty))
+        recordLine_ = LineNumber();
+}
+
+void CConvPendingRecords::CheckAngles() {
+    if (slots_[kHorizontalAngle].empty() || slots_[kZenithAngle].empty())
+        NoteAtRecord(kAngleMissing);
+}
+
+void CConvPendingRecords::SaveStation() {
+    const AtLine at(*this, recordLine_);
+    (this->*saveStation_)();
+}
+
+void CConvPendingRecords::SavePoint() {
+    const AtLine at(*this, recordLine_);
+    (this->*savePoint_)();
 }
 
 void CConvPendingRecords::FillNameHeightCode() {
     slots_[kName] = SeparaCampo();
-    slots_[kHeight] = SeparaCampo();
+    slots_[kHeight] = NumberField();
     slots_[kCode] = SeparaCampo();
 }
 
@@ -75,6 +110,7 @@ void CConvPendingRecords::StationRecord() {
     FlushPoint();
     if (HasAny({kName, kHeight, kCode}))
         SaveStation();
+    AddToRecord();
     FillNameHeightCode();
     stationPending_ = true;
 }
@@ -94,22 +130,22 @@ void CConvPendingRecords::SideShot() {
 
 void CConvPendingRecords::AnglesReading() {
     BeginPoint({kHorizontalAngle, kZenithAngle});
-    slots_[kHorizontalAngle] = SeparaCampo();
-    slots_[kZenithAngle] = SeparaCampo();
+    slots_[kHorizontalAngle] = NumberField();
+    slots_[kZenithAngle] = NumberField();
 }
 
 void CConvPendingRecords::PolarRecord() {
     BeginPoint({kHorizontalAngle, kZenithAngle, kDistance});
-    slots_[kHorizontalAngle] = SeparaCampo();
-    slots_[kZenithAngle] = SeparaCampo();
-    slots_[kDistance] = SeparaCampo();
+    slots_[kHorizontalAngle] = NumberField();
+    slots_[kZenithAngle] = NumberField();
+    slots_[kDistance] = NumberField();
 }
 
 void CConvPendingRecords::ReducedRecord(int distanceDecimals) {
     BeginPoint({kHorizontalAngle, kZenithAngle, kDistance});
-    slots_[kHorizontalAngle] = SeparaCampo();
-    const double horizontalDistance = DoubleDaString(SeparaCampo());
-    const double heightDifference = DoubleDaString(SeparaCampo());
+    slots_[kHorizontalAngle] = NumberField();
+    const double horizontalDistance = DoubleDaString(NumberField());
+    const double heightDifference = DoubleDaString(NumberField());
     const Reading reading = ReadingFromReduced(horizontalDistance, heightDifference);
     slots_[kZenithAngle] = StringDaDouble(reading.zenithAngle, 0, 6);
     slots_[kDistance] = StringDaDouble(reading.slopeDistance, 0, distanceDecimals);
@@ -118,7 +154,10 @@ void CConvPendingRecords::ReducedRecord(int distanceDecimals) {
 
 /// The first job record is that of the job named after the file; every later one opens a job.
 void CConvPendingRecords::SalvaRigaL() {
+    const AtLine at(*this, recordLine_);
     if (updatesJob_) {
+        if (CJob* const job = CurrentJob())
+            Tell(job);
         SetNomeAtJob(slots_[kName]);
         SetOperAtJob(slots_[kOperator]);
         SetStrumAtJob(slots_[kInstrument]);

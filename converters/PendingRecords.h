@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -42,8 +43,12 @@ protected:
     /// The next field of the line, as it stands; without a comma all that is left.
     std::string_view SeparaCampo();
 
-    /// Cuts keyword and fields of the line apart; false for a line without a keyword, to be
-    /// skipped.
+    /// The same of a field that is kept and becomes a number when its record is written.
+    std::string_view NumberField();
+    /// Remarks on what is left of the line's fields once its record has taken its own.
+    void NoteRest();
+
+    /// Cuts keyword and fields of the line apart; false for a line without a keyword.
     bool CutKeyword(std::string_view& keyword);
     void FlushJob();
     void FlushStation();
@@ -54,6 +59,10 @@ protected:
     /// Part of a point: writes what is pending of jobs and stations, and the point itself where it
     /// has one of those values already.
     void BeginPoint(std::initializer_list<std::size_t> slots);
+    /// The current line is about to add to the record in hand, and begins it where that is empty.
+    void AddToRecord();
+    /// Remarks on a point in hand that lacks an angle.
+    void CheckAngles();
 
     void StationRecord();
     void SightedPoint();
@@ -65,14 +74,15 @@ protected:
     void ReducedRecord(int distanceDecimals);
 
     std::array<std::string, 7> slots_; ///< the texts of the record in hand
+    std::uint64_t recordLine_ = 0;     ///< on which the record in hand begins
     std::string_view fields_;          ///< what is left of the current line's fields
     bool jobPending_ = false;
     bool stationPending_ = false;
     bool pointPending_ = false;
 
 private:
-    void SaveStation() { (this->*saveStation_)(); }
-    void SavePoint() { (this->*savePoint_)(); }
+    void SaveStation();
+    void SavePoint();
     void FillNameHeightCode();
 
     Save saveStation_;

@@ -27,6 +27,10 @@ inline constexpr Cause kFieldsMissing = {
 inline constexpr Cause kNoNumbers = {
     RemarkKind::Unknown, "a line without a single number where numbers belong is no record, but is "
                          "taken for one all the same"};
+inline constexpr Cause kMoreFields = {
+    RemarkKind::NotRead, "fields behind those that a record of its kind has are not read"};
+inline constexpr Cause kAngleMissing = {
+    RemarkKind::Incomplete, "a point without a horizontal or a zenith angle: that angle is 0"};
 inline constexpr Cause kRecordCutShort = {
     RemarkKind::Incomplete,
     "a record cut short by the end of the file is written with what it has"};

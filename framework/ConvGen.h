@@ -116,6 +116,11 @@ protected:
         if (keeper_) [[unlikely]]
             keeper_->Skip(cause);
     }
+    /// The same on the record that is being written, at its line.
+    void NoteAtRecord(const Cause& cause) {
+        if (keeper_) [[unlikely]]
+            keeper_->NoteAt(cause, keeper_->RecordLine());
+    }
     /// True where somebody listens: for what would cost time otherwise.
     bool IsHeard() const { return keeper_ != nullptr; }
     /// The current line, from 1, for AtLine; 0 where nobody listens.

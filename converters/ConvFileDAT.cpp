@@ -129,7 +129,7 @@ void CConvFileDAT::ThreeLines() {
         WritePoint(point, "");
 }
 
-/// What a line says of a point: name, target height, slope distance, zenith angle, horizontal angle.
+/// What a line says of a point: name, target height, slope distance, zenith and horizontal angle.
 CConvFileDAT::Point CConvFileDAT::PointOf(std::string_view line) {
     std::array<std::string_view, kPointFields> fields;
     std::string_view rest = line;

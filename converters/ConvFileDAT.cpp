@@ -39,6 +39,9 @@ constexpr Cause kFieldsBehind = {RemarkKind::NotRead,
 constexpr Cause kCutShort = {RemarkKind::Incomplete,
                              "a record of three lines that the end of the file cuts short is "
                              "completed with the line before"};
+constexpr Cause kNoSecondLine = {RemarkKind::Incomplete,
+                                 "the second of a point's three lines is empty: it has no name, no "
+                                 "distance, and angles of 0"};
 constexpr Cause kFirstLine = {RemarkKind::NotRead,
                               "the text in the first of a point's three lines is not read"};
 constexpr Cause kThirdLine = {RemarkKind::NotRead,
@@ -73,7 +76,7 @@ bool CConvFileDAT::Esegui() {
 
 /// An empty line leaves the line before it in place, which is then taken once more, so that a point
 /// of one line stands twice, on purpose: a job that is converted again must have as many points as
-/// the field book that a host made of it before.
+/// the field book that a host made of it before. By the complete rules it is an empty line.
 bool CConvFileDAT::ReadLine() {
     bool isKept = false;
     if (!file_->ReadLineOrKeep(text_, isKept))
@@ -91,7 +94,7 @@ void CConvFileDAT::ConvertLine() {
         WritePoint(PointOf(std::string_view(text_).substr(1)), "");
     } else if (text_ == "END") {
         file_->EndHere();
-    } else {
+    } else if (!text_.empty() || Rules().lines == LineRules::Classic) {
         ThreeLines();
     }
 }
@@ -106,6 +109,8 @@ void CConvFileDAT::ThreeLines() {
     const bool isStation = CountFields(second) >= kStationFields;
     Point point = isStation ? PointOfStation(second) : PointOf(second);
     point.name = TrimBoth(point.name);
+    if (second.empty())
+        Note(kNoSecondLine);
     if (!ReadLine() || !hasSecond)
         Note(kCutShort);
 
@@ -124,7 +129,7 @@ void CConvFileDAT::ThreeLines() {
         WritePoint(point, "");
 }
 
-/// What a line says of a point: name, target height, slope distance, zenith angle, horizontal angle.
+/// What a line says of a point: name, target height, slope distance, zenith and horizontal angle.
 CConvFileDAT::Point CConvFileDAT::PointOf(std::string_view line) {
     std::array<std::string_view, kPointFields> fields;
     std::string_view rest = line;

@@ -395,7 +395,7 @@ void CConvFileELT::NoteOtherTags() {
         const bool isRead = std::ranges::any_of(
             kTagsRead, [tag](std::string_view read) { return tag.starts_with(read); });
         double unused = 0;
-        if (!isRead && tag.find(' ') < kValue && NumberAtStart(tag.substr(kValue - 1), unused) > 0)
+        if (!isRead && tag.find(' ') < kValue && NumberAtStart(Piece(tag, kValue - 1), unused) > 0)
             Note(kOtherTag);
     }
 }

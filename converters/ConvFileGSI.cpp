@@ -22,14 +22,18 @@
 // height, 88 instrument height, 41 code block. The first word is never looked up by its index: name
 // and block number are taken from it by position. The first word of a kind in the line counts.
 //
-// Lengths come out in metres, angles in gon. Coordinates (81-86) are not read.
+// Lengths come out in metres, angles in gon. Coordinates (81-83 of the point, 84-86 of the station)
+// are read by the complete rules alone, which also take a station that holds 25.342, and the code
+// blocks 2 and 21, for what they are.
 
 #include "converters/ConvFileGSI.h"
 
+#include "routines/Angles.h"
 #include "routines/Numbers.h"
 #include "routines/Text.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace {
@@ -121,6 +125,9 @@ constexpr Cause kOtherUnit = {
 constexpr Cause kNoUnit = {RemarkKind::Unit,
                            "a value in a unit that is none of its kind is not read: absent"};
 
+constexpr Cause kNoMinutes = {RemarkKind::NoNumber,
+                              "an angle with minutes or seconds of 60 or more is no angle: absent"};
+
 constexpr Cause kPointCoordinates = {RemarkKind::NotRead,
                                      "words 81 to 83 (coordinates of the point) are not read"};
 constexpr Cause kStationCoordinates = {RemarkKind::NotRead,
@@ -160,14 +167,17 @@ constexpr WordCauses CausesOf(std::initializer_list<std::size_t> read) {
     return causes;
 }
 
-constexpr WordCauses kPointWords = CausesOf({21, 22, 31, 32, 33, 71, 87, 88});
-constexpr WordCauses kStationWords = [] {
-    WordCauses causes = CausesOf({71, 88});
+constexpr WordCauses OfStation(WordCauses causes) {
     for (const std::size_t index : {21, 22, 31, 32, 33})
         causes[index] = &kStationMeasurements;
     causes[87] = &kStationTarget;
     return causes;
-}();
+}
+
+constexpr WordCauses kPointWords = CausesOf({21, 22, 31, 32, 33, 71, 87, 88});
+constexpr WordCauses kPointWordsWithPlace = CausesOf({21, 22, 31, 32, 33, 71, 81, 82, 83, 87, 88});
+constexpr WordCauses kStationWords = OfStation(CausesOf({71, 88}));
+constexpr WordCauses kStationWordsWithPlace = OfStation(CausesOf({25, 71, 84, 85, 86, 88}));
 constexpr WordCauses kBlockWords = CausesOf({42, 43, 44});
 
 constexpr bool IsDigit(char c) {
@@ -176,6 +186,29 @@ constexpr bool IsDigit(char c) {
 
 constexpr bool IsSign(char c) {
     return c == '+' || c == '-';
+}
+
+/// Decimal degrees, five decimals.
+double GonFromDecimals(double data) {
+    return GonFromDegrees(data / 100000);
+}
+
+/// Degrees, minutes, seconds and their tenths (DDDMMSSs); absent where the minutes or seconds are
+/// none.
+double GonFromSexagesimal(double data) {
+    const double size = std::fabs(data);
+    const double degrees = std::floor(size / 100000);
+    const double minutes = std::fmod(std::floor(size / 1000), 100);
+    const double seconds = std::fmod(size, 1000) / 10;
+    if (!(minutes < 60 && seconds < 60))
+        return kNoValue;
+    const double gon = GonFromDegrees(degrees + minutes / 60 + seconds / 3600);
+    return data < 0 ? -gon : gon;
+}
+
+/// Mils, four decimals: 6400 to the circle.
+double GonFromMils(double data) {
+    return data / 10000 * 400 / 6400;
 }
 
 } // namespace
@@ -205,6 +238,15 @@ constexpr CConvFileGSI::Units CConvFileGSI::kClassicUnits = {{
     {[](double data) { return data / 100000; }},         // metre, last digit 1/100 mm
     {},
 }};
+
+/// By the complete rules angles come out in gon, whatever they are in.
+constexpr CConvFileGSI::Units CConvFileGSI::kCompleteUnits = [] {
+    Units units = kClassicUnits;
+    units[3] = {GonFromDecimals, true};
+    units[4] = {GonFromSexagesimal, true};
+    units[5] = {GonFromMils, true};
+    return units;
+}();
 
 CConvFileGSI::CConvFileGSI(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
@@ -236,20 +278,20 @@ void CConvFileGSI::ConvertLine() {
 
 /// True where the line is to be written, as a station or as a point.
 bool CConvFileGSI::SeparaCampi(Record& record) {
-    if (HoldsIgnoredMark(line_)) {
-        if (IsHeard())
-            Note(Contains(line_, " 84.") ? kMarkedStation : kMarkedLine);
+    FindWords();
+    const bool isStation = HoldsStation();
+    if (HoldsIgnoredMark(line_) && !(isStation && Rules().opensSetUps)) {
+        Note(isStation ? kMarkedStation : kMarkedLine);
         return false;
     }
-    FindWords();
     if (Begins(line_, "41"))
         return TrattaRiga41(record);
     if (Begins(line_, "*41.."))
         return TrattaRiga41Stonex(record);
     if (Begins(line_, "*41"))
-        return TrattaRiga41PuntoStonex();
+        return TrattaRiga41PuntoStonex(record);
 
-    record.isStation = FindKey(" 84.") != kAbsent;
+    record.isStation = isStation;
     record.name = NameInFirstWord();
     if (record.isStation)
         StationLine(record);
@@ -260,11 +302,26 @@ bool CConvFileGSI::SeparaCampi(Record& record) {
     return true;
 }
 
-/// Only the presence of word 84 makes a station. Its coordinates are not read, on purpose: the host
-/// computes a station's coordinates from what was measured, and must not find others there.
+/// Only the presence of word 84 makes a station; by the complete rules that of word 85, too.
+bool CConvFileGSI::HoldsStation() const {
+    return FindKey(" 84.") != kAbsent || (Rules().opensSetUps && FindKey(" 85.") != kAbsent);
+}
+
+/// The classic rules do not read its coordinates, on purpose: the host computes a station's
+/// coordinates from what was measured, and must not find others there.
 void CConvFileGSI::StationLine(Record& station) {
     station.code = TrovaStrInCmpConCod(" 71.");
     station.instrumentHeight = TrovaDoubleInCmpConCod(" 88.");
+    station.place = PlaceIn(" 84.", " 85.", " 86.");
+}
+
+CConvGen::Place CConvFileGSI::PlaceIn(std::string_view east, std::string_view north,
+                                      std::string_view height) {
+    if (!Rules().readsCoordinates)
+        return {};
+    return {.x = TrovaDoubleInCmpConCod(east),
+            .y = TrovaDoubleInCmpConCod(north),
+            .z = TrovaDoubleInCmpConCod(height)};
 }
 
 void CConvFileGSI::PointLine(Record& point) {
@@ -287,6 +344,7 @@ void CConvFileGSI::PointLine(Record& point) {
     point.code = TrovaStrInCmpConCod(" 71.");
     if (point.code.empty())
         point.code = defaultCode_;
+    point.place = PlaceIn(" 81.", " 82.", " 83.");
 }
 
 /// Horizontal distance and height difference instead of a slope distance. A zenith angle that was
@@ -322,7 +380,7 @@ bool CConvFileGSI::TrattaRiga41(Record& station) {
         defaultTargetHeight_ = TrovaDoubleInCmpConCod(" 43.");
     } else if (number == "04" || number == "50") {
         defaultTargetHeight_ = TrovaDoubleInCmpConCod(" 42.");
-    } else if (!OpensStation(number, station)) {
+    } else if (!OpensStation(number, station) && !OpensSetUp(station)) {
         if (IsHeard())
             JudgeOtherBlock(number == "01" ? kBlockWithoutHeight : kOtherBlock);
         return false;
@@ -357,6 +415,19 @@ bool CConvFileGSI::OpensStation(std::string_view number, Record& station) {
     return true;
 }
 
+/// The set-up blocks of instruments of today: their whole number is 2 or 21.
+bool CConvFileGSI::OpensSetUp(Record& station) {
+    if (!Rules().opensSetUps || FindKey(" 42.") == kAbsent)
+        return false;
+    const std::string_view number = NameInFirstWord();
+    if (number != "2" && number != "21")
+        return false;
+    station.name = TrovaStrInCmpConCod(" 42.");
+    station.instrumentHeight = TrovaDoubleInCmpConCod(" 43.");
+    station.isStation = true;
+    return true;
+}
+
 /// A code block of the other dialect, told by the last six of its sixteen digits.
 bool CConvFileGSI::TrattaRiga41Stonex(Record& station) {
     const std::string_view kind = Piece(line_, 18, 6);
@@ -378,7 +449,12 @@ bool CConvFileGSI::TrattaRiga41Stonex(Record& station) {
 }
 
 /// The point code of the other dialect, good for the points that follow.
-bool CConvFileGSI::TrattaRiga41PuntoStonex() {
+bool CConvFileGSI::TrattaRiga41PuntoStonex(Record& station) {
+    if (OpensSetUp(station)) {
+        if (IsHeard())
+            JudgeBlock(station);
+        return true;
+    }
     const std::size_t plus = line_.find('+');
     const std::size_t blank = BlankFrom(kFirstWordEnd);
     if (blank < line_.size() && plus < blank)
@@ -399,7 +475,10 @@ bool CConvFileGSI::BeginsWithWord() const {
 /// Remarks on a line of measurements: a station or a point.
 void CConvFileGSI::JudgeLine(bool isStation) {
     const bool begins = BeginsWithWord();
-    if (!JudgeWords(isStation ? kStationWords : kPointWords) && !begins)
+    const bool withPlace = Rules().readsCoordinates;
+    const WordCauses& ofStation = withPlace ? kStationWordsWithPlace : kStationWords;
+    const WordCauses& ofPoint = withPlace ? kPointWordsWithPlace : kPointWords;
+    if (!JudgeWords(isStation ? ofStation : ofPoint) && !begins)
         Skip(kNoWord);
     else if (!begins || !line_.substr(line_.starts_with('*') ? 1 : 0).starts_with("11"))
         Note(kNoPointNumber);
@@ -530,6 +609,8 @@ double CConvFileGSI::TrovaDoubleInCmpConCod(std::string_view key) {
     }
     const std::size_t end = BlankFrom(position + kData, word);
     const std::string_view data = line_.substr(position + kData, end - position - kData);
+    if (Rules().appliesUnits && Contains(data, "-"))
+        return kNoValue; // dashes: not measured
     double value = ReadNumberOrNoValue(data);
     const Unit& unit = UnitOf(line_[position + kUnit]);
     if (IsHeard())
@@ -538,15 +619,19 @@ double CConvFileGSI::TrovaDoubleInCmpConCod(std::string_view key) {
         return kNoValue;
     if (line_[position + kSign] == '-')
         value = -value;
-    return unit.scale ? unit.scale(value) : kNoValue;
+    const double scaled = unit.scale ? unit.scale(value) : kNoValue;
+    if (unit.scale && scaled == kNoValue)
+        Note(kNoMinutes);
+    return scaled;
 }
 
 /// By the unit digit alone: an angle word and a distance word with the same digit are scaled alike.
-const CConvFileGSI::Unit& CConvFileGSI::UnitOf(char digit) {
+const CConvFileGSI::Unit& CConvFileGSI::UnitOf(char digit) const {
     static constexpr Unit kNone = {};
+    const Units& units = Rules().appliesUnits ? kCompleteUnits : kClassicUnits;
     if (digit == '.')
-        return kClassicUnits[0];
-    return IsDigit(digit) ? kClassicUnits[static_cast<std::size_t>(digit - '0')] : kNone;
+        return units[0];
+    return IsDigit(digit) ? units[static_cast<std::size_t>(digit - '0')] : kNone;
 }
 
 /// Remarks on the data of a word and their unit.
@@ -578,12 +663,22 @@ void CConvFileGSI::ConvertiRiga(Record& record) {
         ConversioneRigaP(record);
 }
 
+/// By the complete rules the set-up of the record before, named once more, is written once.
 void CConvFileGSI::ConversioneRigaS(Record& station) {
+    if (Rules().opensSetUps) {
+        const SetUp setUp = {station.name, station.place, station.instrumentHeight};
+        if (lastSetUp_ == setUp)
+            return;
+        lastSetUp_ = setUp;
+    }
     AggiungeSta(std::move(station.name), std::move(station.code), station.instrumentHeight,
                 kNoValue, kNoValue);
+    if (CSta* const written = CurrentStation())
+        SetPlace(*written, station.place);
 }
 
 void CConvFileGSI::ConversioneRigaP(Record& point) {
+    lastSetUp_.reset();
     if (skipBS1_ && point.name == "BS1") {
         Note(kBacksight);
         return;
@@ -591,6 +686,18 @@ void CConvFileGSI::ConversioneRigaP(Record& point) {
     Reading reading = WithoutZeroDistance(point.reading);
     reading.slopeDistance = RoundedByLong(reading.slopeDistance, 10000);
     point.code.erase(std::min(point.code.size(), point.code.find('\r')));
-    AggiungePun(std::move(point.name), std::move(point.code), "",
-                RoundedByLong(point.targetHeight, 1000), reading);
+    const double targetHeight = RoundedByLong(point.targetHeight, 1000);
+    if (!IsPlaced(point.place)) {
+        AggiungePun(std::move(point.name), std::move(point.code), "", targetHeight, reading);
+        return;
+    }
+    const CPun* const before = LastPoint();
+    AggiungePun(std::move(point.name), std::move(point.code), "", targetHeight, reading,
+                Expected::Coordinates);
+    if (CPun* const written = LastPoint(); written && written != before)
+        SetPlace(*written, point.place);
+}
+
+bool CConvFileGSI::IsPlaced(const Place& place) {
+    return IsPresent(place.x) || IsPresent(place.y) || IsPresent(place.z);
 }

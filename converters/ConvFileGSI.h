@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,6 +29,19 @@ private:
         double instrumentHeight = kNoValue; ///< of a station
         double targetHeight = kNoValue;     ///< of a point, as is its reading
         Reading reading;
+        Place place;
+    };
+
+    /// What makes a set-up the same as another.
+    struct SetUp {
+        std::string name;
+        Place place;
+        double instrumentHeight = kNoValue;
+
+        bool operator==(const SetUp& other) const {
+            return name == other.name && place.x == other.place.x && place.y == other.place.y &&
+                   place.z == other.place.z && instrumentHeight == other.instrumentHeight;
+        }
     };
 
     // Operations in the library's own vocabulary.
@@ -35,7 +49,7 @@ private:
     bool SeparaCampi(Record& record);
     bool TrattaRiga41(Record& station);
     bool TrattaRiga41Stonex(Record& station);
-    bool TrattaRiga41PuntoStonex();
+    bool TrattaRiga41PuntoStonex(Record& station);
     double TrovaDoubleInCmpConCod(std::string_view key);
     std::string TrovaStrInCmpConCod(std::string_view key);
     static void EliminaZeriIniz(std::string_view& digits);
@@ -53,12 +67,17 @@ private:
     void PointLine(Record& point);
     void ReduceWhereNeeded(Record& point);
     double AbsentDistance(double distance);
+    bool HoldsStation() const;
+    Place PlaceIn(std::string_view east, std::string_view north, std::string_view height);
+    static bool IsPlaced(const Place& place);
+    bool OpensSetUp(Record& station);
     bool OpensStation(std::string_view number, Record& station);
 
     struct Unit;
     using Units = std::array<Unit, 10>;
     static const Units kClassicUnits;
-    static const Unit& UnitOf(char digit);
+    static const Units kCompleteUnits;
+    const Unit& UnitOf(char digit) const;
 
     bool BeginsWithWord() const;
     void JudgeLine(bool isStation);
@@ -75,5 +94,6 @@ private:
 
     std::string defaultCode_; ///< for points without one, from the last code block that gave one
     double defaultTargetHeight_ = kNoValue; ///< the same
+    std::optional<SetUp> lastSetUp_;        ///< where the record before opened it
     bool skipBS1_ = false;                  ///< backsights named BS1 are left out
 };

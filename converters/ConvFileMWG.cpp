@@ -71,6 +71,8 @@ bool CConvFileMWG::LeggeUnaRigaMWG() {
 }
 
 void CConvFileMWG::ConvertLine() {
+    if (line_.empty() && Rules().lines == LineRules::Complete)
+        return;
     AnalizzaRigaMWG();
     SalvaRigaMWG();
 }
@@ -152,7 +154,8 @@ std::string CConvFileMWG::NameOfNumber(std::string_view digits) {
 
 /// Every line writes what is ready: one that changes nothing (another word, an unknown marker, an
 /// empty line) writes the same station or point again, on purpose: hosts take points of equal name
-/// and reading for one, and a job that is converted again must have as many.
+/// and reading for one, and a job that is converted again must have as many. By the complete rules
+/// an empty line repeats nothing.
 void CConvFileMWG::SalvaRigaMWG() {
     const AtLine line(*this, recordLine_);
     if (stationReady_)

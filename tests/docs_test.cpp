@@ -47,6 +47,11 @@ std::vector<Block> BlocksOf(const std::string& page) {
     return blocks;
 }
 
+/// True where one of the words behind the file's name is that.
+bool Says(const Block& block, std::string_view word) {
+    return block.words.size() > 3 && block.words[3] == word;
+}
+
 std::string Replaced(std::string text, std::string_view shown, char meant) {
     for (std::size_t i = text.find(shown); i != std::string_view::npos; i = text.find(shown, i))
         text.replace(i, shown.size(), 1, meant);
@@ -57,7 +62,7 @@ std::string Replaced(std::string text, std::string_view shown, char meant) {
 /// hexadecimal digits say.
 std::string BytesOf(const Block& block) {
     std::string bytes;
-    const bool isHex = block.words.size() > 3 && block.words[3] == "hex";
+    const bool isHex = Says(block, "hex");
     for (std::string line : block.lines) {
         if (isHex) {
             std::istringstream digits(line);
@@ -75,9 +80,10 @@ std::string BytesOf(const Block& block) {
 }
 
 /// What the program makes of a file.
-std::string ViewOf(std::string_view view, const std::string& format, const std::string& path) {
+std::string ViewOf(std::string_view view, const std::string& format, const std::string& path,
+                   Rules rules = Rules::Classic) {
     app::Conversion conversion;
-    ConvertAs(format, path, conversion);
+    ConvertAs(format, path, conversion, rules);
     std::ostringstream text;
     app::Sink sink(text);
     const auto output = app::MakeOutput(view, sink, 1);
@@ -108,19 +114,19 @@ std::vector<std::string> SampleAtHead(const std::string& source) {
     return lines;
 }
 
-std::string TableOf(const std::string& format, const std::string& path) {
-    return ViewOf(app::kTable, format, path);
+std::string TableOf(const std::string& format, const std::string& path, Rules rules) {
+    return ViewOf(app::kTable, format, path, rules);
 }
 
 /// The remarks that the program prints under a file's first line.
-std::string RemarksOf(const std::string& format, const std::string& path) {
-    const std::string table = TableOf(format, path);
+std::string RemarksOf(const std::string& format, const std::string& path, Rules rules) {
+    const std::string table = TableOf(format, path, rules);
     const std::size_t begin = table.find('\n') + 1;
     return table.substr(begin, table.find("\n\n") + 1 - begin);
 }
 
 /// What is done with a sample on the page, by the word behind its fence.
-using Printed = std::string (*)(const std::string& format, const std::string& path);
+using Printed = std::string (*)(const std::string& format, const std::string& path, Rules rules);
 const std::map<std::string, Printed> kSamples = {{"sample", TableOf}, {"remarked", RemarksOf}};
 
 TEST(Docs, SamplesGiveWhatStandsUnderThem) {
@@ -136,7 +142,8 @@ TEST(Docs, SamplesGiveWhatStandsUnderThem) {
         shown.insert(format);
         ASSERT_LT(i + 1, blocks.size());
         const std::string path = folder.Write(blocks[i].words[2], BytesOf(blocks[i]));
-        EXPECT_EQ(printed(format, path), Joined(blocks[i + 1].lines)) << format;
+        const Rules rules = Says(blocks[i], "complete") ? Rules::Complete : Rules::Classic;
+        EXPECT_EQ(printed(format, path, rules), Joined(blocks[i + 1].lines)) << format;
     }
     for (const Format& format : Formats()) {
         if (format.kind != FormatKind::Database) { // a database cannot be printed

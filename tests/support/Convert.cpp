@@ -7,21 +7,24 @@
 
 namespace convfile::test {
 
-void ConvertAs(const std::string& format, const std::string& path, app::Conversion& result) {
+void ConvertAs(const std::string& format, const std::string& path, app::Conversion& result,
+               Rules rules) {
     app::FormatChoice choice;
     choice.name = format;
+    choice.complete = rules == Rules::Complete;
     app::Convert(app::ChooseRoute(choice, path), path, result);
 }
 
 void ConvertBytesAs(const std::string& format, const std::string& name, std::string_view bytes,
-                    app::Conversion& result) {
+                    app::Conversion& result, Rules rules) {
     const Format& known = *FormatByName(format);
     if (known.kind != FormatKind::Database) {
-        ConvertFrom(ByteSource::Memory(bytes), known, name, result);
+        ConvertFrom(ByteSource::Memory(bytes), known, name, result,
+                    rules == Rules::Complete ? ReadingRules::Complete() : ReadingRules{});
         return;
     }
     const TempFolder folder;
-    ConvertAs(format, folder.Write(name, bytes), result);
+    ConvertAs(format, folder.Write(name, bytes), result, rules);
 }
 
 std::string JsonOf(const app::Conversion& conversion) {
@@ -34,9 +37,9 @@ std::string JsonOf(const app::Conversion& conversion) {
     return text.str();
 }
 
-std::string ConvertToJson(const std::string& format, const std::string& path) {
+std::string ConvertToJson(const std::string& format, const std::string& path, Rules rules) {
     app::Conversion conversion;
-    ConvertAs(format, path, conversion);
+    ConvertAs(format, path, conversion, rules);
     return JsonOf(conversion);
 }
 

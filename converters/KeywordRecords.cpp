@@ -18,7 +18,9 @@
 //   OFFSET  0.000,0.500,0.000        from the last point: along, lateral, vertical
 //
 // Angles are gon, or degrees after "UNITS M,D"; lengths metres, whatever UNITS says. Other keywords
-// (XYZ, SCALE, TEMP ...) are not read.
+// (XYZ, SCALE, TEMP ...) are not read. The complete reading applies UNITS as instruments write it:
+// degrees, minutes and seconds (DDD.MMSSss), feet; and XYZ (east, north, height) gives coordinates to
+// the station or point before it.
 
 #include "converters/KeywordRecords.h"
 
@@ -34,6 +36,9 @@
 namespace {
 
 constexpr std::size_t kLengthDecimals = 3;
+constexpr double kPerMetre = 1000; ///< of lengths without a point
+constexpr double kMetresPerFoot = 0.3048;
+constexpr int kCompleteReducedDecimals = 6;
 constexpr std::size_t kAngleDecimals = 4;
 
 // The order of the fields of a resection entry.
@@ -48,6 +53,10 @@ constexpr Cause kHeaderRecord = {
     "a record in the header's place, the first line that begins with a letter, is not read"};
 constexpr Cause kCoordinates = {
     RemarkKind::NotRead, "XYZ records are not read: stations and points have no coordinates"};
+constexpr Cause kCoordinatesOfNothing = {RemarkKind::NotRead,
+                                         "coordinates (XYZ) that follow no station or point, but "
+                                         "BKB, RES_OBS or a job's records, are not "
+                                         "read"};
 constexpr Cause kAtmosphere = {
     RemarkKind::NotRead,
     "ATMOS, TEMP and SCALE records are not read: temperature and pressure are 0"};
@@ -172,6 +181,13 @@ void CConvKeywordRecords::AnalizzaRiga(std::string_view keyword) {
     }
 }
 
+/// The record in hand goes on. By the classic rules the units that count are those of the time at
+/// which it is written.
+void CConvKeywordRecords::TakeRecord() {
+    placeOf_ = PlaceOf::RecordInHand;
+    recordUnits_ = units_;
+}
+
 void CConvKeywordRecords::NotRead(const Cause& cause) {
     Note(cause);
     fields_ = {};
@@ -184,6 +200,7 @@ void CConvKeywordRecords::JobText(std::size_t slot, std::string_view text) {
     FlushPoint();
     if (!slots_[slot].empty())
         SalvaRigaL();
+    placeOf_ = PlaceOf::Nothing;
     AddToRecord();
     slots_[slot] = text;
     jobPending_ = true;
@@ -213,13 +230,35 @@ void CConvKeywordRecords::CampoATMOS() {
 
 void CConvKeywordRecords::CampoSTN() {
     StationRecord();
+    TakeRecord();
 }
 
 void CConvKeywordRecords::CampoXYZ() {
-    NotRead(kCoordinates);
+    if (!Rules().readsCoordinates) {
+        NotRead(kCoordinates);
+        return;
+    }
+    Place place;
+    place.x = NextCoordinate();
+    place.y = NextCoordinate();
+    place.z = NextCoordinate();
+    if (placeOf_ == PlaceOf::Nothing)
+        Note(kCoordinatesOfNothing);
+    else if (placeOf_ == PlaceOf::RecordInHand)
+        place_ = place;
+    else if (CPun* const point = LastPoint())
+        SetPlace(*point, place);
+}
+
+double CConvKeywordRecords::NextCoordinate() {
+    const std::string_view field = NumberField(kNoNumberIsAbsent);
+    const bool implied = dialect_.impliedDecimals && !Contains(field, ".");
+    const double coordinate = NumberOrNoValue(field);
+    return Metres(implied && IsPresent(coordinate) ? coordinate / kPerMetre : coordinate, units_);
 }
 
 void CConvKeywordRecords::CampoBKB() {
+    placeOf_ = PlaceOf::Nothing;
     NotRead(kBacksightBearing);
 }
 
@@ -227,13 +266,15 @@ void CConvKeywordRecords::CampoBS() {
     BeginPoint({kName, kHeight});
     slots_[kName] = SeparaCampo();
     slots_[kHeight] = NumberField();
+    TakeRecord();
 }
 
 /// The extra field goes to the height of the record in hand, not to the entry, on purpose: it is
 /// what some instruments write behind the code of a station that is being resected.
 void CConvKeywordRecords::CampoRES_OBS() {
     resection_ = true;
-    std::string& entry = resections_.emplace_back(Resection{{}, LineNumber()}).fields;
+    placeOf_ = PlaceOf::Nothing;
+    std::string& entry = resections_.emplace_back(Resection{{}, LineNumber(), units_}).fields;
     entry.append(SeparaCampo()).append(",");
     entry.append(NumberField()).append(",");
     entry.append(SeparaCampo()).append(",");
@@ -247,10 +288,12 @@ void CConvKeywordRecords::CampoRES_OBS() {
 
 void CConvKeywordRecords::CampoFS() {
     SightedPoint();
+    TakeRecord();
 }
 
 void CConvKeywordRecords::CampoSS() {
     SideShot();
+    TakeRecord();
 }
 
 void CConvKeywordRecords::CampoCTL() {
@@ -259,21 +302,35 @@ void CConvKeywordRecords::CampoCTL() {
 
 void CConvKeywordRecords::CampoHV() {
     AnglesReading();
+    TakeRecord();
+    NoteSexagesimal(slots_[kHorizontalAngle]);
+    NoteSexagesimal(slots_[kZenithAngle]);
 }
 
 void CConvKeywordRecords::CampoSD() {
     if (resection_) {
         resections_.back().fields.append(fields_).append(",");
-        for (int field = 0; field < 3; ++field)
-            NumberField();
+        NoteSexagesimal(NumberField());
+        NoteSexagesimal(NumberField());
+        NumberField();
         return;
     }
     PolarRecord();
+    TakeRecord();
+    NoteSexagesimal(slots_[kHorizontalAngle]);
+    NoteSexagesimal(slots_[kZenithAngle]);
 }
 
 void CConvKeywordRecords::CampoHD() {
-    NoteReduced();
-    ReducedRecord(dialect_.reducedDistanceDecimals);
+    if (Rules().appliesUnits) {
+        ReducedRecord(kCompleteReducedDecimals, dialect_.impliedDecimals ? kPerMetre : 1);
+        NoteSexagesimal(slots_[kHorizontalAngle]);
+    } else {
+        NoteReduced();
+        ReducedRecord(dialect_.reducedDistanceDecimals);
+    }
+    TakeRecord();
+    zenithIsGon_ = Rules().appliesUnits;
 }
 
 /// The distances of the record, with their point, lose what is behind it where no decimals are
@@ -283,7 +340,7 @@ void CConvKeywordRecords::NoteReduced() {
     TakeField(distances, ',');
     if (dialect_.reducedDistanceDecimals == 0 && Contains(distances, "."))
         Note(kReducedDistance);
-    if (angleUnit_ == 'D')
+    if (units_.angle == 'D')
         Note(kReducedAngle);
 }
 
@@ -295,39 +352,56 @@ void CConvKeywordRecords::CampoNOTE() {
     }
     BeginPoint({kNote});
     slots_[kNote] = SeparaCampo();
+    TakeRecord();
 }
 
-/// The unit of the distances, which comes first, is not applied, on purpose: the instruments of
-/// these files write metres whatever it says.
+/// The unit of the distances, which comes first, is not applied by the classic rules, on purpose:
+/// the instruments these were made for write metres whatever it says.
 void CConvKeywordRecords::CampoUNITS() {
     const std::string_view lengths = SeparaCampo();
     const std::string_view angles = SeparaCampo();
-    angleUnit_ = angles.empty() ? '\0' : angles.front();
+    units_.length = lengths.empty() ? '\0' : lengths.front();
+    units_.angle = angles.empty() ? '\0' : angles.front();
+    if (!Rules().appliesUnits)
+        recordUnits_ = units_;
     if (IsHeard())
-        NoteUnits(lengths);
+        NoteUnits();
 }
 
-void CConvKeywordRecords::NoteUnits(std::string_view lengths) const {
-    if (angleUnit_ == 'D')
-        keeper_->Note(kDegrees);
-    else if (angleUnit_ != 'G')
+void CConvKeywordRecords::NoteUnits() const {
+    if (units_.angle != 'D' && units_.angle != 'G')
         keeper_->Note(kOtherAngles);
-    if (lengths.starts_with('F')) {
+    if (units_.length != 'F' && units_.length != 'M')
+        keeper_->Note(kOtherLengths);
+    if (Rules().appliesUnits)
+        return;
+    if (units_.angle == 'D')
+        keeper_->Note(kDegrees);
+    if (units_.length == 'F') {
         keeper_->Note(kFeet);
         keeper_->LengthsAre("ft");
-    } else if (!lengths.starts_with('M')) {
-        keeper_->Note(kOtherLengths);
     }
+}
+
+/// Remarks on an angle of the current line that cannot be read when its point is written.
+void CConvKeywordRecords::NoteSexagesimal(std::string_view angle) {
+    if (IsHeard() && Rules().appliesUnits && !IsPresent(AngleOf(std::string(angle), units_)))
+        Note(kNoMinutes);
 }
 
 void CConvKeywordRecords::CampoOFFSET() {
     FlushAll();
+    recordUnits_ = units_;
     const double along = UncheckedLengthOf(NumberField());
     const double lateral = UncheckedLengthOf(NumberField());
     const double vertical = UncheckedLengthOf(NumberField());
     if (last_.reading.slopeDistance == 0)
         Note(kOffsetOfNothing);
-    last_.reading = ReadingAtOffset(last_.reading, {along, lateral, vertical});
+    const bool isKnown =
+        IsPresent(last_.reading.zenithAngle) && IsPresent(last_.reading.horizontalAngle);
+    last_.reading = isKnown || !Rules().appliesUnits
+                        ? ReadingAtOffset(last_.reading, {along, lateral, vertical})
+                        : Reading{};
 
     std::string name = last_.name;
     if (!dialect_.offsetRenamesOldPoint) {
@@ -336,7 +410,9 @@ void CConvKeywordRecords::CampoOFFSET() {
         old->SetNome("*" + old->GetNome());
         MarkAsOffsetReference(*old);
     }
+    const CPun* const before = LastPoint();
     AggiungePun(std::move(name), last_.code, "", last_.targetHeight, last_.reading);
+    placeOf_ = LastPoint() != before ? PlaceOf::OffsetPoint : PlaceOf::Nothing;
     pointPending_ = false;
     AnnullaCampi();
 }
@@ -344,6 +420,9 @@ void CConvKeywordRecords::CampoOFFSET() {
 void CConvKeywordRecords::SalvaRigaS() {
     AggiungeSta(slots_[kName], slots_[kCode], UncheckedLengthOf(slots_[kHeight]),
                 DoubleDaString(slots_[kTemperature]), DoubleDaString(slots_[kPressure]));
+    if (CSta* const station = Has(place_) ? CurrentStation() : nullptr)
+        SetPlace(*station, place_);
+    place_ = {};
     stationPending_ = false;
     AnnullaCampi();
     if (resection_)
@@ -357,7 +436,9 @@ void CConvKeywordRecords::SalvaRigaP() {
     last_.reading = ReadingOfSlots();
     CheckAngles();
     AggiungePun(slots_[kName], slots_[kCode], slots_[kNote], last_.targetHeight,
-                WithoutZeroDistance(last_.reading));
+                WithoutZeroDistance(last_.reading), place_);
+    place_ = {};
+    zenithIsGon_ = false;
     pointPending_ = false;
     AnnullaCampi();
 }
@@ -366,6 +447,8 @@ void CConvKeywordRecords::SalvaRigaP() {
 void CConvKeywordRecords::SalvaRigaRES_OBS() {
     for (const Resection& resection : resections_) {
         const AtLine at(*this, resection.line);
+        if (Rules().appliesUnits)
+            recordUnits_ = resection.units;
         std::string_view rest = resection.fields;
         for (std::string& slot : slots_) {
             slot = TakeField(rest, ',');
@@ -383,25 +466,38 @@ void CConvKeywordRecords::SalvaRigaRES_OBS() {
 
 Reading CConvKeywordRecords::ReadingOfSlots() const {
     return {.slopeDistance = LengthOf(slots_[kDistance]),
-            .zenithAngle = AngleOf(slots_[kZenithAngle]),
-            .horizontalAngle = AngleOf(slots_[kHorizontalAngle])};
+            .zenithAngle = zenithIsGon_ ? DoubleDaString(slots_[kZenithAngle])
+                                        : AngleOf(slots_[kZenithAngle], recordUnits_),
+            .horizontalAngle = AngleOf(slots_[kHorizontalAngle], recordUnits_)};
 }
 
 /// Lengths and angles of points: a text of no more characters than its implied decimals has none.
 double CConvKeywordRecords::LengthOf(const std::string& text) const {
     const bool implied = dialect_.impliedDecimals && text.size() > kLengthDecimals;
-    return DoubleDaString(implied ? WithImpliedPoint(text, kLengthDecimals) : text);
+    return Metres(DoubleDaString(implied ? WithImpliedPoint(text, kLengthDecimals) : text),
+                  recordUnits_);
 }
 
-double CConvKeywordRecords::AngleOf(const std::string& text) const {
+double CConvKeywordRecords::AngleOf(const std::string& text, const Units& units) const {
     const bool implied = dialect_.impliedDecimals && text.size() > kAngleDecimals;
-    const double angle = DoubleDaString(implied ? WithImpliedPoint(text, kAngleDecimals) : text);
-    return angleUnit_ == 'D' && IsPresent(angle) ? GonFromDegrees(angle) : angle;
+    const std::string pointed = implied ? WithImpliedPoint(text, kAngleDecimals) : text;
+    if (units.angle == 'D' && Rules().appliesUnits) {
+        double gon = 0;
+        SexagesimalAtStart(pointed, gon);
+        return gon;
+    }
+    const double angle = DoubleDaString(pointed);
+    return units.angle == 'D' && IsPresent(angle) ? GonFromDegrees(angle) : angle;
 }
 
 /// Instrument heights and offsets: "155" is 0.155 here, though it is 155 as a target height.
 double CConvKeywordRecords::UncheckedLengthOf(std::string_view text) const {
     if (!dialect_.impliedDecimals)
-        return DoubleDaString(text);
-    return DoubleDaString(WithImpliedPoint(text, kLengthDecimals));
+        return Metres(DoubleDaString(text), recordUnits_);
+    return Metres(DoubleDaString(WithImpliedPoint(text, kLengthDecimals)), recordUnits_);
+}
+
+double CConvKeywordRecords::Metres(double length, const Units& units) const {
+    const bool isFeet = Rules().appliesUnits && units.length == 'F' && IsPresent(length);
+    return isFeet ? length * kMetresPerFoot : length;
 }

@@ -16,7 +16,7 @@ struct KeywordDialect {
     bool hasPtlOff;
     /// A number without a point has its decimals implied: three for lengths, four for angles.
     bool impliedDecimals;
-    /// Decimals with which a distance computed from an HD record is kept.
+    /// Decimals with which a distance computed from an HD record is kept, by the classic rules.
     int reducedDistanceDecimals;
     /// An OFFSET renames the point it starts from; otherwise it names the new one differently.
     bool offsetRenamesOldPoint;
@@ -33,10 +33,16 @@ protected:
     void ProcessaRiga() override;
 
 private:
+    struct Units {
+        char length = 'M'; ///< "F": feet
+        char angle = 'G';  ///< "D": degrees
+    };
+
     /// A resection observation that waits for its station: its fields, and the line of the first.
     struct Resection {
         std::string fields;
         std::uint64_t line;
+        Units units;
     };
 
     /// The point written last, for OFFSET; its distance as it was read.
@@ -73,22 +79,33 @@ private:
     void SalvaRigaP();
     void SalvaRigaRES_OBS();
 
+    /// What an XYZ record gives coordinates to.
+    enum class PlaceOf { Nothing, RecordInHand, OffsetPoint };
+
     struct Keyword;
     static const Keyword kKeywords[];
 
     void ConvertHeaderLine();
     void NotRead(const Cause& cause);
-    void NoteUnits(std::string_view lengths) const;
+    void NoteUnits() const;
+    void TakeRecord();
     void NoteReduced();
+    void NoteSexagesimal(std::string_view angle);
+    double NextCoordinate();
+    double Metres(double length, const Units& units) const;
     void JobText(std::size_t slot, std::string_view text);
     Reading ReadingOfSlots() const;
     double LengthOf(const std::string& text) const;
-    double AngleOf(const std::string& text) const;
+    double AngleOf(const std::string& text, const Units& units) const;
     double UncheckedLengthOf(std::string_view text) const;
 
     const KeywordDialect& dialect_;
     bool inHeader_;
-    char angleUnit_ = 'G';              ///< "D": degrees
+    Units units_;              ///< announced last
+    Units recordUnits_;        ///< of the record in hand
+    bool zenithIsGon_ = false; ///< of the point in hand: it was computed
+    PlaceOf placeOf_ = PlaceOf::Nothing;
+    Place place_;                       ///< of the record in hand
     bool resection_ = false;            ///< from RES_OBS until the station is written
     std::vector<Resection> resections_; ///< observations of the station that is pending
     WrittenPoint last_;

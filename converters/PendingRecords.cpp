@@ -32,11 +32,11 @@ std::string_view CConvPendingRecords::SeparaCampo() {
 }
 
 /// A line's fields are gone, not only empty, once the last of them was taken.
-std::string_view CConvPendingRecords::NumberField() {
+std::string_view CConvPendingRecords::NumberField(const Cause& noNumber) {
     if (fields_.data() == nullptr)
         Note(kFieldsMissing);
     const std::string_view field = SeparaCampo();
-    CheckNumber(field);
+    CheckNumber(field, noNumber);
     return field;
 }
 
@@ -141,11 +141,15 @@ void CConvPendingRecords::PolarRecord() {
     slots_[kDistance] = NumberField();
 }
 
-void CConvPendingRecords::ReducedRecord(int distanceDecimals) {
+void CConvPendingRecords::ReducedRecord(int distanceDecimals, double withoutPoint) {
+    const auto nextDistance = [&] {
+        const std::string_view field = NumberField();
+        return DividedNumber(field, Contains(field, ".") ? 1 : withoutPoint);
+    };
     BeginPoint({kHorizontalAngle, kZenithAngle, kDistance});
     slots_[kHorizontalAngle] = NumberField();
-    const double horizontalDistance = DoubleDaString(NumberField());
-    const double heightDifference = DoubleDaString(NumberField());
+    const double horizontalDistance = nextDistance();
+    const double heightDifference = nextDistance();
     const Reading reading = ReadingFromReduced(horizontalDistance, heightDifference);
     slots_[kZenithAngle] = StringDaDouble(reading.zenithAngle, 0, 6);
     slots_[kDistance] = StringDaDouble(reading.slopeDistance, 0, distanceDecimals);

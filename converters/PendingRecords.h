@@ -44,7 +44,7 @@ protected:
     std::string_view SeparaCampo();
 
     /// The same of a field that is kept and becomes a number when its record is written.
-    std::string_view NumberField();
+    std::string_view NumberField(const Cause& noNumber = kNoNumberIsZero);
     /// Remarks on what is left of the line's fields once its record has taken its own.
     void NoteRest();
 
@@ -70,8 +70,8 @@ protected:
     void AnglesReading();
     void PolarRecord();
     /// Horizontal angle, horizontal distance and height difference; the slope distance is kept with
-    /// so many decimals.
-    void ReducedRecord(int distanceDecimals);
+    /// so many decimals. Distances without a decimal point are divided by `withoutPoint`.
+    void ReducedRecord(int distanceDecimals, double withoutPoint = 1);
 
     std::array<std::string, 7> slots_; ///< the texts of the record in hand
     std::uint64_t recordLine_ = 0;     ///< on which the record in hand begins

@@ -21,6 +21,8 @@ inline constexpr Cause kNoNumberIsAbsent = {RemarkKind::NoNumber,
 inline constexpr Cause kMoreThanNumber = {
     RemarkKind::NoNumber,
     "more than a number in a number's place: the number at its beginning is taken"};
+inline constexpr Cause kNoMinutes = {RemarkKind::NoNumber,
+                                     "an angle with minutes or seconds of 60 or more is absent"};
 inline constexpr Cause kFieldsMissing = {
     RemarkKind::Incomplete,
     "a record with fewer fields than it needs: those missing are empty or 0"};

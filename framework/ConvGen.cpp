@@ -141,6 +141,20 @@ void CConvGen::AggiungePun(std::string name, std::string code, std::string note,
     point->TrasfCodOldAlf(true, codeTable_->GetModoConver());
 }
 
+void CConvGen::AggiungePun(std::string name, std::string code, std::string note,
+                           double targetHeight, const Reading& reading, const Place& place) {
+    if (!Has(place)) {
+        AggiungePun(std::move(name), std::move(code), std::move(note), targetHeight, reading);
+        return;
+    }
+    const CPun* const before = LastPoint();
+    AggiungePun(std::move(name), std::move(code), std::move(note), targetHeight, reading,
+                Expected::Coordinates);
+    CPun* const added = LastPoint();
+    if (added != before) // the field book took it
+        SetPlace(*added, place);
+}
+
 /// Appends a station to the current job, in a first, unnamed job where there is none. That job is
 /// then taken to be job 0, whatever position it was given, on purpose: it is only made in an empty
 /// book, or in one that declined a job, whose stations then stay together.
@@ -245,8 +259,7 @@ Reading CConvGen::ReducedReading(double horizontalDistance, double heightDiffere
 }
 
 void CConvGen::SetPlace(CEgn& record, const Place& place) const {
-    if (!Rules().readsCoordinates ||
-        (!IsPresent(place.x) && !IsPresent(place.y) && !IsPresent(place.z)))
+    if (!Has(place))
         return;
     record.SetCoord(FiniteOrNoValue(place.x), FiniteOrNoValue(place.y), FiniteOrNoValue(place.z));
     record.CalcolaValiditaXYZ();

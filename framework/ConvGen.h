@@ -4,6 +4,7 @@
 #include "framework/Export.h"
 #include "framework/Preparation.h"
 #include "host/LibCmp.h"
+#include "routines/Angles.h"
 #include "routines/Numbers.h"
 #include "routines/Reading.h"
 #include "routines/TextFile.h"
@@ -66,6 +67,9 @@ protected:
                      double slopeDistance, double verticalAngle, double horizontalAngle);
     void AggiungePun(std::string name, std::string code, std::string note, double targetHeight,
                      const Reading& reading, Expected expected = Expected::Measurement);
+    /// The same of a point that may have coordinates, too.
+    void AggiungePun(std::string name, std::string code, std::string note, double targetHeight,
+                     const Reading& reading, const Place& place);
 
     /// Set a text of the current job, trimmed at both ends.
     void SetNomeAtJob(std::string name);
@@ -83,7 +87,12 @@ protected:
 
     /// What of the file is read.
     const ReadingRules& Rules() const { return preparation_.rules; }
-    /// Gives a station or point its coordinates, where they are read and one of them is there.
+    /// True where coordinates are read and one of these is there.
+    bool Has(const Place& place) const {
+        return Rules().readsCoordinates &&
+               (IsPresent(place.x) || IsPresent(place.y) || IsPresent(place.z));
+    }
+    /// Gives a station or point its coordinates, where it has some.
     void SetPlace(CEgn& record, const Place& place) const;
 
     /// Sets the four marks of a point that others are given from by offsets: it is no point of the
@@ -161,6 +170,15 @@ protected:
     double ReadDividedNumber(std::string_view text, double divisor) {
         const double number = ReadNumber(text);
         return IsPresent(number) ? number / divisor : number;
+    }
+    /// The same of degrees, minutes and seconds (DDD.MMSSss), in gon; one with minutes or seconds of
+    /// 60 or more is absent.
+    double ReadSexagesimal(std::string_view text) {
+        double gon = 0;
+        CheckEnd(text, SexagesimalAtStart(text, gon), kNoNumberIsZero);
+        if (!IsPresent(gon))
+            Note(kNoMinutes);
+        return gon;
     }
     /// The same for a text that is kept and read as a number later.
     void CheckNumber(std::string_view text, const Cause& noNumber = kNoNumberIsZero) {

@@ -8,7 +8,7 @@ struct ReadingRules {
     LineRules lines = LineRules::Classic;
     bool appliesUnits = false;     ///< values come out in gon and metres whatever the file's units
     bool readsCoordinates = false; ///< coordinates of stations and points reach the field book
-    bool opensSetUps = false;      ///< stations that the classic records leave out are opened
+    bool opensSetUps = false; ///< set-ups and sights that the classic reading leaves out are read
 
     static constexpr ReadingRules Complete() {
         return {.lines = LineRules::Complete,

@@ -261,6 +261,34 @@ TEST(Angles, AreLimitedByWholeTurns) {
     EXPECT_EQ(LimiteAng200_200(-kInfinity), -kInfinity);
 }
 
+TEST(Angles, AreReadFromDegreesMinutesAndSeconds) {
+    struct Case {
+        std::string_view text;
+        double gon;
+        std::size_t taken;
+    };
+    const Case cases[] = {
+        {"35.4510", 128710.0 / 3240, 7},              // 35 degrees 45' 10"
+        {"35.451", 128710.0 / 3240, 6},               // the same
+        {"35.4", 128400.0 / 3240, 4},                 // 35 degrees 40'
+        {"359.59599", 12959999.0 / 32400, 9},         // 59.9", not 60"
+        {"0.59599999999", 3599999999.0 / 3240e6, 13}, // no more than six decimals
+        {" +90", 100, 4},
+        {"-0.0330", -210.0 / 3240, 7},
+        {".30", 1800.0 / 3240, 3},
+        {"12.30x", 45000.0 / 3240, 5},
+        {"45.6000", kNoValue, 7},
+        {"-45.5960", kNoValue, 8},
+        {"x", -1, 0},
+        {"-.", -1, 0},
+    };
+    for (const Case& c : cases) {
+        double gon = -1;
+        EXPECT_EQ(SexagesimalAtStart(c.text, gon), c.taken) << c.text;
+        EXPECT_EQ(gon, c.gon) << c.text;
+    }
+}
+
 TEST(Reduction, GivesSlopeDistanceAndZenithAngle) {
     const auto reduced = [](double d, double h) { return RoundedReadingFromReduced(d, h); };
     EXPECT_EQ(reduced(10, 0).zenithAngle, 100);

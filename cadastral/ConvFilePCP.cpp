@@ -162,7 +162,7 @@ void CConvFilePCP::EndAtLongRecord() {
         untold_ = {buffer_.data(), buffer_.size()};
         while (!untold_.empty()) {
             TellLine();
-            Skip(kRecordTooLong);
+            Note(kRecordTooLong);
         }
         file_->ReadChar(); // tells how much is left
     }

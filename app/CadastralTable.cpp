@@ -47,16 +47,20 @@ std::string LabelsAndValues(const CRig& line) {
 
 /// The vertices, as many as fit in a line of text: name and style (line type and colour).
 void PrintVertices(Sink& sink, const CRig& line) {
+    constexpr std::string_view kBetween = "  ";
     std::string text;
+    std::size_t width = 0; // of the text
     for (int i = 0; i < line.GetVrtArSize(); ++i) {
         const CCtsVrt& vertex = *line.GetVrtAt(i);
         const std::string shown = Shown(vertex.name) + " (" + Shown({&vertex.lineType, 1}) +
                                   Shown({&vertex.colour, 1}) + ")";
-        if (!text.empty() && ShownWidth(text) + ShownWidth(shown) > kLineWidth) {
+        const std::size_t shownWidth = ShownWidth(shown);
+        if (!text.empty() && width + shownWidth > kLineWidth) {
             sink.Write("    " + text + "\n");
             text.clear();
         }
-        text = Joined(std::move(text), "  ", shown);
+        width = text.empty() ? shownWidth : width + kBetween.size() + shownWidth;
+        text = Joined(std::move(text), kBetween, shown);
     }
     if (!text.empty())
         sink.Write("    " + text + "\n");

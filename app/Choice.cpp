@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,59 +21,49 @@ std::string UpperExtension(const std::string& path) {
     return extension;
 }
 
-Route DownloadRoute(const std::string& path) {
+Route RouteTo(const Format* format, std::string problem) {
     Route route;
-    route.download = true;
-    route.format = FormatByDownloadExtension(UpperExtension(path));
+    if (format)
+        route.format = format->name;
+    else
+        route.problem = std::move(problem);
     return route;
 }
 
-Route CodeRoute(int code) {
-    Route route;
-    route.code = code;
-    route.format = FormatByCode(code);
-    return route;
-}
-
-Route NoRoute(std::string problem) {
-    Route route;
-    route.problem = std::move(problem);
-    return route;
-}
-
-/// A format that has no code is reached by the file's extension alone.
-Route NamedRoute(const std::string& name, const std::string& path) {
-    const Format* const format = FormatByName(name);
-    if (!format)
-        return NoRoute("there is no format named \"" + name + "\"");
-    if (format->code != 0)
-        return CodeRoute(format->code);
-    Route route = DownloadRoute(path);
-    if (route.format != format) {
-        return NoRoute("format " + name + " is chosen by the extension (" +
-                       std::string(format->downloadExtensions) + "), which this file has not");
+/// The extensions that several formats have, each with those.
+std::string SharedExtensions() {
+    std::map<std::string, std::vector<std::string_view>> formatsOf;
+    for (const Format& format : Formats()) {
+        for (std::string_view list : {format.extensions, format.downloadExtensions}) {
+            while (!list.empty())
+                formatsOf[std::string(TakeField(list, ' '))].push_back(format.name);
+        }
     }
-    return route;
-}
-
-Route ExtensionRoute(const std::string& path) {
-    const std::string extension = UpperExtension(path);
-    if (FormatByDownloadExtension(extension))
-        return DownloadRoute(path);
-    if (const Format* const format = FormatByExtension(extension))
-        return CodeRoute(format->code);
-    Route route = NoRoute("its extension tells no format; choose one with --format or --code");
-    route.unknownExtension = true;
-    return route;
+    std::string text;
+    for (const auto& [extension, names] : formatsOf) {
+        if (names.size() < 2)
+            continue;
+        text += "Several formats have the extension " + extension + ":";
+        for (const std::string_view name : names)
+            text += " " + std::string(name);
+        text += ". The content chooses.\n";
+    }
+    return text;
 }
 
 } // namespace
 
 Route ChooseRoute(const FormatChoice& choice, const std::string& path) {
-    Route route = choice.code       ? CodeRoute(*choice.code)
-                  : choice.name     ? NamedRoute(*choice.name, path)
-                  : choice.download ? DownloadRoute(path)
-                                    : ExtensionRoute(path);
+    Route route;
+    if (choice.code) {
+        route = RouteTo(FormatByCode(*choice.code),
+                        "format code " + std::to_string(*choice.code) + " has no converter");
+    } else if (choice.name) {
+        route.format = *choice.name;
+    } else if (choice.download) {
+        route = RouteTo(FormatByDownloadExtension(UpperExtension(path)),
+                        "its extension is none of a downloaded file that can be read");
+    }
     route.complete = choice.complete;
     return route;
 }
@@ -97,7 +89,7 @@ std::string FormatList() {
             list += row[i] + std::string(widths[i] - row[i].size() + 2, ' ');
         list += row.back() + "\n";
     }
-    return list;
+    return list + SharedExtensions();
 }
 
 } // namespace convfile::app

@@ -7,7 +7,7 @@
 
 namespace convfile::app {
 
-/// How the user wants the format of the files chosen. With nothing set, each file's extension does.
+/// How the user wants the files read. With no format set, each file's extension and content choose.
 struct FormatChoice {
     std::optional<int> code;
     std::optional<std::string> name;
@@ -15,18 +15,15 @@ struct FormatChoice {
     bool complete = false; ///< read what the classic rules leave out
 };
 
-/// The entry function that a file goes through, and what it is told.
+/// The format that a file is to be read in.
 struct Route {
-    bool download = false; ///< FConvFileDaStrum; otherwise FConvFileNoTopcon with `code`
-    int code = 0;
-    const Format* format = nullptr; ///< the format that this reaches; null: none
+    std::string format = {};  ///< short name; empty: extension and content choose
+    std::string problem = {}; ///< why there is no way for this file; empty: there is
     bool complete = false;
-    std::string problem;           ///< why there is no way for this file; empty: there is
-    bool unknownExtension = false; ///< the user would be helped by the list of formats
+    bool trustsFormat = false; ///< it is not compared with others
 };
 
-/// The way a file takes. A choice that reaches no converter is a way all the same: the entry
-/// function declines it.
+/// The way a file takes.
 Route ChooseRoute(const FormatChoice& choice, const std::string& path);
 
 /// The table of formats, for people.

@@ -32,65 +32,59 @@ std::string OpeningProblem(const std::string& path) {
     return std::string("cannot be opened: ") + std::strerror(errno);
 }
 
-/// Why a file was not converted; `reason` is what its converter says itself.
-std::string ProblemOf(const Route& route, const std::string& path, const std::string& reason) {
-    std::string problem = OpeningProblem(path);
+/// Why a file was not converted; `reason` is what its conversion says itself.
+std::string ProblemOf(const Route& route, const std::string& path, const ConversionReport& report,
+                      bool isFile) {
+    if (report.shortOfMemory)
+        return report.problem;
+    std::string problem = isFile ? OpeningProblem(path) : std::string();
     if (!problem.empty())
         return problem;
     if (!route.problem.empty())
         return route.problem;
-    if (!route.format && route.download)
-        return "its extension is none of a downloaded file that can be read";
-    if (!route.format)
-        return "format code " + std::to_string(route.code) + " has no converter";
-    if (!reason.empty())
-        return Shown(reason);
-    return "cannot be read as " + std::string(route.format->name);
+    if (!report.problem.empty())
+        return Shown(report.problem);
+    return "cannot be read as " + report.format;
 }
 
-/// Gives what the converter says itself of a failure.
-std::string RunFormat(const Format& format, const std::string& path, const ByteSource& source,
-                      const ReadingRules& rules, Conversion& result) {
-    if (format.kind == FormatKind::Database)
-        KeepDatabaseDriver();
-    memory::PointLibrary pointLibrary(result.notifications);
-    memory::DrawingEngine drawing(result.notifications);
-    memory::LineNumbers lineNumbers(result.document);
-    ConversionReport report;
-    result.converted = ConvertFile({.file = path,
-                                    .source = source,
-                                    .format = std::string(format.name),
-                                    .fieldBook = &result.fieldBook,
-                                    .cadastralDocument = &result.document,
-                                    .pointLibrary = &pointLibrary,
-                                    .drawing = &drawing,
-                                    .listener = &lineNumbers,
-                                    .rules = rules},
-                                   report);
-    result.cadastral = result.converted && format.kind == FormatKind::Cadastral;
-    result.account = std::move(report.account);
-    result.messages = memory::TakeMessages();
-    if (report.shortOfMemory)
-        result.fieldBook.Clear(); // what it holds is what the rest of the work lacks
-    return report.problem;
+bool IsOfKind(const std::string& format, FormatKind kind) {
+    const Format* const known = FormatByName(format);
+    return known && known->kind == kind;
 }
 
 } // namespace
 
-void Convert(const Route& route, const std::string& path, Conversion& result) {
+void Convert(const Route& route, const std::string& path, Conversion& result,
+             const ByteSource& source) {
     result.path = path;
-    std::string reason;
-    if (route.format && !path.empty())
-        reason = RunFormat(*route.format, path, {},
-                           route.complete ? ReadingRules::Complete() : ReadingRules{}, result);
+    ConversionReport report;
+    if (route.problem.empty()) {
+        KeepDatabaseDriver();
+        memory::PointLibrary pointLibrary(result.notifications);
+        memory::DrawingEngine drawing(result.notifications);
+        memory::LineNumbers lineNumbers(result.document);
+        result.converted =
+            ConvertFile({.file = path,
+                         .source = source,
+                         .format = route.format,
+                         .fieldBook = &result.fieldBook,
+                         .cadastralDocument = &result.document,
+                         .pointLibrary = &pointLibrary,
+                         .drawing = &drawing,
+                         .listener = &lineNumbers,
+                         .rules = route.complete ? ReadingRules::Complete() : ReadingRules{},
+                         .trustsFormat = route.trustsFormat},
+                        report);
+    }
+    result.cadastral = result.converted && IsOfKind(report.format, FormatKind::Cadastral);
+    result.messages = memory::TakeMessages();
+    if (report.shortOfMemory)
+        result.fieldBook.Clear(); // what it holds is what the rest of the work lacks
+    const bool isFile = !source.bytes && !source.stream;
     if (!result.converted)
-        result.problem = ProblemOf(route, path, reason);
-}
-
-void ConvertFrom(const ByteSource& source, const Format& format, const std::string& name,
-                 Conversion& result, const ReadingRules& rules) {
-    result.path = name;
-    result.problem = RunFormat(format, name, source, rules, result);
+        result.problem = ProblemOf(route, path, report, isFile);
+    result.foundByContent = report.foundByContent;
+    result.account = std::move(report.account);
 }
 
 std::string BareName(const std::string& path) {

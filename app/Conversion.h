@@ -21,17 +21,15 @@ struct Conversion {
     memory::FieldBook fieldBook;
     memory::CadastralDocument document;
     memory::NotificationLog notifications;
-    std::string problem; ///< for people: why it was not converted
-    FileAccount account; ///< how it was read
+    std::string problem;         ///< for people: why it was not converted
+    FileAccount account;         ///< how it was read
+    bool foundByContent = false; ///< only its content told the format
 };
 
-/// Converts one file the way it was given; nothing of it is kept anywhere else.
-void Convert(const Route& route, const std::string& path, Conversion& result);
-
-/// Converts bytes that are in memory or come from a stream as a file of that name would be. (A job
-/// database cannot be.)
-void ConvertFrom(const ByteSource& source, const Format& format, const std::string& name,
-                 Conversion& result, const ReadingRules& rules = {});
+/// Converts one file the way it was given; nothing of it is kept anywhere else. Its bytes may lie
+/// in memory or come from a stream; then `path` is only its name. (A job database's cannot.)
+void Convert(const Route& route, const std::string& path, Conversion& result,
+             const ByteSource& source = {});
 
 /// The bare name of the file in UTF-8.
 std::string BareName(const std::string& path);

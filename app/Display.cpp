@@ -5,8 +5,6 @@
 #include "routines/Numbers.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 
 namespace convfile::app {
@@ -71,16 +69,6 @@ std::string ShownAngle(double gon) {
 
 std::string ShownNumber(double value) {
     return IsPresent(value) ? ShortestNumber(value) : std::string(kAbsent);
-}
-
-std::string ShortestNumber(double value) {
-    const double size = std::fabs(value);
-    const bool plain = size == 0 || (size >= 1e-4 && size < 1e16);
-    std::array<char, 64> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
-                                   plain ? std::chars_format::fixed : std::chars_format::scientific)
-                         .ptr;
-    return {digits.data(), end};
 }
 
 } // namespace convfile::app

@@ -21,8 +21,4 @@ std::string ShownAngle(double gon);
 /// A number as short as it reads back; "-" where absent.
 std::string ShownNumber(double value);
 
-/// The fewest digits that read back as the same number; with an exponent only where the number is
-/// below 0.0001 or has more than 16 digits before its point.
-std::string ShortestNumber(double value);
-
 } // namespace convfile::app

@@ -1,8 +1,10 @@
 #include "app/JsonOutput.h"
 
 #include "app/Display.h"
+#include "app/Platform.h"
 #include "host/NoValue.h"
 #include "routines/CodePage.h"
+#include "routines/Numbers.h"
 
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/writer.h>
@@ -65,6 +67,9 @@ public:
             Utf8("format", conversion.account.format);
             Key("account");
             WriteAccount(conversion.account);
+            Utf8("path", Utf8OfName(conversion.path));
+            if (!conversion.converted)
+                Utf8("problem", conversion.problem);
         }
         Array("messages", conversion.messages, &JsonObject::WriteMessage);
         Array("jobs", conversion.fieldBook.Jobs(), &JsonObject::WriteJob);

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <iterator>
 #include <limits>
 #include <system_error>
 #include <utility>
@@ -49,7 +48,7 @@ void Declare(CLI::App& app, Options& options, bool& listFormats) {
     app.add_flag("--complete", options.choice.complete,
                  "Read also what the classic rules leave out: other units, coordinates, line ends");
     app.add_option("--to", options.view, "What to print")
-        ->check(CLI::IsMember(std::vector<std::string>(std::begin(kViews), std::end(kViews))))
+        ->check(CLI::IsMember(Views()))
         ->capture_default_str();
     app.add_option("-o,--output", options.outputFile, "Print into this file")->type_name("OUT");
     app.set_version_flag("--version", "convfile " CONVFILE_VERSION, "Print the version and exit");
@@ -57,7 +56,9 @@ void Declare(CLI::App& app, Options& options, bool& listFormats) {
     app.add_subcommand(kListCommand, "List the formats that can be read")->callback([&listFormats] {
         listFormats = true;
     });
-    app.footer("Without --code, --format or --download the extension of each file chooses.\n"
+    app.footer("Without --code, --format or --download the extension of each file chooses, or its "
+               "content\n"
+               "where several formats have it, or none. \"-\" is standard input.\n"
                "Exit status: 0 all converted, 1 at least one was not, 2 wrong usage.");
 }
 
@@ -91,6 +92,10 @@ Request ReadOptions(std::vector<std::string> arguments, Options& options, std::o
         error << kProgram << ": there is no format named \"" << ShownUtf8(*options.choice.name)
               << "\"; there are:\n"
               << FormatList() << '\n';
+        return Request::WrongUsage;
+    }
+    if (TakesOneFile(options.view) && options.files.size() > 1) {
+        error << kProgram << ": --to " << options.view << " draws one file\n";
         return Request::WrongUsage;
     }
     if (listFormats == !options.files.empty()) {

@@ -11,11 +11,12 @@
 namespace convfile::app {
 
 inline constexpr std::string_view kProgram = "convfile";
+inline constexpr std::string_view kStandardInput = "-"; ///< as the name of a file
 
 /// What the command line says.
 struct Options {
     FormatChoice choice;
-    std::string view = std::string(kTable); ///< one of kViews
+    std::string view = std::string(kTable); ///< one of Views()
     std::string outputFile;                 ///< empty: standard output
     std::vector<std::string> files;         ///< empty only where the formats are to be listed
 };

@@ -2,17 +2,42 @@
 
 #include "app/JsonOutput.h"
 #include "app/TableOutput.h"
+#include "export/FromBook.h"
+#include "export/Output.h"
+
+#include <utility>
 
 namespace convfile::app {
 
-void Sink::Flush() {
-    Empty();
-    stream_.flush();
+namespace {
+
+/// What export/ makes of a field book.
+class ExportOutput final : public Output {
+public:
+    explicit ExportOutput(std::unique_ptr<exports::Output> output) : output_(std::move(output)) {}
+
+    void Add(const Conversion& conversion) override {
+        if (conversion.converted)
+            output_->Add(exports::WorkFrom(conversion.fieldBook, BareName(conversion.path)));
+    }
+
+private:
+    std::unique_ptr<exports::Output> output_;
+};
+
+} // namespace
+
+std::vector<std::string> Views() {
+    std::vector<std::string> views = {std::string(kSummary), std::string(kTable),
+                                      std::string(kJson), std::string(kJsonLines)};
+    for (const exports::OutputKind& kind : exports::OutputKinds())
+        views.emplace_back(kind.name);
+    return views;
 }
 
-void Sink::Empty() {
-    stream_.write(buffer_.get(), static_cast<std::streamsize>(used_));
-    used_ = 0;
+bool TakesOneFile(std::string_view view) {
+    const exports::OutputKind* const kind = exports::FindOutputKind(view);
+    return kind && kind->oneFile;
 }
 
 std::unique_ptr<Output> MakeOutput(std::string_view name, Sink& sink, std::size_t files) {
@@ -24,6 +49,8 @@ std::unique_ptr<Output> MakeOutput(std::string_view name, Sink& sink, std::size_
         return std::make_unique<JsonOutput>(sink, files);
     if (name == kJsonLines)
         return std::make_unique<JsonLinesOutput>(sink);
+    if (const exports::OutputKind* const kind = exports::FindOutputKind(name))
+        return std::make_unique<ExportOutput>(kind->make(sink));
     return nullptr;
 }
 

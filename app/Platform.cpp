@@ -15,6 +15,7 @@ namespace convfile::app {
 
 void PrepareStandardStreams() {
 #if defined(_WIN32)
+    _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
     SetConsoleOutputCP(CP_UTF8);

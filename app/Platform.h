@@ -5,7 +5,8 @@
 
 namespace convfile::app {
 
-/// Standard output carries bytes as they are (no CR added), and a console shows them as UTF-8.
+/// Standard input and output carry bytes as they are (no CR added or dropped), and a console shows
+/// them as UTF-8.
 void PrepareStandardStreams();
 
 /// A name as the command line gives it, in the system's code page, as a path of the library that

@@ -75,6 +75,8 @@ std::string ShownCounts(const FieldBook& book) {
 void PrintSummary(Sink& sink, const Conversion& conversion) {
     std::string line = ShownUtf8(BareName(conversion.path)) + ": ";
     line += conversion.converted ? ShownCounts(conversion.fieldBook) : "not converted";
+    if (conversion.converted && conversion.foundByContent)
+        line += "; read as " + conversion.account.format + ", by its content";
     for (const Message& message : conversion.messages)
         line += "; " + ShownMessage(message);
     sink.Write(line + "\n");

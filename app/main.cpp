@@ -35,10 +35,15 @@ void TellOfFile(const std::string& file, const std::string& text) {
     Tell(ShownUtf8(Utf8OfName(file)) + ": " + text);
 }
 
+/// The bytes of "-" are those of standard input.
+ByteSource SourceOf(const std::string& file) {
+    return file == kStandardInput ? ByteSource::Stream(stdin) : ByteSource{};
+}
+
 /// Converts one file, shows it and forgets it; false where it was not converted.
 bool ConvertAndShow(const Route& route, const std::string& file, Output& output) {
     Conversion conversion;
-    Convert(route, file, conversion);
+    Convert(route, file, conversion, SourceOf(file));
     if (!conversion.converted)
         TellOfFile(file, conversion.problem);
     output.Add(conversion);
@@ -59,15 +64,10 @@ int Run(const Options& options, std::ostream& out) {
     Sink sink(out);
     const auto output = MakeOutput(options.view, sink, options.files.size());
     bool allConverted = true;
-    bool formatsTold = false;
     for (const std::string& file : options.files) {
         try {
             const Route route = ChooseRoute(options.choice, file);
             allConverted = ConvertAndShow(route, file, *output) && allConverted;
-            if (route.unknownExtension && !formatsTold) {
-                Tell("the formats are:\n" + FormatList());
-                formatsTold = true;
-            }
         } catch (const std::bad_alloc&) {
             TellOfShortMemory(file);
             allConverted = false;
@@ -89,6 +89,8 @@ bool OverwritesInput(const Options& options) {
     std::error_code ignored;
     const fs::path output = fs::absolute(PathOf(options.outputFile), ignored);
     return std::ranges::any_of(options.files, [&](const std::string& file) {
+        if (file == kStandardInput)
+            return false;
         const fs::path input = fs::absolute(PathOf(file), ignored);
         return fs::equivalent(input, output, ignored) ||
                fs::weakly_canonical(input, ignored) == fs::weakly_canonical(output, ignored);

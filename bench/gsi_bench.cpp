@@ -4,51 +4,18 @@
 // The size of a file is its number of points; there is a station for every 50 of them. The time is
 // the CPU time of a process that does nothing else, its start included.
 
-#include "bench/BenchFiles.h"
+#include "bench/GsiFile.h"
 
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <map>
 
 namespace {
 
 using namespace convfile;
 using namespace convfile::bench;
-
-constexpr long kPointsPerStation = 50;
-
-/// 123 bytes a point: its number, both angles, slope distance and target height.
-void WriteGsi(std::ofstream out, long points) {
-    char line[256];
-    for (long i = 0; i < points; ++i) {
-        if (i % kPointsPerStation == 0) {
-            std::snprintf(line, sizeof line,
-                          "*11%04ld+%016ld 84..16+0000000010000000 85..16+0000000010000000 "
-                          "88..16+0000000000015%03ld\r\n",
-                          i % 10000, 900000000 + i / kPointsPerStation, i % 1000);
-            out << line;
-        }
-        std::snprintf(
-            line, sizeof line,
-            "*11%04ld+%016ld 21.322+%016ld 22.322+%016ld 31..06+%016ld 87..16+%016ld \r\n",
-            i % 10000, i + 1, (i * 7919L) % 40000000, 9000000 + (i * 104729L) % 2000000,
-            100000 + (i * 31L) % 900000, 15000 + i % 5000);
-        out << line;
-    }
-}
-
-const std::string& GsiFile(long points) {
-    static std::map<long, std::unique_ptr<BenchFile>> files;
-    auto& file = files[points];
-    if (!file) {
-        file = std::make_unique<BenchFile>(std::to_string(points) + ".gsi");
-        WriteGsi(file->Create(), points);
-    }
-    return file->Path();
-}
 
 struct PlainPoint {
     double values[6];

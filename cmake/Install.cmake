@@ -3,6 +3,7 @@
 #   convfile::convfile   the library; it takes the host's own convfile_host, or that of
 #   convfile::memory     the host in memory
 #   convfile::routines   texts, numbers, angles, the text-file reader: for formats of a host's own
+#   convfile::export     plan, tables and drawings of a field book
 # and pkg-config the same by the names convfile and convfile-memory.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -11,7 +12,7 @@ set(folder ${CMAKE_INSTALL_INCLUDEDIR}/convfile)
 set(package ${CMAKE_INSTALL_LIBDIR}/cmake/convfile)
 
 target_include_directories(convfile_headers INTERFACE $<INSTALL_INTERFACE:${folder}>)
-foreach(headers IN ITEMS host routines framework converters cadastral entry memory)
+foreach(headers IN ITEMS host routines framework converters cadastral entry memory export)
   install(DIRECTORY ${headers} DESTINATION ${folder} FILES_MATCHING PATTERN *.h)
 endforeach()
 install(FILES database/ConvFileTLSV.h database/DBDataProviderLcm.h DESTINATION ${folder}/database)
@@ -27,8 +28,10 @@ set_target_properties(convfile_headers PROPERTIES EXPORT_NAME headers)
 set_target_properties(convfile_memory PROPERTIES EXPORT_NAME memory)
 set_target_properties(convfile_host PROPERTIES EXPORT_NAME memory_host)
 set_target_properties(convfile_routines PROPERTIES EXPORT_NAME routines)
+set_target_properties(convfile_export PROPERTIES EXPORT_NAME export)
 
-install(TARGETS convfile convfile_headers convfile_memory convfile_routines EXPORT convfile-targets)
+install(TARGETS convfile convfile_headers convfile_memory convfile_routines convfile_export
+  EXPORT convfile-targets)
 install(TARGETS convfile_host EXPORT convfile-targets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   LIBRARY DESTINATION ${memory_folder}
@@ -37,7 +40,7 @@ install(TARGETS convfile_program)
 # What the objects hold for optimising across sources serves only the very compiler that wrote it, and stops any
 # other release of it: the installed archives have ordinary code alone.
 if(CONVFILE_LTO)
-  foreach(target IN ITEMS convfile_memory convfile_routines)
+  foreach(target IN ITEMS convfile_memory convfile_routines convfile_export)
     set(archive "\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/lib${target}.a")
     install(CODE "execute_process(COMMAND ${CMAKE_OBJCOPY} -R .gnu.lto_* -R .gnu.debuglto_*
       -N __gnu_lto_v1 \"${archive}\" COMMAND_ERROR_IS_FATAL ANY)")

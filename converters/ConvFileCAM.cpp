@@ -29,6 +29,14 @@ namespace {
 
 constexpr std::size_t kShortestLine = 2;
 
+// What is remarked on.
+constexpr Cause kFieldsNotClosed = {
+    RemarkKind::Incomplete,
+    "a line with fewer than eight fields that a comma closes: the others are "
+    "empty or 0"};
+constexpr Cause kBehindFields = {RemarkKind::NotRead,
+                                 "the text behind the eighth field is not read"};
+
 } // namespace
 
 CConvFileCAM::CConvFileCAM(CLibCmp& fieldBook, std::string* fileName)
@@ -39,9 +47,7 @@ CConvFileCAM::~CConvFileCAM() = default;
 bool CConvFileCAM::Esegui() {
     if (!OpenFile())
         return false;
-    const std::size_t dot = fileName_->rfind('.');
-    const bool isCam =
-        dot != std::string::npos && EqualIgnoringCase(fileName_->substr(dot), ".cam");
+    const bool isCam = HasLayout("CAM");
     AddJobOfFile();
     return ForEachLine([this] { return LeggeUnaRigaCAM(); },
                        [&] { isCam ? ConvertiRigaCAM() : ConvertiRigaTXT(); });
@@ -58,24 +64,42 @@ std::string_view CConvFileCAM::SeparaCampo() {
     return TrimBoth(field);
 }
 
-double CConvFileCAM::NextNumber() {
-    return DoubleDaString(SeparaCampo());
+/// The fields of the current line, and remarks on them; those numbered are to be numbers.
+CConvFileCAM::Fields CConvFileCAM::SeparaCampi(const std::array<std::size_t, 5>& numbers) {
+    Fields fields;
+    const std::size_t last = fields.size() - 1;
+    for (std::size_t i = 0; i < last; ++i)
+        fields[i] = SeparaCampo();
+    const bool isWhole = !IsHeard() || Contains(line_, ",");
+    fields[last] = SeparaCampo();
+    if (!IsHeard())
+        return fields;
+    JudgeFields({fields[numbers[0]], fields[numbers[1]], fields[numbers[2]], fields[numbers[3]],
+                 fields[numbers[4]]},
+                isWhole, kFieldsNotClosed);
+    const std::string_view rest = TrimBoth(line_);
+    if (isWhole && !rest.empty() && rest != "M1" && rest != "M3")
+        Note(kBehindFields);
+    return fields;
 }
 
 void CConvFileCAM::ConvertiRigaCAM() {
     const bool isM1 = Contains(line_, "M1");
-    if (line_.size() < kShortestLine || (!isM1 && !Contains(line_, "M3")))
+    if (line_.size() < kShortestLine || (!isM1 && !Contains(line_, "M3"))) {
+        Skip();
         return;
+    }
+    const Fields fields = SeparaCampi({2, 3, 4, 5, 6});
     Record record;
     // The station name of an M1 record stands behind a mark of one character, whatever it is.
-    record.station = isM1 ? Piece(SeparaCampo(), 1) : SeparaCampo();
-    record.point = SeparaCampo();
-    const double distance = NextNumber();
-    const double horizontalAngle = NextNumber();
-    const double vertical = NextNumber();
-    record.instrumentHeight = NextNumber();
-    record.targetHeight = NextNumber();
-    record.code = SeparaCampo();
+    record.station = isM1 ? Piece(fields[0], 1) : fields[0];
+    record.point = fields[1];
+    const double distance = ReadNumber(fields[2]);
+    const double horizontalAngle = ReadNumber(fields[3]);
+    const double vertical = ReadNumber(fields[4]);
+    record.instrumentHeight = ReadNumber(fields[5]);
+    record.targetHeight = ReadNumber(fields[6]);
+    record.code = fields[7];
     if (isM1) {
         record.reading = {distance, vertical, horizontalAngle};
     } else {
@@ -85,27 +109,32 @@ void CConvFileCAM::ConvertiRigaCAM() {
         record.reading = RoundedReadingFromReduced(distance, difference, horizontalAngle);
         warningKind_ = kReducedAtGround;
     }
-    WriteRecord(record);
+    WriteRecord(record, fields[5]);
 }
 
 void CConvFileCAM::ConvertiRigaTXT() {
-    if (line_.size() < kShortestLine)
+    if (line_.size() < kShortestLine) {
+        Skip();
         return;
+    }
+    const Fields fields = SeparaCampi({1, 2, 4, 5, 6});
     Record record;
-    record.station = SeparaCampo();
-    record.instrumentHeight = NextNumber();
-    record.targetHeight = NextNumber();
-    record.point = SeparaCampo();
-    record.reading.slopeDistance = NextNumber();
-    record.reading.horizontalAngle = NextNumber();
-    record.reading.zenithAngle = NextNumber();
-    record.code = SeparaCampo();
-    WriteRecord(record);
+    record.station = fields[0];
+    record.instrumentHeight = ReadNumber(fields[1]);
+    record.targetHeight = ReadNumber(fields[2]);
+    record.point = fields[3];
+    record.reading.slopeDistance = ReadNumber(fields[4]);
+    record.reading.horizontalAngle = ReadNumber(fields[5]);
+    record.reading.zenithAngle = ReadNumber(fields[6]);
+    record.code = fields[7];
+    WriteRecord(record, fields[1]);
 }
 
-void CConvFileCAM::WriteRecord(const Record& record) {
+void CConvFileCAM::WriteRecord(const Record& record, std::string_view instrumentHeight) {
     if (record.station != previousStation_)
         ConversioneS(record);
+    else if (IsHeard())
+        JudgeHeight(instrumentHeight);
     ConversioneP(record);
     previousStation_ = record.station;
 }

@@ -4,6 +4,8 @@
 #include "framework/Export.h"
 #include "host/NoValue.h"
 
+#include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -35,8 +37,9 @@ private:
     void ConversioneS(const Record& record);
     void ConversioneP(const Record& record);
 
-    double NextNumber();
-    void WriteRecord(const Record& record);
+    using Fields = std::array<std::string_view, 8>;
+    Fields SeparaCampi(const std::array<std::size_t, 5>& numbers);
+    void WriteRecord(const Record& record, std::string_view instrumentHeight);
 
     std::string previousStation_; ///< of the record before
 };

@@ -19,11 +19,30 @@
 #include "routines/Text.h"
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
 /// The second line of a station has at least this many fields.
 constexpr std::ptrdiff_t kStationFields = 6;
+constexpr std::ptrdiff_t kPointFields = 5;
+
+// What is remarked on.
+constexpr Cause kLineRepeats = {
+    RemarkKind::Incomplete,
+    "an empty line stands for the line before it, which is taken once more in its place"};
+constexpr Cause kLastFieldRepeats = {
+    RemarkKind::Incomplete,
+    "a record with fewer fields than it needs: its last one stands for those missing"};
+constexpr Cause kFieldsBehind = {RemarkKind::NotRead,
+                                 "fields behind the last one that a record has are not read"};
+constexpr Cause kCutShort = {RemarkKind::Incomplete,
+                             "a record of three lines that the end of the file cuts short is "
+                             "completed with the line before"};
+constexpr Cause kFirstLine = {RemarkKind::NotRead,
+                              "the text in the first of a point's three lines is not read"};
+constexpr Cause kThirdLine = {RemarkKind::NotRead,
+                              "the text in the third of a station's three lines is not read"};
 
 /// The text before the first space. The last field has none, and is given again and again: a
 /// missing field repeats it.
@@ -36,10 +55,6 @@ std::string_view NextField(std::string_view& text) {
 /// One more than there are spaces; one in the first column does not count.
 std::ptrdiff_t CountFields(std::string_view line) {
     return std::ranges::count(Piece(line, 1), ' ') + 1;
-}
-
-double Metres(std::string_view millimetres) {
-    return DividedNumber(millimetres, 1000);
 }
 
 } // namespace
@@ -60,58 +75,107 @@ bool CConvFileDAT::Esegui() {
 /// of one line stands twice, on purpose: a job that is converted again must have as many points as
 /// the field book that a host made of it before.
 bool CConvFileDAT::ReadLine() {
-    return !ended_ && file_->ReadLineOrKeep(text_);
+    bool isKept = false;
+    if (!file_->ReadLineOrKeep(text_, isKept))
+        return false;
+    if (isKept)
+        Note(kLineRepeats);
+    else
+        textLine_ = LineNumber();
+    return true;
+}
+
+void CConvFileDAT::ConvertLine() {
+    if (text_.starts_with('S')) {
+        const AtLine line(*this, textLine_);
+        WritePoint(PointOf(std::string_view(text_).substr(1)), "");
+    } else if (text_ == "END") {
+        file_->EndHere();
+    } else {
+        ThreeLines();
+    }
 }
 
 /// A file that ends inside a record completes it with the line before.
-void CConvFileDAT::ConvertLine() {
-    if (text_.starts_with('S')) {
-        OneLinePoint(std::string_view(text_).substr(1));
-        return;
-    }
-    if (text_ == "END") {
-        ended_ = true;
-        return;
-    }
+void CConvFileDAT::ThreeLines() {
     const std::string first = text_;
-    ReadLine();
+    const std::uint64_t firstLine = textLine_;
+    const bool hasSecond = ReadLine();
     const std::string second = text_;
-    ReadLine();
-    if (CountFields(second) < kStationFields)
-        PointWithCode(second, text_);
-    else
-        StationWithPoint(first, second);
+    const std::uint64_t secondLine = textLine_;
+    const bool isStation = CountFields(second) >= kStationFields;
+    Point point = isStation ? PointOfStation(second) : PointOf(second);
+    point.name = TrimBoth(point.name);
+    if (!ReadLine() || !hasSecond)
+        Note(kCutShort);
+
+    const std::string_view station = TrimBoth(first);
+    if (isStation) {
+        NoteText(kThirdLine, text_, textLine_);
+        const AtLine line(*this, firstLine);
+        AggiungeSta(std::string(station), "", point.instrumentHeight, kNoValue, kNoValue);
+    } else {
+        NoteText(kFirstLine, first, firstLine);
+    }
+    const AtLine line(*this, secondLine);
+    if (!isStation)
+        WritePoint(point, TrimBoth(text_));
+    else if (station != point.name) // else its first point is the station itself
+        WritePoint(point, "");
 }
 
-void CConvFileDAT::OneLinePoint(std::string_view fields) {
-    const std::string_view name = NextField(fields);
-    const double targetHeight = Metres(NextField(fields));
-    WritePoint(name, "", targetHeight, fields);
+/// What a line says of a point: name, target height, slope distance, zenith angle, horizontal angle.
+CConvFileDAT::Point CConvFileDAT::PointOf(std::string_view line) {
+    std::array<std::string_view, kPointFields> fields;
+    std::string_view rest = line;
+    std::ranges::generate(fields, [&] { return NextField(rest); });
+    if (IsHeard())
+        JudgeLine(line, fields);
+    return {.name = fields[0],
+            .targetHeight = Metres(fields[1]),
+            .reading = ReadingOf(std::span(fields).last<3>())};
 }
 
-void CConvFileDAT::PointWithCode(std::string_view fields, std::string_view code) {
-    const std::string_view name = TrimBoth(NextField(fields));
-    const double targetHeight = Metres(NextField(fields));
-    WritePoint(name, TrimBoth(code), targetHeight, fields);
+/// The same of a station's first one: instrument height, target height, name, reading.
+CConvFileDAT::Point CConvFileDAT::PointOfStation(std::string_view line) {
+    std::array<std::string_view, kStationFields> fields;
+    std::string_view rest = line;
+    std::ranges::generate(fields, [&] { return NextField(rest); });
+    if (IsHeard())
+        JudgeLine(line, fields);
+    return {.name = fields[2],
+            .instrumentHeight = Metres(fields[0]),
+            .targetHeight = Metres(fields[1]),
+            .reading = ReadingOf(std::span(fields).last<3>())};
 }
 
-/// The first point of a station is left out where it is the station itself.
-void CConvFileDAT::StationWithPoint(std::string_view name, std::string_view fields) {
-    const std::string_view station = TrimBoth(name);
-    const double instrumentHeight = Metres(NextField(fields));
-    const double targetHeight = Metres(NextField(fields));
-    const std::string_view point = TrimBoth(NextField(fields));
-    AggiungeSta(std::string(station), "", instrumentHeight, kNoValue, kNoValue);
-    if (station != point)
-        WritePoint(point, "", targetHeight, fields);
+double CConvFileDAT::Metres(std::string_view millimetres) {
+    return ReadDividedNumber(millimetres, 1000);
 }
 
-/// `reading`: slope distance, zenith angle and horizontal angle, yet to be cut.
-void CConvFileDAT::WritePoint(std::string_view name, std::string_view code, double targetHeight,
-                              std::string_view reading) {
-    const double slopeDistance = DoubleDaString(NextField(reading));
-    const double zenithAngle = DoubleDaString(NextField(reading));
-    const double horizontalAngle = DoubleDaString(NextField(reading));
-    AggiungePun(std::string(name), std::string(code), "", targetHeight,
-                WithoutZeroDistance({slopeDistance, zenithAngle, horizontalAngle}));
+Reading CConvFileDAT::ReadingOf(std::span<const std::string_view, 3> fields) {
+    return WithoutZeroDistance({.slopeDistance = ReadNumber(fields[0]),
+                                .zenithAngle = ReadNumber(fields[1]),
+                                .horizontalAngle = ReadNumber(fields[2])});
+}
+
+void CConvFileDAT::WritePoint(const Point& point, std::string_view code) {
+    AggiungePun(std::string(point.name), std::string(code), "", point.targetHeight, point.reading);
+}
+
+/// Remarks on the fields of the current line.
+void CConvFileDAT::JudgeLine(std::string_view line, std::span<const std::string_view> fields) {
+    const bool isWhole = std::ranges::count(line, ' ') + 1 >= std::ssize(fields);
+    const std::size_t last = fields.size() - 1;
+    JudgeFields({fields[1], fields[last - 2], fields[last - 1], fields[last]}, isWhole,
+                kLastFieldRepeats);
+    const char* const end = fields[last].data() + fields[last].size();
+    if (!TrimBoth({end, static_cast<std::size_t>(line.data() + line.size() - end)}).empty())
+        Note(kFieldsBehind);
+}
+
+/// Remarks on a line that is not read, where it has a text.
+void CConvFileDAT::NoteText(const Cause& cause, std::string_view text, std::uint64_t line) {
+    if (keeper_ && !TrimBoth(text).empty())
+        keeper_->NoteAt(cause, line);
 }

@@ -2,7 +2,10 @@
 
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
+#include "host/NoValue.h"
 
+#include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -16,13 +19,24 @@ public:
     CONVFILE_API bool Esegui();
 
 private:
+    /// What a line says of a point, and of the station that it stands with.
+    struct Point {
+        std::string_view name;
+        double instrumentHeight = kNoValue;
+        double targetHeight = kNoValue;
+        Reading reading = {};
+    };
+
     bool ReadLine();
     void ConvertLine();
-    void OneLinePoint(std::string_view fields);
-    void PointWithCode(std::string_view fields, std::string_view code);
-    void StationWithPoint(std::string_view name, std::string_view fields);
-    void WritePoint(std::string_view name, std::string_view code, double targetHeight,
-                    std::string_view reading);
+    void ThreeLines();
+    Point PointOf(std::string_view line);
+    Point PointOfStation(std::string_view line);
+    double Metres(std::string_view millimetres);
+    Reading ReadingOf(std::span<const std::string_view, 3> fields);
+    void WritePoint(const Point& point, std::string_view code);
+    void JudgeLine(std::string_view line, std::span<const std::string_view> fields);
+    void NoteText(const Cause& cause, std::string_view text, std::uint64_t line);
 
-    bool ended_ = false; ///< an "END" line was read
+    std::uint64_t textLine_ = 0; ///< where the working text was read
 };

@@ -53,6 +53,48 @@ constexpr std::string_view kInstrumentTitles[] = {"|TI  Strum.tipo", "|TI  Instr
 constexpr std::string_view kSerialTitles[] = {"|TI  Instr.Nr.", "|TI  Strum.N\xB0"};
 constexpr std::string_view kDateTitles[] = {"|TI  Data", "|TI  Datum"};
 
+// What is remarked on.
+constexpr Cause kTooShort = {RemarkKind::Unknown,
+                             "a line of three characters or fewer is no record: it is skipped"};
+constexpr Cause kOtherTitle = {RemarkKind::NotRead,
+                               "titles (TI) of other kinds than job, operator, instrument and date "
+                               "are not read"};
+constexpr Cause kOtherInput = {RemarkKind::NotRead,
+                               "input values other than target and instrument height, temperature "
+                               "and pressure are not read"};
+constexpr Cause kHalfPair = {
+    RemarkKind::Incomplete, "input values of which one of a pair is missing (target and instrument "
+                            "height, temperature and pressure): it is absent from then on"};
+constexpr Cause kTitleIsLate = {RemarkKind::NotRead,
+                                "titles behind the last start of measurements are not read"};
+constexpr Cause kDlLine = {RemarkKind::NotRead, "lines with the tag dl are not read"};
+constexpr Cause kNoPoint = {RemarkKind::Incomplete,
+                            "a station line without a point behind it that is written: the station "
+                            "is not written"};
+constexpr Cause kNoPointName = {RemarkKind::Incomplete,
+                                "a measurement line without a point name is left out"};
+constexpr Cause kNoAngles = {RemarkKind::Incomplete,
+                             "a reading without horizontal or zenith angle is left out"};
+constexpr Cause kHalfReduced = {RemarkKind::Incomplete,
+                                "a horizontal distance without height difference, or the other way "
+                                "round, is not read"};
+constexpr Cause kRepeats = {
+    RemarkKind::NotRead,
+    "a line with reduced values of the reading before it, which it repeats, is left out"};
+constexpr Cause kReducedWins = {
+    RemarkKind::NotRead, "slope distance and zenith angle of a line that also has horizontal "
+                         "distance and height difference are not read: they are computed"};
+constexpr Cause kCircleIsSet = {
+    RemarkKind::NotRead, "a reading without distance while the circle is being set is left out"};
+constexpr Cause kNoDistance = {RemarkKind::NotRead,
+                               "a slope distance below a millimetre is taken for none: absent"};
+constexpr Cause kOtherTag = {RemarkKind::NotRead,
+                             "values of a measurement line behind other tags than SD, D, HD, h, Hz "
+                             "and V1 are not read"};
+
+/// What the tags of a measurement line that are read begin with, behind their bars.
+constexpr std::string_view kTagsRead[] = {"SD ", "D ", "HD ", "h ", "Hz ", "V1 ", "PI "};
+
 bool ContainsAny(std::string_view line, std::initializer_list<std::string_view> words) {
     return std::ranges::any_of(words, [&](std::string_view word) { return Contains(line, word); });
 }
@@ -82,8 +124,10 @@ bool CConvFileELT::Esegui() {
 }
 
 void CConvFileELT::ProcessaRiga() {
-    if (line_.size() < kShortestLine)
+    if (line_.size() < kShortestLine) {
+        Skip(kTooShort);
         return;
+    }
     FindBars();
     if (HasTag(kPoint))
         ConvertiRigaPI();
@@ -106,16 +150,22 @@ void CConvFileELT::ConvertiAltraRiga() {
 
 /// Values go in pairs: one that its line does not have becomes absent with the other.
 void CConvFileELT::InputValues() {
-    if (HasTag("|hp ") || HasTag("|hs ")) {
-        targetHeight_ = SeparaCampoDouble("|hp ");
-        instrumentHeight_ = SeparaCampoDouble("|hs ");
-    } else if (HasTag("|th ") || HasTag("|ih ")) {
-        targetHeight_ = SeparaCampoDouble("|th ");
-        instrumentHeight_ = SeparaCampoDouble("|ih ");
-    } else if (HasTag("|T_ ") || HasTag("|P  ")) {
-        temperature_ = SeparaCampoDouble("|T_ ");
-        pressure_ = SeparaCampoDouble("|P  ");
-    }
+    const auto readPair = [this](std::string_view firstTag, double& first,
+                                 std::string_view secondTag, double& second) {
+        const bool hasFirst = HasTag(firstTag);
+        const bool hasSecond = HasTag(secondTag);
+        if (!hasFirst && !hasSecond)
+            return false;
+        first = SeparaCampoDouble(firstTag);
+        second = SeparaCampoDouble(secondTag);
+        if (!hasFirst || !hasSecond)
+            Note(kHalfPair);
+        return true;
+    };
+    if (!readPair("|hp ", targetHeight_, "|hs ", instrumentHeight_) &&
+        !readPair("|th ", targetHeight_, "|ih ", instrumentHeight_) &&
+        !readPair("|T_ ", temperature_, "|P  ", pressure_))
+        Note(kOtherInput);
 }
 
 void CConvFileELT::StartOfMeasurements() {
@@ -130,6 +180,7 @@ void CConvFileELT::StartOfMeasurements() {
         job_.name.append(" ").append(job_.title);
         job_.title.clear();
         job_.named = true;
+        job_.line = job_.titleLine;
     }
     job_.operatorsTaken = job_.operators.size();
     job_.instrumentsTaken = job_.instruments.size();
@@ -138,8 +189,18 @@ void CConvFileELT::StartOfMeasurements() {
 }
 
 void CConvFileELT::WriteJobTexts() {
-    if (job_.named)
+    const bool hasRest = !job_.title.empty() || job_.operators.size() > job_.operatorsTaken ||
+                         job_.instruments.size() > job_.instrumentsTaken ||
+                         job_.date != job_.dateTaken;
+    if (keeper_ && hasRest)
+        keeper_->NoteAt(kTitleIsLate, job_.lastLine);
+    NoteStationWithoutPoint();
+    if (job_.named) {
+        const AtLine line(*this, job_.line);
         SetNomeAtJob(job_.name);
+        if (CJob* const job = CurrentJob())
+            Tell(job);
+    }
     if (job_.operatorsTaken > 0)
         SetOperAtJob(job_.operators.substr(0, job_.operatorsTaken));
     if (job_.instrumentsTaken > 0)
@@ -169,23 +230,45 @@ void CConvFileELT::TitleLine() {
 
     if (!job.empty()) {
         job_.title = job;
+        job_.titleLine = LineNumber();
         job_.titleIsName = !CurrentJob();
     }
     AppendWithBlank(job_.operators, operatorName);
     AppendWithBlank(job_.instruments, instrument);
+
+    const auto hasAny = [this](std::span<const std::string_view> tags) {
+        return std::ranges::any_of(tags, [this](std::string_view tag) { return HasTag(tag); });
+    };
+    if (!IsHeard() || hasAny(kJobTitles) || hasAny(kOperatorTitles) || hasAny(kInstrumentTitles) ||
+        hasAny(kSerialTitles) || hasAny(kDateTitles)) {
+        job_.lastLine = LineNumber();
+        return;
+    }
+    if (HasTag("|TI"))
+        Note(kOtherTitle);
+    else
+        Skip();
 }
 
 void CConvFileELT::ConvertiRigaPI() {
-    if (HasTag("|dl ") || OffsetLine())
+    if (HasTag("|dl ")) {
+        Note(kDlLine);
+        return;
+    }
+    if (OffsetLine())
         return;
     if (line_.back() == 'O') {
+        NoteStationWithoutPoint();
         hasStationLines_ = true;
         stationName_ = SeparaCampoNome(kPoint, kFirstName, ' ');
         stationCode_ = SeparaCampoNome(kPoint, kCodeAfterOneName, '|');
+        stationLine_ = LineNumber();
         return;
     }
     if (NamesOfLine())
         MeasurementLine();
+    else
+        Note(kNoPointName);
     alongOffset_ = lateralOffset_ = verticalOffset_ = kNoValue;
 }
 
@@ -213,6 +296,7 @@ bool CConvFileELT::NamesOfLine() {
         pointCode_ = SeparaCampoNome(kPoint, kCodeAfterOneName, '|');
     } else {
         stationName_ = SeparaCampoNome(kPoint, kFirstName, ' ');
+        stationLine_ = LineNumber();
         pointName_ = SeparaCampoNome(kPoint, kSecondName, ' ');
         pointCode_ = SeparaCampoNome(kPoint, kCodeAfterTwoNames, '|');
     }
@@ -233,17 +317,34 @@ void CConvFileELT::MeasurementLine() {
                              reading.horizontalAngle == lastHorizontalAngle_;
         // Also where slope distance and zenith angle were read, on purpose: the point then agrees
         // with the reduced line of the same point that follows, which is taken for a repetition.
-        reading =
-            repeats ? Reading{}
-                    : ReducedReading(horizontalDistance, heightDifference, reading.horizontalAngle);
+        if (repeats) {
+            Note(kRepeats);
+            return;
+        }
+        if (IsPresent(reading.slopeDistance) || IsPresent(reading.zenithAngle))
+            Note(kReducedWins);
+        reading = ReducedReading(horizontalDistance, heightDifference, reading.horizontalAngle);
+    } else if (IsPresent(horizontalDistance) || IsPresent(heightDifference)) {
+        Note(kHalfReduced);
     }
-    if (reading.slopeDistance < kShortestDistance)
+    if (reading.slopeDistance < kShortestDistance) {
+        if (reading.slopeDistance != 0)
+            Note(kNoDistance);
         reading.slopeDistance = kNoValue;
+    }
+    if (IsHeard())
+        NoteOtherTags();
 
     if (HasAngles(reading) && IsPresent(reading.slopeDistance))
         ApplyOffsets(reading);
-    if (!HasAngles(reading) || (setsHz_ && !IsPresent(reading.slopeDistance)))
+    if (!HasAngles(reading)) {
+        Note(kNoAngles);
         return;
+    }
+    if (setsHz_ && !IsPresent(reading.slopeDistance)) {
+        Note(kCircleIsSet);
+        return;
+    }
     AggiungiPunto(reading);
     if (!IsPresent(horizontalDistance) && !IsPresent(heightDifference)) {
         lastPoint_ = pointName_;
@@ -273,16 +374,38 @@ void CConvFileELT::ApplyOffsets(Reading& reading) const {
 
 /// A station is written with its first point, not before.
 void CConvFileELT::AggiungiPunto(const Reading& reading) {
-    if (stationName_ != previousStation_)
+    if (stationName_ != previousStation_) {
+        const AtLine line(*this, stationLine_);
         AggiungeSta(stationName_, stationCode_, instrumentHeight_, temperature_, pressure_);
+    }
     AggiungePun(pointName_, pointCode_, "", targetHeight_, reading);
     previousStation_ = stationName_;
 }
 
+/// Remarks on the station of the line before, of which a station line now takes the place.
+void CConvFileELT::NoteStationWithoutPoint() {
+    if (keeper_ && hasStationLines_ && stationName_ != previousStation_)
+        keeper_->NoteAt(kNoPoint, stationLine_);
+}
+
+/// Remarks on values behind tags that a measurement line has and that are not read.
+void CConvFileELT::NoteOtherTags() {
+    for (std::size_t i = 0; i < barCount_; ++i) {
+        const std::string_view tag = line_.substr(bars_[i] + 1);
+        const bool isRead = std::ranges::any_of(
+            kTagsRead, [tag](std::string_view read) { return tag.starts_with(read); });
+        double unused = 0;
+        if (!isRead && tag.find(' ') < kValue && NumberAtStart(tag.substr(kValue - 1), unused) > 0)
+            Note(kOtherTag);
+    }
+}
+
 void CConvFileELT::FindBars() {
+    if (line_.size() > bars_.size())
+        bars_.resize(line_.size());
     barCount_ = 0;
     ForEachPosition(line_, '|', [this](std::size_t bar) {
-        bars_[barCount_++] = static_cast<std::uint8_t>(bar);
+        bars_[barCount_++] = static_cast<std::uint32_t>(bar);
     });
 }
 
@@ -318,6 +441,8 @@ std::string_view CConvFileELT::SeparaCampoNome(std::string_view tag, std::size_t
     return TrimBoth(rest.substr(0, rest.find(stop)));
 }
 
-double CConvFileELT::SeparaCampoDouble(std::string_view tag) const {
-    return NumberOrNoValue(SeparaCampoNome(tag, kValue, ' '));
+/// The next bar ends a value, too.
+double CConvFileELT::SeparaCampoDouble(std::string_view tag) {
+    const std::string_view text = SeparaCampoNome(tag, kValue, ' ');
+    return ReadNumberOrNoValue(text.substr(0, text.find('|')));
 }

@@ -4,10 +4,10 @@
 #include "framework/Export.h"
 #include "host/NoValue.h"
 
-#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Reads ELT report files, with German, Italian and English titles.
 class CConvFileELT : public CConvFileBase {
@@ -27,7 +27,7 @@ private:
     void ConvertiAltraRiga();
     bool FindTag(std::string_view tag, std::string& text) const;
     std::string_view SeparaCampoNome(std::string_view tag, std::size_t skip, char stop) const;
-    double SeparaCampoDouble(std::string_view tag) const;
+    double SeparaCampoDouble(std::string_view tag);
     void AggiungiPunto(const Reading& reading);
 
     void FindBars();
@@ -40,16 +40,21 @@ private:
     bool OffsetLine();
     bool NamesOfLine();
     void MeasurementLine();
+    void NoteOtherTags();
+    void NoteStationWithoutPoint();
     static bool HasAngles(const Reading& reading);
     void ApplyOffsets(Reading& reading) const;
 
     /// Where the bars of the current line are: every tag begins with one.
-    std::array<std::uint8_t, TextFile::kLongestLine> bars_{};
+    std::vector<std::uint32_t> bars_ = std::vector<std::uint32_t>(TextFile::kLongestLine);
     std::size_t barCount_ = 0;
 
     /// Texts of the job as the titles gave them. What the last start of measurements took of them
     /// is written once, at the end: they gather over the whole file.
     struct JobTexts {
+        std::uint64_t lastLine = 0;     ///< of the titles
+        std::uint64_t titleLine = 0;    ///< that gave the title
+        std::uint64_t line = 0;         ///< that gave what was taken last
         std::string title;              ///< of the job, not yet taken; empty: none
         bool titleIsName = false;       ///< there was no job whose name it could follow
         std::string name;               ///< as taken: the job's own with the titles behind it
@@ -65,6 +70,7 @@ private:
 
     std::string stationName_;
     std::string stationCode_;
+    std::uint64_t stationLine_ = 0; ///< that names the station
     std::string pointName_;
     std::string pointCode_;
     std::string previousStation_; ///< the station under which the last point was written

@@ -19,6 +19,14 @@
 
 #include "routines/Text.h"
 
+namespace {
+
+constexpr Cause kThirdColumn = {
+    RemarkKind::NotRead,
+    "the character between code and value, where a blank belongs, is not read"};
+
+} // namespace
+
 constexpr CConvLineRecords::SlotCode CConvFileFLD::kSlotCodes[] = {
     {"NS", Slot{2}, DistanceMode::Unchanged}, // instrument, in a job
     {"DA", Slot{3}, DistanceMode::Unchanged}, // date, in a job
@@ -64,6 +72,10 @@ void CConvFileFLD::ConvertiRiga() {
         NuovoRecord(RecordType::Station, Piece(data_, 1));
     else if (code_ == "PN")
         NuovoRecord(RecordType::Point, Piece(data_, 1));
-    else
-        FillSlot(kSlotCodes, code_, data_);
+    else if (!FillSlot(kSlotCodes, code_, data_)) {
+        Skip();
+        return;
+    }
+    if (IsHeard() && !TrimBoth(Piece(line_, 2, 1)).empty())
+        Note(kThirdColumn);
 }

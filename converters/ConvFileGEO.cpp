@@ -26,6 +26,14 @@ namespace {
 
 constexpr std::size_t kData = 3; ///< the data begin with the code's last character
 
+// What is remarked on.
+constexpr Cause kThirdColumn = {
+    RemarkKind::NotRead,
+    "the character between code and value, where a blank belongs, is not read"};
+constexpr Cause kValueCut = {
+    RemarkKind::NoNumber, "a value behind a character in the third column, where a blank belongs, "
+                          "loses its first character with it"};
+
 std::string_view WithoutLeading(std::string_view name, std::string_view letters) {
     const bool leading = !name.empty() && letters.find(name.front()) != std::string_view::npos;
     return leading ? name.substr(1) : name;
@@ -66,26 +74,32 @@ bool CConvFileGEO::LeggeUnaRiga() {
 
 void CConvFileGEO::ConvertiRiga() {
     const std::string_view code = Piece(line_, 0, 2);
+    const std::string_view third = Piece(line_, 2, 1);
+    // Where the third character of a measurement's line is no space, the value loses its first one,
+    // whatever it is.
+    const bool isCut = third != " " && (code == "Az" || code == "Zn" || code == "Dt" ||
+                                        code == "ZH" || code == "DO");
     if (code == "In") {
         Information();
     } else if (code == "St") {
         OpenRecord(RecordType::Station, WithoutLeading(data_, "P"));
     } else if (code == "Pt") {
         OpenRecord(RecordType::Point, WithoutLeading(data_, "DP"));
-    } else {
-        // Where the third character is no space, the value loses its first one, whatever it is.
-        const bool measurement =
-            code == "Az" || code == "Zn" || code == "Dt" || code == "ZH" || code == "DO";
-        const bool thirdCharacter = measurement && Piece(line_, 2, 1) != " ";
-        FillSlot(kSlotCodes, code, thirdCharacter ? Piece(data_, 1) : data_);
+    } else if (!FillSlot(kSlotCodes, code, isCut ? Piece(data_, 1) : data_)) {
+        Skip();
+        return;
     }
+    if (IsHeard() && !TrimBoth(third).empty())
+        Note(isCut ? kValueCut : kThirdColumn);
 }
 
 /// The first information line names the job, unless a station or point came before it. Like every
 /// one it is also the code of the next station or point.
 void CConvFileGEO::Information() {
-    if (!jobNamed_)
+    if (!jobNamed_) {
         jobName_ = data_;
+        jobLine_ = LineNumber();
+    }
     jobNamed_ = true;
     information_ = data_;
 }
@@ -98,6 +112,7 @@ void CConvFileGEO::OpenRecord(RecordType type, std::string_view name) {
 
 /// The file's one job. What stood before the first record went into slots that belong to none.
 void CConvFileGEO::WriteJob() {
+    const AtLine line(*this, jobLine_);
     if (!jobWritten_)
         AggiungeJob(jobName_, "", "", "");
     jobWritten_ = true;

@@ -3,6 +3,7 @@
 #include "converters/LineRecords.h"
 #include "framework/Export.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -28,7 +29,8 @@ private:
 
     std::string_view data_; ///< of the current line
     std::string jobName_;
-    bool jobNamed_ = false;   ///< an information line has named the job
-    bool jobWritten_ = false; ///< it is written when the first record opens
-    std::string information_; ///< becomes the code of the next station or point
+    std::uint64_t jobLine_ = 0; ///< that gives it; 0: the file's name does
+    bool jobNamed_ = false;     ///< an information line has named the job
+    bool jobWritten_ = false;   ///< it is written when the first record opens
+    std::string information_;   ///< becomes the code of the next station or point
 };

@@ -46,7 +46,9 @@ constexpr double kLongestNoDistance = 0.001;
 /// A key of blank, word index and point; longer ones go on with literal points.
 constexpr std::size_t kPlainKey = 4;
 constexpr std::size_t kNoIndex = 100;
-constexpr std::uint8_t kNoWord = 255; ///< a line has 254 characters, and fewer words
+constexpr std::uint8_t kAbsent = 255; ///< no word of a line
+/// The first words of a line are found by their indexes, those from here on one after the other.
+constexpr std::size_t kLastFound = 254;
 
 /// The blank that ends the first word is looked for from here.
 constexpr std::size_t kFirstWordEnd = 3;
@@ -64,33 +66,145 @@ bool HoldsIgnoredMark(std::string_view line) {
     return holds;
 }
 
-/// The data of a word in metres or gon, by the unit digit alone: an angle word and a distance word
-/// with the same digit are scaled alike.
-double ScaledByUnit(double data, char unit) {
-    switch (unit) {
-    case '.':
-    case '0': // metre, last digit 1 mm
-        return data / 1000;
-    case '1': // foot, last digit 1/1000 ft
-        return data * 0.3048 / 1000;
-    case '2': // gon, five decimals
-        return data / 100000;
-    case '3':
-        // Decimal degrees; not scaled by any decimals, on purpose: jobs whose angles were scaled
-        // afterwards are converted again, and must not be scaled twice.
-        return data * 400 / 360;
-    case '6': // metre, last digit 1/10 mm
-        return data / 10000;
-    case '7': // foot, last digit 1/10000 ft
-        return data * 0.3048 / 10000;
-    case '8': // metre, last digit 1/100 mm
-        return data / 100000;
-    default: // 4 and 5 (sexagesimal degrees, mils) are not supported
-        return kNoValue;
-    }
+// What is remarked on.
+constexpr Cause kNoWord = {
+    RemarkKind::Unknown,
+    "a line without a single word of GSI is no record, but becomes a point all the same"};
+constexpr Cause kNoBlock = {RemarkKind::Unknown,
+                            "a line that begins like a code block but is none is skipped"};
+constexpr Cause kMarkedStation = {
+    RemarkKind::NotRead, "a station line that holds 25.342 is left out: its set-up is missing, and "
+                         "its points are with the set-up before"};
+constexpr Cause kMarkedLine = {RemarkKind::NotRead, "a line that holds 25.342 is left out"};
+constexpr Cause kOtherBlock = {
+    RemarkKind::NotRead, "code blocks of other numbers or kinds than those that open a station, or "
+                         "set a code or target height, are not read"};
+constexpr Cause kBlockWithoutHeight = {
+    RemarkKind::Incomplete,
+    "a code block 1 without word 43 opens no station: its set-up is missing"};
+constexpr Cause kOpenCode = {
+    RemarkKind::Incomplete,
+    "a code block with a code whose word no blank ends is not read: its code is missing"};
+constexpr Cause kBacksight = {
+    RemarkKind::NotRead,
+    "points named BS1, readings to the backsight, are left out as the file says"};
+constexpr Cause kNoPointNumber = {RemarkKind::Incomplete,
+                                  "a line that does not begin with a point number (word 11): its "
+                                  "name is what its first word holds, if anything"};
+constexpr Cause kNoStationName = {RemarkKind::Incomplete,
+                                  "a code block without a name of the station: it has none"};
+constexpr Cause kShortWord = {
+    RemarkKind::Incomplete,
+    "a word with fewer than eight digits, cut short: its value is what is left of them"};
+constexpr Cause kTextWithMinus = {RemarkKind::NotRead,
+                                  "the text of a word without a plus sign is not read: empty"};
+constexpr Cause kHalfReduced = {RemarkKind::Incomplete,
+                                "a horizontal distance (32) or height difference (33) without the "
+                                "other, and without slope distance, is not read"};
+constexpr Cause kNoDistance = {
+    RemarkKind::NotRead,
+    "a slope distance of a millimetre or less, or a negative one, is taken for none: absent"};
+
+constexpr Cause kWholeDegrees = {RemarkKind::Unit,
+                                 "an angle in decimal degrees is read without its decimals: it is "
+                                 "100000 times too large"};
+constexpr Cause kHorizontalSexagesimal = {
+    RemarkKind::Unit, "horizontal angle in sexagesimal degrees is not read: absent"};
+constexpr Cause kZenithSexagesimal = {RemarkKind::Unit,
+                                      "zenith angle in sexagesimal degrees is not read: absent"};
+constexpr Cause kHorizontalMils = {RemarkKind::Unit,
+                                   "horizontal angle in mils is not read: absent"};
+constexpr Cause kZenithMils = {RemarkKind::Unit, "zenith angle in mils is not read: absent"};
+constexpr Cause kOtherUnit = {
+    RemarkKind::Unit, "an angle in a unit of lengths, or a length in one of angles, is scaled as "
+                      "that unit says"};
+constexpr Cause kNoUnit = {RemarkKind::Unit,
+                           "a value in a unit that is none of its kind is not read: absent"};
+
+constexpr Cause kPointCoordinates = {RemarkKind::NotRead,
+                                     "words 81 to 83 (coordinates of the point) are not read"};
+constexpr Cause kStationCoordinates = {RemarkKind::NotRead,
+                                       "words 84 to 86 (coordinates of the station) are not read"};
+constexpr Cause kStationTarget = {RemarkKind::NotRead,
+                                  "a target height (word 87) in a station line is not read"};
+constexpr Cause kStationMeasurements = {
+    RemarkKind::NotRead,
+    "measurements (words 21 to 33) in a station line are not read: no point is made of them"};
+constexpr Cause kConstants = {RemarkKind::NotRead,
+                              "words 51 to 59 (prism constant, ppm) are not read"};
+constexpr Cause kAttributes = {RemarkKind::NotRead,
+                               "words 72 to 79 (attributes, remarks) are not read"};
+constexpr Cause kLevel = {RemarkKind::NotRead,
+                          "words of three digits (readings of a digital level) are not read"};
+constexpr Cause kOtherWords = {RemarkKind::NotRead,
+                               "other words (instrument, date, time, differences, further code "
+                               "information, texts) are not read"};
+
+/// What becomes of the words of a line: for each index null where it is read, or what is remarked
+/// on.
+using WordCauses = std::array<const Cause*, kNoIndex>;
+
+constexpr WordCauses CausesOf(std::initializer_list<std::size_t> read) {
+    WordCauses causes{};
+    const auto fill = [&](std::size_t first, std::size_t last, const Cause& cause) {
+        for (std::size_t i = first; i <= last; ++i)
+            causes[i] = &cause;
+    };
+    fill(0, kNoIndex - 1, kOtherWords);
+    fill(51, 59, kConstants);
+    fill(72, 79, kAttributes);
+    fill(81, 83, kPointCoordinates);
+    fill(84, 86, kStationCoordinates);
+    for (const std::size_t index : read)
+        causes[index] = nullptr;
+    return causes;
+}
+
+constexpr WordCauses kPointWords = CausesOf({21, 22, 31, 32, 33, 71, 87, 88});
+constexpr WordCauses kStationWords = [] {
+    WordCauses causes = CausesOf({71, 88});
+    for (const std::size_t index : {21, 22, 31, 32, 33})
+        causes[index] = &kStationMeasurements;
+    causes[87] = &kStationTarget;
+    return causes;
+}();
+constexpr WordCauses kBlockWords = CausesOf({42, 43, 44});
+
+constexpr bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+constexpr bool IsSign(char c) {
+    return c == '+' || c == '-';
 }
 
 } // namespace
+
+/// A unit digit: how the data become metres or gon, and what is remarked on where an angle has it.
+struct CConvFileGSI::Unit {
+    double (*scale)(double data) = nullptr; ///< null: not read
+    bool isOfAngles = false;
+    const Cause* horizontal = nullptr;
+    const Cause* zenith = nullptr;
+    std::string_view inBook = {}; ///< what angles of the book are then; empty: gon
+};
+
+/// The units by their digits; a point is metres, too.
+constexpr CConvFileGSI::Units CConvFileGSI::kClassicUnits = {{
+    {[](double data) { return data / 1000; }},          // metre, last digit 1 mm
+    {[](double data) { return data * 0.3048 / 1000; }}, // foot, last digit 1/1000 ft
+    {[](double data) { return data / 100000; }, true},  // gon, five decimals
+    // Decimal degrees; not scaled by any decimals, on purpose: jobs whose angles were scaled
+    // afterwards are converted again, and must not be scaled twice.
+    {[](double data) { return data * 400 / 360; }, true, &kWholeDegrees, &kWholeDegrees,
+     "1/100000 gon"},
+    {nullptr, true, &kHorizontalSexagesimal, &kZenithSexagesimal},
+    {nullptr, true, &kHorizontalMils, &kZenithMils},
+    {[](double data) { return data / 10000; }},          // metre, last digit 1/10 mm
+    {[](double data) { return data * 0.3048 / 10000; }}, // foot, last digit 1/10000 ft
+    {[](double data) { return data / 100000; }},         // metre, last digit 1/100 mm
+    {},
+}};
 
 CConvFileGSI::CConvFileGSI(CLibCmp& fieldBook, std::string* fileName)
     : CConvGen(fieldBook, fileName) {}
@@ -122,8 +236,11 @@ void CConvFileGSI::ConvertLine() {
 
 /// True where the line is to be written, as a station or as a point.
 bool CConvFileGSI::SeparaCampi(Record& record) {
-    if (HoldsIgnoredMark(line_))
+    if (HoldsIgnoredMark(line_)) {
+        if (IsHeard())
+            Note(Contains(line_, " 84.") ? kMarkedStation : kMarkedLine);
         return false;
+    }
     FindWords();
     if (Begins(line_, "41"))
         return TrattaRiga41(record);
@@ -132,18 +249,20 @@ bool CConvFileGSI::SeparaCampi(Record& record) {
     if (Begins(line_, "*41"))
         return TrattaRiga41PuntoStonex();
 
-    record.isStation = FindKey(" 84.") != kNoWord;
+    record.isStation = FindKey(" 84.") != kAbsent;
     record.name = NameInFirstWord();
     if (record.isStation)
         StationLine(record);
     else
         PointLine(record);
+    if (IsHeard())
+        JudgeLine(record.isStation);
     return true;
 }
 
 /// Only the presence of word 84 makes a station. Its coordinates are not read, on purpose: the host
 /// computes a station's coordinates from what was measured, and must not find others there.
-void CConvFileGSI::StationLine(Record& station) const {
+void CConvFileGSI::StationLine(Record& station) {
     station.code = TrovaStrInCmpConCod(" 71.");
     station.instrumentHeight = TrovaDoubleInCmpConCod(" 88.");
 }
@@ -163,7 +282,7 @@ void CConvFileGSI::PointLine(Record& point) {
     if (!IsPresent(point.reading.slopeDistance))
         ReduceWhereNeeded(point);
     if (!(point.reading.slopeDistance > kLongestNoDistance))
-        point.reading.slopeDistance = kNoValue;
+        point.reading.slopeDistance = AbsentDistance(point.reading.slopeDistance);
 
     point.code = TrovaStrInCmpConCod(" 71.");
     if (point.code.empty())
@@ -175,8 +294,11 @@ void CConvFileGSI::PointLine(Record& point) {
 void CConvFileGSI::ReduceWhereNeeded(Record& point) {
     const double horizontalDistance = TrovaDoubleInCmpConCod(" 32.");
     const double heightDifference = TrovaDoubleInCmpConCod(" 33.");
-    if (!IsPresent(horizontalDistance) || !IsPresent(heightDifference))
+    if (!IsPresent(horizontalDistance) || !IsPresent(heightDifference)) {
+        if (IsPresent(horizontalDistance) || IsPresent(heightDifference))
+            Note(kHalfReduced);
         return;
+    }
     const Reading reduced = ReducedReading(horizontalDistance, heightDifference);
     point.reading.slopeDistance = reduced.slopeDistance;
     if (!IsPresent(point.reading.zenithAngle))
@@ -185,23 +307,42 @@ void CConvFileGSI::ReduceWhereNeeded(Record& point) {
         point.targetHeight = 0;
 }
 
+/// A slope distance that is none; remarked on where it was measured all the same.
+double CConvFileGSI::AbsentDistance(double distance) {
+    if (IsPresent(distance) && distance != 0)
+        Note(kNoDistance);
+    return kNoValue;
+}
+
 /// A code block whose number stands in the last two of its eight digits.
 bool CConvFileGSI::TrattaRiga41(Record& station) {
     const std::string_view number = Piece(line_, 13, 2);
-    station.isStation = true;
+    if (number == "09" || number == "03" || number == "51") {
+        defaultCode_ = TrovaStrInCmpConCod(" 42....");
+        defaultTargetHeight_ = TrovaDoubleInCmpConCod(" 43.");
+    } else if (number == "04" || number == "50") {
+        defaultTargetHeight_ = TrovaDoubleInCmpConCod(" 42.");
+    } else if (!OpensStation(number, station)) {
+        if (IsHeard())
+            JudgeOtherBlock(number == "01" ? kBlockWithoutHeight : kOtherBlock);
+        return false;
+    }
+    if (IsHeard())
+        JudgeBlock(station);
+    return station.isStation;
+}
+
+/// The code blocks that open a station.
+bool CConvFileGSI::OpensStation(std::string_view number, Record& station) {
     if (number == "00") {
         station.name = TrovaStrInCmpConCod(" 43....");
         station.code = TrovaStrInCmpConCod(" 44....");
         station.instrumentHeight = TrovaDoubleInCmpConCod(" 42.");
-        return true;
-    }
-    if (number == "01") {
+    } else if (number == "01" && FindKey(" 43.") != kAbsent) {
         station.name = TrovaStrInCmpConCod(" 42....");
         station.code = TrovaStrInCmpConCod(" 44....");
         station.instrumentHeight = TrovaDoubleInCmpConCod(" 43.");
-        return FindKey(" 43.") != kNoWord;
-    }
-    if (number == "30") {
+    } else if (number == "30") {
         // Without a height in word 44 it stands in word 43, which is then no code.
         station.name = TrovaStrInCmpConCod(" 42....");
         station.instrumentHeight = TrovaDoubleInCmpConCod(" 44.");
@@ -209,15 +350,11 @@ bool CConvFileGSI::TrattaRiga41(Record& station) {
             station.code = TrovaStrInCmpConCod(" 43....");
         else
             station.instrumentHeight = TrovaDoubleInCmpConCod(" 43.");
-        return true;
+    } else {
+        return false;
     }
-    if (number == "09" || number == "03" || number == "51") {
-        defaultCode_ = TrovaStrInCmpConCod(" 42....");
-        defaultTargetHeight_ = TrovaDoubleInCmpConCod(" 43.");
-    } else if (number == "04" || number == "50") {
-        defaultTargetHeight_ = TrovaDoubleInCmpConCod(" 42.");
-    }
-    return false;
+    station.isStation = true;
+    return true;
 }
 
 /// A code block of the other dialect, told by the last six of its sixteen digits.
@@ -229,11 +366,15 @@ bool CConvFileGSI::TrattaRiga41Stonex(Record& station) {
         station.name = TrovaStrInCmpConCod(" 42....");
         station.code = TrovaStrInCmpConCod(" 43....");
         station.instrumentHeight = TrovaDoubleInCmpConCod(" 44.");
-        return true;
-    }
-    if (kind == "0000RE")
+    } else if (kind == "0000RE") {
         skipBS1_ = TrovaStrInCmpConCod(" 42....") == "BS1";
-    return false;
+    } else if (IsHeard()) {
+        JudgeOtherBlock(kOtherBlock);
+        return false;
+    }
+    if (IsHeard())
+        JudgeBlock(station);
+    return station.isStation;
 }
 
 /// The point code of the other dialect, good for the points that follow.
@@ -242,7 +383,59 @@ bool CConvFileGSI::TrattaRiga41PuntoStonex() {
     const std::size_t blank = BlankFrom(kFirstWordEnd);
     if (blank < line_.size() && plus < blank)
         defaultCode_ = NameInFirstWord();
+    else if (IsHeard())
+        JudgeOtherBlock(kOpenCode);
     return false;
+}
+
+/// True where the first word of the line has the form of one.
+bool CConvFileGSI::BeginsWithWord() const {
+    const std::string_view word = line_.substr(line_.starts_with('*') ? 1 : 0);
+    constexpr std::size_t kFirstSign = kSign - 1;
+    return word.size() > kFirstSign && IsDigit(word[0]) && IsDigit(word[1]) &&
+           IsSign(word[kFirstSign]);
+}
+
+/// Remarks on a line of measurements: a station or a point.
+void CConvFileGSI::JudgeLine(bool isStation) {
+    const bool begins = BeginsWithWord();
+    if (!JudgeWords(isStation ? kStationWords : kPointWords) && !begins)
+        Skip(kNoWord);
+    else if (!begins || !line_.substr(line_.starts_with('*') ? 1 : 0).starts_with("11"))
+        Note(kNoPointNumber);
+}
+
+/// Remarks on a code block that is read.
+void CConvFileGSI::JudgeBlock(const Record& station) {
+    JudgeWords(kBlockWords);
+    if (station.isStation && station.name.empty())
+        Note(kNoStationName);
+}
+
+/// Remarks on the words of the current line that are not read, by their indexes. True where one but
+/// the first has the form of a word.
+bool CConvFileGSI::JudgeWords(const std::array<const Cause*, 100>& causes) {
+    bool holdsWord = false;
+    for (std::size_t i = 0; i < blankCount_; ++i) {
+        const std::string_view word = line_.substr(blanks_[i]);
+        if (word.size() < 2 || IsBlank(word[1]) || word[1] == '\r')
+            continue;
+        const std::size_t index = WordIndex(word);
+        holdsWord = holdsWord || (word.size() > kSign && IsSign(word[kSign]) && IsDigit(word[1]));
+        if (index == kNoIndex)
+            Note(word.size() > 4 && word[4] == '.' && IsDigit(word[3]) ? kLevel : kOtherWords);
+        else if (causes[index])
+            Note(*causes[index]);
+    }
+    return holdsWord;
+}
+
+/// Remarks on one that is not.
+void CConvFileGSI::JudgeOtherBlock(const Cause& cause) {
+    if (BeginsWithWord())
+        Note(cause);
+    else
+        Skip(kNoBlock);
 }
 
 /// Word index of a word, given from its blank on: two digits and a point. kNoIndex for others.
@@ -257,27 +450,29 @@ std::size_t CConvFileGSI::WordIndex(std::string_view word) {
 /// One pass over the blanks of the line, so that each of the ten words a line is asked for is found
 /// at once.
 void CConvFileGSI::FindWords() {
+    if (line_.size() > blanks_.size())
+        blanks_.resize(line_.size());
     blankCount_ = 0;
-    firstWords_.fill(kNoWord);
+    firstWords_.fill(kAbsent);
     ForEachPosition(line_, ' ', [&](std::size_t blank) {
         const std::size_t index = WordIndex(line_.substr(blank));
-        if (index != kNoIndex && firstWords_[index] == kNoWord)
-            firstWords_[index] = static_cast<std::uint8_t>(blankCount_);
-        blanks_[blankCount_++] = static_cast<std::uint8_t>(blank);
+        if (index != kNoIndex && firstWords_[index] == kAbsent)
+            firstWords_[index] = static_cast<std::uint8_t>(std::min(blankCount_, kLastFound));
+        blanks_[blankCount_++] = static_cast<std::uint32_t>(blank);
     });
 }
 
-/// The first word that begins with the key (its blank included), as its place in blanks_; kNoWord
+/// The first word that begins with the key (its blank included), as its place in blanks_; kAbsent
 /// where there is none.
 std::size_t CConvFileGSI::FindKey(std::string_view key) const {
     const std::size_t first = firstWords_[WordIndex(key)];
-    if (first == kNoWord || key.size() == kPlainKey)
+    if (first == kAbsent || (key.size() == kPlainKey && first != kLastFound))
         return first;
     for (std::size_t word = first; word < blankCount_; ++word) {
         if (line_.substr(blanks_[word]).starts_with(key))
             return word;
     }
-    return kNoWord;
+    return kAbsent;
 }
 
 /// The first blank at or after that position, which lies behind `word`; the line's length where
@@ -304,15 +499,17 @@ std::string_view CConvFileGSI::NameInFirstWord() const {
 
 /// Text of a word, without leading zeros and without its "-" characters. A word signed "-" gives no
 /// text.
-std::string CConvFileGSI::TrovaStrInCmpConCod(std::string_view key) const {
+std::string CConvFileGSI::TrovaStrInCmpConCod(std::string_view key) {
     const std::size_t word = FindKey(key);
-    if (word == kNoWord)
+    if (word == kAbsent)
         return {};
     const std::size_t search = blanks_[word] + kTextSearch;
     const std::size_t plus = line_.find('+', search);
     const std::size_t blank = BlankFrom(search, word);
-    if (plus == std::string_view::npos || plus >= blank)
+    if (plus == std::string_view::npos || plus >= blank) {
+        Note(kTextWithMinus);
         return {};
+    }
     std::string_view digits = TrimBoth(line_.substr(plus + 1, blank - plus - 1));
     EliminaZeriIniz(digits);
     std::string text(digits);
@@ -320,21 +517,53 @@ std::string CConvFileGSI::TrovaStrInCmpConCod(std::string_view key) const {
     return text;
 }
 
-/// Value of a word; the no-value marker where the word is absent, its unit unknown or its data no
+/// Value of a word; the no-value marker where the word is absent, its unit not read or its data no
 /// number. Data too large for a double are absent before any scaling.
-double CConvFileGSI::TrovaDoubleInCmpConCod(std::string_view key) const {
+double CConvFileGSI::TrovaDoubleInCmpConCod(std::string_view key) {
     const std::size_t word = FindKey(key);
-    if (word == kNoWord || blanks_[word] + kData >= line_.size())
+    if (word == kAbsent)
         return kNoValue;
     const std::size_t position = blanks_[word];
+    if (position + kData >= line_.size()) {
+        Note(kShortWord);
+        return kNoValue;
+    }
     const std::size_t end = BlankFrom(position + kData, word);
     const std::string_view data = line_.substr(position + kData, end - position - kData);
-    double value = NumberOrNoValue(data);
+    double value = ReadNumberOrNoValue(data);
+    const Unit& unit = UnitOf(line_[position + kUnit]);
+    if (IsHeard())
+        JudgeValue(key, data, unit);
     if (value == kNoValue)
         return kNoValue;
     if (line_[position + kSign] == '-')
         value = -value;
-    return ScaledByUnit(value, line_[position + kUnit]);
+    return unit.scale ? unit.scale(value) : kNoValue;
+}
+
+/// By the unit digit alone: an angle word and a distance word with the same digit are scaled alike.
+const CConvFileGSI::Unit& CConvFileGSI::UnitOf(char digit) {
+    static constexpr Unit kNone = {};
+    if (digit == '.')
+        return kClassicUnits[0];
+    return IsDigit(digit) ? kClassicUnits[static_cast<std::size_t>(digit - '0')] : kNone;
+}
+
+/// Remarks on the data of a word and their unit.
+void CConvFileGSI::JudgeValue(std::string_view key, std::string_view data, const Unit& unit) {
+    constexpr std::size_t kFewestDigits = 8;
+    if (data.size() < kFewestDigits)
+        Note(kShortWord);
+    const bool isAngle = key[1] == '2';
+    const Cause* const cause = key[2] == '1' ? unit.horizontal : unit.zenith;
+    if (isAngle && unit.isOfAngles && cause)
+        Note(*cause);
+    else if (!unit.scale)
+        Note(kNoUnit);
+    else if (isAngle != unit.isOfAngles)
+        Note(kOtherUnit);
+    if (isAngle && !unit.inBook.empty())
+        keeper_->AnglesAre(unit.inBook);
 }
 
 void CConvFileGSI::EliminaZeriIniz(std::string_view& digits) {
@@ -355,8 +584,10 @@ void CConvFileGSI::ConversioneRigaS(Record& station) {
 }
 
 void CConvFileGSI::ConversioneRigaP(Record& point) {
-    if (skipBS1_ && point.name == "BS1")
+    if (skipBS1_ && point.name == "BS1") {
+        Note(kBacksight);
         return;
+    }
     Reading reading = WithoutZeroDistance(point.reading);
     reading.slopeDistance = RoundedByLong(reading.slopeDistance, 10000);
     point.code.erase(std::min(point.code.size(), point.code.find('\r')));

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Reads GSI-8 and GSI-16 word files, code blocks of both dialects included.
 class CConvFileGSI : public CConvGen {
@@ -35,8 +36,8 @@ private:
     bool TrattaRiga41(Record& station);
     bool TrattaRiga41Stonex(Record& station);
     bool TrattaRiga41PuntoStonex();
-    double TrovaDoubleInCmpConCod(std::string_view key) const;
-    std::string TrovaStrInCmpConCod(std::string_view key) const;
+    double TrovaDoubleInCmpConCod(std::string_view key);
+    std::string TrovaStrInCmpConCod(std::string_view key);
     static void EliminaZeriIniz(std::string_view& digits);
     void ConvertiRiga(Record& record);
     void ConversioneRigaS(Record& station);
@@ -48,14 +49,28 @@ private:
     std::size_t BlankFrom(std::size_t position, std::size_t word = 0) const;
     std::string_view NameInFirstWord() const;
     void ConvertLine();
-    void StationLine(Record& station) const;
+    void StationLine(Record& station);
     void PointLine(Record& point);
     void ReduceWhereNeeded(Record& point);
+    double AbsentDistance(double distance);
+    bool OpensStation(std::string_view number, Record& station);
+
+    struct Unit;
+    using Units = std::array<Unit, 10>;
+    static const Units kClassicUnits;
+    static const Unit& UnitOf(char digit);
+
+    bool BeginsWithWord() const;
+    void JudgeLine(bool isStation);
+    bool JudgeWords(const std::array<const Cause*, 100>& causes);
+    void JudgeBlock(const Record& station);
+    void JudgeOtherBlock(const Cause& cause);
+    void JudgeValue(std::string_view key, std::string_view data, const Unit& unit);
 
     /// Where the blanks of the current line are; each but the ones in a row has a word behind it.
-    std::array<std::uint8_t, TextFile::kLongestLine> blanks_{};
+    std::vector<std::uint32_t> blanks_ = std::vector<std::uint32_t>(TextFile::kLongestLine);
     std::size_t blankCount_ = 0;
-    /// For each word index the first word that has it, as its place in blanks_; kNoWord: none.
+    /// For each word index the first word that has it, as its place in blanks_; kAbsent: none.
     std::array<std::uint8_t, 100> firstWords_{};
 
     std::string defaultCode_; ///< for points without one, from the last code block that gave one

@@ -29,6 +29,13 @@ constexpr std::size_t kCode = 5;
 constexpr std::array<Columns, 6> kColumns = {
     {{2, 17}, {19, 10}, {29, 10}, {39, 10}, {49, 10}, {59, std::string_view::npos}}};
 
+// What is remarked on.
+constexpr Cause kColumnsMissing = {
+    RemarkKind::Incomplete,
+    "a record that ends before its last columns: what they hold is empty or 0"};
+constexpr Cause kSecondColumn = {
+    RemarkKind::NotRead, "the character in the second column, where a blank belongs, is not read"};
+
 } // namespace
 
 CConvFileLGU::CConvFileLGU(CLibCmp& fieldBook, std::string* fileName)
@@ -58,6 +65,8 @@ void CConvFileLGU::ConvertLine() {
         ConversioneRigaS();
     else if (type_ == '2')
         ConversioneRigaP();
+    else
+        Skip();
 }
 
 void CConvFileLGU::SeparaCampiLGU() {
@@ -66,18 +75,31 @@ void CConvFileLGU::SeparaCampiLGU() {
 }
 
 void CConvFileLGU::ConversioneRigaS() {
-    AggiungeSta(std::string(slots_[kName]), std::string(slots_[kCode]),
-                DoubleDaString(slots_[kHeight]), kNoValue, kNoValue);
+    if (IsHeard())
+        JudgeLine({slots_[kHeight]}, kHeight);
+    AggiungeSta(std::string(slots_[kName]), std::string(slots_[kCode]), ReadNumber(slots_[kHeight]),
+                kNoValue, kNoValue);
 }
 
 /// A distance of 0 is absent before it is rounded; one that only rounds to 0 is written as 0.
 void CConvFileLGU::ConversioneRigaP() {
+    if (IsHeard())
+        JudgeLine({slots_[kHorizontalDistance], slots_[kHeightDifference], slots_[kHorizontalAngle],
+                   slots_[kHeight]},
+                  kHeightDifference);
     Reading reading = WithoutZeroDistance(ReadingFromReduced(
-        DoubleDaString(slots_[kHorizontalDistance]), DoubleDaString(slots_[kHeightDifference]),
-        DoubleDaString(slots_[kHorizontalAngle])));
+        ReadNumber(slots_[kHorizontalDistance]), ReadNumber(slots_[kHeightDifference]),
+        ReadNumber(slots_[kHorizontalAngle])));
     reading.slopeDistance = RoundedByLong(reading.slopeDistance, 1000);
     reading.zenithAngle = RoundedByLong(reading.zenithAngle, 10000);
     reading.horizontalAngle = RoundedByLong(reading.horizontalAngle, 10000);
     AggiungePun(std::string(slots_[kName]), std::string(slots_[kCode]), "",
-                DoubleDaString(slots_[kHeight]), reading);
+                ReadNumber(slots_[kHeight]), reading);
+}
+
+/// Remarks on the columns of the current line, which must reach those of the slot `last`.
+void CConvFileLGU::JudgeLine(std::initializer_list<std::string_view> numbers, std::size_t last) {
+    JudgeFields(numbers, line_.size() > kColumns[last].first, kColumnsMissing);
+    if (!TrimBoth(Piece(line_, 1, 1)).empty())
+        Note(kSecondColumn);
 }

@@ -4,6 +4,8 @@
 #include "framework/Export.h"
 
 #include <array>
+#include <cstddef>
+#include <initializer_list>
 #include <string_view>
 
 /// Reads LGU fixed-column files.
@@ -23,6 +25,8 @@ private:
     void ConversioneRigaP();
 
     void ConvertLine();
+
+    void JudgeLine(std::initializer_list<std::string_view> numbers, std::size_t last);
 
     char type_ = ' '; ///< of the current line
     std::array<std::string_view, 6> slots_;

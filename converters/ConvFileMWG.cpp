@@ -39,12 +39,18 @@ std::string_view LastColumns(std::string_view line) {
     return line.size() > kLastColumns ? line.substr(line.size() - kLastColumns) : line;
 }
 
-/// A number of a point or station as its name: without decimals.
-std::string NameOfNumber(std::string_view digits) {
-    std::string name = StringDaDouble(DoubleDaString(digits), 15, 0);
-    StringTrimBoth(name);
-    return name;
-}
+/// A station's number, and behind it the columns of its height.
+constexpr std::size_t kShortestStation = kStationNumber.first + kStationNumber.count + kLastColumns;
+
+// What is remarked on.
+constexpr Cause kRecordRepeats = {
+    RemarkKind::Unknown, "a line that is no record of the format is skipped, but writes the "
+                         "station or point before it again"};
+constexpr Cause kEmptyRepeats = {RemarkKind::Incomplete,
+                                 "an empty line writes the station or point before it again"};
+constexpr Cause kColumnsMissing = {
+    RemarkKind::Incomplete,
+    "a line that ends before its last columns: what they hold is 0, or the end of the line"};
 
 } // namespace
 
@@ -73,43 +79,82 @@ void CConvFileMWG::AnalizzaRigaMWG() {
     const std::string_view word = Piece(line_, kWord);
     if (word == "11")
         Observation();
-    else if (word == "41")
-        Information();
+    else if (word != "41" || !Information())
+        Repetition();
 }
 
 void CConvFileMWG::Observation() {
-    pointName_ = NameOfNumber(Piece(line_, kPointNumber));
-    reading_ = {.slopeDistance = DividedNumber(Piece(line_, kSlopeDistance), kPerMetre),
-                .zenithAngle = DividedNumber(Piece(line_, kZenithAngle), kPerGon),
-                .horizontalAngle = DividedNumber(Piece(line_, kHorizontalAngle), kPerGon)};
+    const std::string_view number = Piece(line_, kPointNumber);
+    const std::string_view distance = Piece(line_, kSlopeDistance);
+    const std::string_view zenithAngle = Piece(line_, kZenithAngle);
+    const std::string_view horizontalAngle = Piece(line_, kHorizontalAngle);
+    if (IsHeard())
+        JudgeFields({distance, zenithAngle, horizontalAngle, number}, !distance.empty(),
+                    kColumnsMissing);
+    pointName_ = NameOfNumber(number);
+    reading_ = {.slopeDistance = ReadDividedNumber(distance, kPerMetre),
+                .zenithAngle = ReadDividedNumber(zenithAngle, kPerGon),
+                .horizontalAngle = ReadDividedNumber(horizontalAngle, kPerGon)};
     pointReady_ = true;
     stationReady_ = false;
+    recordLine_ = LineNumber();
 }
 
-void CConvFileMWG::Information() {
-    const double marker = DoubleDaString(Piece(line_, kMarker));
+/// False for a marker that says nothing.
+bool CConvFileMWG::Information() {
+    const std::string_view markerText = Piece(line_, kMarker);
+    const double marker = DoubleDaString(markerText);
+    const auto isShort = [this](std::size_t columns) { return line_.size() < columns; };
     if (marker == kMarkerStation) {
+        if (isShort(kShortestStation))
+            Note(kColumnsMissing);
         stationName_ = NameOfNumber(Piece(line_, kStationNumber));
-        instrumentHeight_ = DividedNumber(LastColumns(line_), kPerMetre);
+        instrumentHeight_ = ReadDividedNumber(LastColumns(line_), kPerMetre);
         stationReady_ = true;
         pointReady_ = false;
-        return;
+        recordLine_ = LineNumber();
+        return true;
     }
-    if (marker == kMarkerTargetHeight || marker == -kMarkerTargetHeight)
-        targetHeight_ = DividedNumber(Piece(line_, kTargetHeight), kPerMetre);
-    else if (marker == kMarkerNoTarget)
+    if (marker == kMarkerTargetHeight || marker == -kMarkerTargetHeight) {
+        if (isShort(kTargetHeight.first + 1))
+            Note(kColumnsMissing);
+        targetHeight_ = ReadDividedNumber(Piece(line_, kTargetHeight), kPerMetre);
+    } else if (marker == kMarkerNoTarget) {
         targetHeight_ = 0;
-    else if (marker == kMarkerTargetAtEnd)
-        targetHeight_ = DividedNumber(LastColumns(line_), kPerMetre);
-    else
-        return;
+    } else if (marker == kMarkerTargetAtEnd) {
+        CheckNumber(markerText);
+        if (isShort(kMarker.first + kMarker.count + kLastColumns))
+            Note(kColumnsMissing);
+        targetHeight_ = ReadDividedNumber(LastColumns(line_), kPerMetre);
+    } else {
+        return false;
+    }
     stationReady_ = pointReady_ = false;
+    return true;
+}
+
+/// A line that leaves what is ready as it is.
+void CConvFileMWG::Repetition() {
+    if (!stationReady_ && !pointReady_)
+        Skip();
+    else if (TrimBoth(line_).empty())
+        Note(kEmptyRepeats);
+    else
+        Skip(kRecordRepeats);
+}
+
+/// A number of a point or station as its name: without decimals.
+std::string CConvFileMWG::NameOfNumber(std::string_view digits) {
+    std::string name = StringDaDouble(ReadNumber(digits), 15, 0);
+    StringTrimBoth(name);
+    return name;
 }
 
 /// Every line writes what is ready: one that changes nothing (another word, an unknown marker, an
 /// empty line) writes the same station or point again, on purpose: hosts take points of equal name
 /// and reading for one, and a job that is converted again must have as many.
 void CConvFileMWG::SalvaRigaMWG() {
+    const AtLine line(*this, recordLine_);
     if (stationReady_)
         AggiungiStazioneMWG();
     if (pointReady_)

@@ -4,6 +4,7 @@
 #include "framework/Export.h"
 #include "host/NoValue.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -26,11 +27,14 @@ private:
 
     void ConvertLine();
     void Observation();
-    void Information();
+    bool Information();
+    void Repetition();
+    std::string NameOfNumber(std::string_view digits);
 
     // Lines write what is ready again, so it lasts.
     bool stationReady_ = false;
     bool pointReady_ = false;
+    std::uint64_t recordLine_ = 0; ///< that said so
     std::string stationName_;
     double instrumentHeight_ = kNoValue;
     std::string pointName_;

@@ -36,8 +36,10 @@ std::string_view CConvFileODB::SeparaCampoODB() {
 }
 
 void CConvFileODB::ConvertiRigaODB() {
-    if (line_.size() < kShortestLine)
+    if (line_.size() < kShortestLine) {
+        Skip();
         return;
+    }
     const auto first = static_cast<unsigned char>(line_.front());
     if (first < 32 || first > 127)
         line_.remove_prefix(1);
@@ -51,8 +53,11 @@ void CConvFileODB::ConvertiRigaODB() {
     fields.targetHeight = SeparaCampoODB();
     fields.zenithAngle = SeparaCampoODB();
     fields.horizontalAngle = SeparaCampoODB();
+    const bool isWhole = !IsHeard() || Contains(line_, " ");
     fields.slopeDistance = SeparaCampoODB();
     fields.code = line_;
+    if (IsHeard())
+        JudgeLine(fields, isWhole);
 
     if (fields.station != previousStation_ || fields.instrumentHeight != previousHeight_)
         AggiungiStazioneODB(fields);

@@ -39,8 +39,10 @@ std::string_view CConvFileOVD::SeparaCampoOVD() {
 }
 
 void CConvFileOVD::ConvertiRigaOVD() {
-    if (line_.size() < kShortestLine)
+    if (line_.size() < kShortestLine) {
+        Skip();
         return;
+    }
     Fields fields;
     fields.station = SeparaCampoOVD();
     fields.point = SeparaCampoOVD();
@@ -48,11 +50,16 @@ void CConvFileOVD::ConvertiRigaOVD() {
     fields.zenithAngle = SeparaCampoOVD();
     fields.slopeDistance = SeparaCampoOVD();
     fields.instrumentHeight = SeparaCampoOVD();
+    const bool isWhole = !IsHeard() || Contains(line_, ",");
     fields.targetHeight = SeparaCampoOVD();
     fields.code = line_;
+    if (IsHeard())
+        JudgeLine(fields, isWhole);
 
     if (fields.station != previousStation_)
         AggiungiStazioneOVD(fields);
+    else if (IsHeard())
+        JudgeHeight(fields.instrumentHeight);
     AggiungiPuntoOVD(fields);
     previousStation_ = fields.station;
 }

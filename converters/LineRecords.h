@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -40,8 +41,8 @@ protected:
     void NuovoRecord(RecordType type, std::string_view name);
     /// Writes the open record.
     void SalvaRecord();
-    /// Stores a value where the table has its code.
-    void FillSlot(std::span<const SlotCode> table, std::string_view code, std::string_view value);
+    /// Stores a value where the table has its code; false: it has not.
+    bool FillSlot(std::span<const SlotCode> table, std::string_view code, std::string_view value);
 
     std::array<std::string, kSlots> slots_;
 
@@ -51,6 +52,9 @@ private:
     void SalvaRigaS();
     void SalvaRigaP();
 
+    void JudgeValue(const SlotCode& code, std::string_view value);
+
+    std::uint64_t recordLine_ = 0; ///< that opened the record
     RecordType type_ = RecordType::None;
     DistanceMode mode_ = DistanceMode::Polar;
 };

@@ -27,6 +27,8 @@ protected:
 
     void WriteStation(const Fields& fields);
     void WritePoint(const Fields& fields);
+    /// Remarks on the fields of the current line, where somebody listens; whole: it has all of them.
+    void JudgeLine(const Fields& fields, bool isWhole);
 
     std::string previousStation_; ///< of the line before
 };

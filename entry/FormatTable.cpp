@@ -80,7 +80,7 @@ constexpr Format kFormats[] = {
     {6, Instrument, "geo", "GEO", "", "GEO coded lines", Convert<CConvFileGEO>},
     {8, Instrument, "dat", "DAT", "", "DAT records separated by spaces", Convert<CConvFileDAT>},
     {9, Instrument, "sdr2", "SDR", "", "Sokkia SDR2 field files", Convert<CConvFileSDR2>},
-    {13, Instrument, "cam", "CAM", "", "CAM comma-separated observations, two layouts", Convert<CConvFileCAM>},
+    {13, Instrument, "cam", "CAM", "", "CAM comma-separated observations, two layouts", Convert<CConvFileCAM>, "CAM"},
     {14, Instrument, "elt", "ELT", "", "ELT report files", Convert<CConvFileELT>},
     {15, Instrument, "ovd", "OVD", "", "OVD comma-separated observations", Convert<CConvFileOVD>},
     {16, Instrument, "odb", "ODB", "", "ODB observations separated by blanks", Convert<CConvFileODB>},
@@ -131,6 +131,16 @@ const Format* FormatByDownloadExtension(std::string_view extension) {
 
 const Format* FormatByExtension(std::string_view extension) {
     return FindFormat([&](const Format& f) { return ListHolds(f.extensions, extension); });
+}
+
+std::vector<const Format*> FormatsByExtension(std::string_view extension) {
+    std::vector<const Format*> formats;
+    for (const Format& format : kFormats) {
+        if (ListHolds(format.extensions, extension) ||
+            ListHolds(format.downloadExtensions, extension))
+            formats.push_back(&format);
+    }
+    return formats;
 }
 
 const Format* FormatByName(std::string_view name) {

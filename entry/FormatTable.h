@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 class CCts;
 class CGcadEng;
@@ -47,6 +48,8 @@ struct Format {
     /// where an error was raised meanwhile. The converter's warning has been shown when this
     /// returns. Raises nothing.
     bool (*convert)(const ConversionTarget& target, std::string* fileName);
+    /// Of a format whose extension chooses between layouts: the one that its name gives no hint of.
+    const char* layout = "";
 };
 
 /// The formats, in the order of their codes, then those chosen by extension alone. The one list:
@@ -57,7 +60,9 @@ CONVFILE_API std::span<const Format> Formats();
 CONVFILE_API const Format* FormatByCode(int code);
 /// The format that FConvFileDaStrum chooses for an extension (upper case), or null.
 CONVFILE_API const Format* FormatByDownloadExtension(std::string_view extension);
-/// The one format whose usual extension (upper case) it is, or null.
+/// The first format whose usual extension (upper case) it is, or null.
 CONVFILE_API const Format* FormatByExtension(std::string_view extension);
+/// All formats that have the extension (upper case), usual or of a download.
+CONVFILE_API std::vector<const Format*> FormatsByExtension(std::string_view extension);
 /// The format of that short name, or null.
 CONVFILE_API const Format* FormatByName(std::string_view name);

@@ -45,6 +45,11 @@ struct FileAccount {
     std::uint64_t skipped = 0;   ///< the others: lines = read + skipped
     std::vector<Remark> remarks; ///< in the order of their first lines
 
+    // How well the format fits, for the choice among formats.
+    std::uint64_t blank = 0;     ///< of the lines read, those that hold nothing
+    std::uint64_t numbers = 0;   ///< fields that hold the number that belongs there
+    std::uint64_t noNumbers = 0; ///< fields that hold something else
+
     /// What the field book's angles and lengths really are: other than gon and metres where the
     /// file has a unit that its reading leaves as it stands.
     std::string angleUnit = "gon";

@@ -44,6 +44,9 @@ AccountKeeper::~AccountKeeper() {
         account_->lines = lines_;
         account_->skipped = skippedLines_;
         account_->read = lines_ - skippedLines_;
+        account_->blank = blankLines_;
+        account_->numbers = numbers_;
+        account_->noNumbers = noNumbers_;
         const auto order = [](const Tally& tally) {
             const auto& lines = tally.remark.lines;
             return std::make_tuple(lines.empty() ? kCurrent : lines.front(), tally.remark.kind);
@@ -66,6 +69,7 @@ void AccountKeeper::PieceBegins(const LinePiece& piece) {
     text_ = piece.text;
     line_ = piece.number;
     lines_ += piece.continues ? 0 : 1;
+    blankLines_ += !piece.continues && IsBlank() ? 1 : 0;
     inPiece_ = true;
     continues_ = piece.continues;
     if (piece.isLong || piece.hasNul || piece.hasLoneCr || piece.hasCrRun || piece.losesLast)
@@ -200,7 +204,8 @@ void AccountKeeper::NoteEmpty() {
 }
 
 void AccountKeeper::Written(CJob& job) {
-    ++jobs_;
+    jobs_ += &job != lastJob_ ? 1 : 0;
+    lastJob_ = &job;
     if (listener_)
         listener_->JobWritten(job, RecordLine());
 }

@@ -63,6 +63,9 @@ public:
     /// The current line is skipped without a word of its own.
     void SkipSilently() { skipped_ = true; }
 
+    /// A field that holds a number, or something else where a number belongs.
+    void CountNumber(bool isNumber) { ++(isNumber ? numbers_ : noNumbers_); }
+
     /// The current line; 0 before the first.
     std::uint64_t Line() const { return line_; }
     /// The line of the records that are written: the current one, unless it was set.
@@ -119,9 +122,13 @@ private:
     bool lineRead_ = false;   ///< a piece of this line before it was read
     std::uint64_t lines_ = 0; ///< begun
     std::uint64_t skippedLines_ = 0;
+    std::uint64_t blankLines_ = 0;
+    std::uint64_t numbers_ = 0;
+    std::uint64_t noNumbers_ = 0;
     std::uint64_t recordLine_ = kCurrent;
 
     std::uint64_t jobs_ = 0;
+    const CJob* lastJob_ = nullptr; ///< a job that is told again is still one
     std::uint64_t records_ = 0; ///< stations, points, and lines of the document
     std::uint64_t orientationPoints_ = 0;
     std::uint64_t documentLines_ = 0;

@@ -24,6 +24,9 @@ inline constexpr Cause kMoreThanNumber = {
 inline constexpr Cause kFieldsMissing = {
     RemarkKind::Incomplete,
     "a record with fewer fields than it needs: those missing are empty or 0"};
+inline constexpr Cause kNoNumbers = {
+    RemarkKind::Unknown, "a line without a single number where numbers belong is no record, but is "
+                         "taken for one all the same"};
 inline constexpr Cause kRecordCutShort = {
     RemarkKind::Incomplete,
     "a record cut short by the end of the file is written with what it has"};

@@ -26,6 +26,9 @@ constexpr Cause kOrientationPointDeclined = {
 constexpr Cause kNoMeasurement = {
     RemarkKind::NoMeasurement,
     "a point without distance and angles: of its line the name and other texts are kept"};
+constexpr Cause kHeightStays = {RemarkKind::NotRead,
+                                "an instrument height other than that of the set-up that goes on "
+                                "is not read: the set-up keeps its own"};
 
 template <class Record>
 void TellKeeper(AccountKeeper* keeper, Record* record, const Cause& declined) {
@@ -50,7 +53,7 @@ CConvGen::~CConvGen() {
     static constexpr std::array<TextId, 5> kTexts = {
         TextId::None, TextId::Reduced, TextId::ReducedAtGround, TextId::FromCoordinates,
         TextId::FromZeroStations};
-    if (warningKind_ <= kNoWarning || warningKind_ > kFromZeroStations)
+    if (warningKind_ <= kNoWarning || warningKind_ > kFromZeroStations || preparation_.isTrial)
         return;
     Finish([this] {
         const std::string title = LoadText(TextId::ImportFile);
@@ -177,11 +180,36 @@ void CConvGen::Tell(COri* point) {
 void CConvGen::CheckRest(std::string_view text, std::size_t numberEnd, const Cause& noNumber) {
     if (TrimBoth(text).find_first_not_of('\r') == std::string_view::npos)
         return;
-    const std::string_view rest = TrimBoth(text.substr(numberEnd));
-    if (numberEnd == 0)
-        Note(noNumber);
-    else if (rest.find_first_not_of("\r \t") != std::string_view::npos)
-        Note(kMoreThanNumber);
+    const bool isNumber =
+        numberEnd > 0 && text.find_first_not_of(" \t\r", numberEnd) == std::string_view::npos;
+    keeper_->CountNumber(isNumber);
+    if (!isNumber)
+        Note(numberEnd == 0 ? noNumber : kMoreThanNumber);
+}
+
+void CConvGen::JudgeFields(std::initializer_list<std::string_view> numbers, bool isWhole,
+                           const Cause& fieldsMissing) {
+    const auto isNumber = [](std::string_view text) {
+        double unused = 0;
+        return NumberAtStart(text, unused) > 0;
+    };
+    const auto isText = [](std::string_view text) {
+        return text.find_first_not_of(" \t\r") != std::string_view::npos;
+    };
+    if (std::ranges::any_of(numbers, isNumber)) {
+        if (!isWhole)
+            Note(fieldsMissing);
+    } else if (!isWhole || std::ranges::any_of(numbers, isText)) {
+        Skip(kNoNumbers);
+    }
+}
+
+void CConvGen::JudgeHeight(std::string_view instrumentHeight) {
+    CSta* const station = CurrentStation();
+    const double height = ReadNumber(instrumentHeight);
+    if (station && !TrimBoth(instrumentHeight).empty() &&
+        station->GetAltStr() != FiniteOrNoValue(height))
+        Note(kHeightStays);
 }
 
 void CConvGen::SetNomeAtJob(std::string name) {
@@ -240,6 +268,14 @@ std::string CConvGen::NameOfFile(const std::string& path) {
     std::string name = path;
     EstraiIlNomeFile(name);
     return TextOfPath(name);
+}
+
+bool CConvGen::HasLayout(std::string_view extension) const {
+    if (*preparation_.layout)
+        return preparation_.layout == extension;
+    const std::size_t dot = fileName_->rfind('.');
+    return dot != std::string::npos &&
+           EqualIgnoringCase(std::string_view(*fileName_).substr(dot + 1), extension);
 }
 
 std::string CConvGen::GetNomeOfJob() {

@@ -9,6 +9,7 @@
 #include "routines/TextFile.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -96,6 +97,8 @@ protected:
     void AddJobOfFile(const std::string& path);
     /// The bare name of a file, as the field book holds it.
     static std::string NameOfFile(const std::string& path);
+    /// True where the file is to be read in the layout of that extension (upper case).
+    bool HasLayout(std::string_view extension) const;
     /// The current job, or null.
     CJob* CurrentJob() { return fieldBook_.GetJobAt(jobIndex_); }
     /// The current station, or null.
@@ -162,6 +165,16 @@ protected:
         CheckEnd(text, NumberAtStart(text, unused), noNumber);
     }
 
+    /// For formats that take any line for a record, where somebody listens: skips a line of which
+    /// not one field that should be a number is one, while one is a text or some are missing.
+    /// Remarks on missing fields otherwise.
+    void JudgeFields(std::initializer_list<std::string_view> numbers, bool isWhole,
+                     const Cause& fieldsMissing = kFieldsMissing);
+
+    /// The same for formats whose lines name the instrument height again: remarks on one that the
+    /// current station, which goes on, does not have.
+    void JudgeHeight(std::string_view instrumentHeight);
+
     /// Tells of a record that was just asked of the field book; null: it declined.
     void Tell(CJob* job);
     void Tell(CSta* station);
@@ -210,8 +223,12 @@ private:
     bool AddUnnamedJob();
     CSta* AddStation();
     void CheckEnd(std::string_view text, std::size_t numberEnd, const Cause& noNumber) {
-        if (numberEnd != text.size() && keeper_) [[unlikely]]
+        if (!keeper_) [[likely]]
+            return;
+        if (numberEnd != text.size())
             CheckRest(text, numberEnd, noNumber);
+        else if (numberEnd > 0)
+            keeper_->CountNumber(true);
     }
     void CheckRest(std::string_view text, std::size_t numberEnd, const Cause& noNumber);
 };

@@ -23,4 +23,8 @@ struct Preparation {
     /// Is told of records and progress meanwhile. Borrowed; null: nobody listens.
     CConvListener* listener = nullptr;
     ReadingRules rules = {}; ///< what of the file is read
+    bool isTrial = false;    ///< nobody is to see it: no message is shown
+    /// The extension by which a format with several layouts is to choose, upper case; empty: that
+    /// of the file's name. Borrowed.
+    const char* layout = "";
 };

@@ -42,7 +42,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(!options.files.empty());
         Require(choice.code.has_value() + choice.name.has_value() + choice.download <= 1);
         Require(!choice.name || FormatByName(*choice.name));
-        Require(std::ranges::count(kViews, options.view) == 1);
+        Require(std::ranges::count(Views(), options.view) == 1);
     }
     return 0;
 }

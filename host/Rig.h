@@ -26,13 +26,15 @@ public:
         if (count > 0)
             vertices_.reserve(static_cast<std::size_t>(std::min(count, kUsual)));
     }
-    /// Appends a vertex and returns its index.
+    /// Appends a vertex and returns its index. Those that the last one stood for come before it.
     int AddVrt(CCtsVrt vertex) {
+        for (; repeated_ > 0; --repeated_)
+            vertices_.push_back(CCtsVrt(vertices_.back()));
         vertices_.push_back(std::move(vertex));
         return static_cast<int>(vertices_.size()) - 1;
     }
-    /// Lets the last vertex stand that many times more. No other may be added then.
-    void RepeatLastVrt(int times) { repeated_ = vertices_.empty() ? 0 : times; }
+    /// Lets the last vertex stand that many times more, at no cost as long as none is added.
+    void RepeatLastVrt(int times) { repeated_ = vertices_.empty() ? 0 : std::max(times, 0); }
     int GetVrtArSize() const { return static_cast<int>(vertices_.size()) + repeated_; }
     /// The vertex at that index, or null where the index is out of range. Those that the last one
     /// stands for are one and the same.

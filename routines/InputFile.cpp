@@ -22,18 +22,16 @@ bool InputFile::Open(const std::string& name, const ByteSource& source) {
     Close();
     if (name.empty())
         return false;
-    if (source.bytes) {
-        memory_ = {source.bytes, source.size};
-        return true;
-    }
     stream_ = source.stream;
-    if (!stream_) {
+    if (source.bytes)
+        memory_ = {source.bytes, source.size};
+    else if (!stream_) {
         file_.reset(std::fopen(name.c_str(), "rb"));
         if (file_ && IsFolder(file_.get()))
             file_.reset();
         stream_ = file_.get();
     }
-    return stream_ != nullptr;
+    return source.bytes || stream_;
 }
 
 void InputFile::Close() {
@@ -43,9 +41,9 @@ void InputFile::Close() {
 }
 
 std::size_t InputFile::Read(char* bytes, std::size_t size) {
-    if (stream_)
-        return std::fread(bytes, 1, size, stream_);
     const std::size_t taken = memory_.copy(bytes, size);
     memory_.remove_prefix(taken);
-    return taken;
+    if (!stream_ || taken == size)
+        return taken;
+    return taken + std::fread(bytes + taken, 1, size - taken, stream_);
 }

@@ -7,7 +7,8 @@
 #include <string_view>
 
 /// Where the bytes of a file come from. As it is, from the file of the name; otherwise from what is
-/// given here, and the name is only its name. Borrowed: it must stay until the file was read.
+/// given here, and the name is only its name. With both, the stream goes on where the bytes end.
+/// Borrowed: it must stay until the file was read.
 struct ByteSource {
     const char* bytes = nullptr; ///< in memory, `size` of them
     std::size_t size = 0;
@@ -33,6 +34,6 @@ private:
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
     std::unique_ptr<std::FILE, Closer> file_; ///< opened here
-    std::FILE* stream_ = nullptr;             ///< what is read; null: `memory_` is
+    std::FILE* stream_ = nullptr;             ///< what is read, behind the memory; or null
     std::string_view memory_;                 ///< what is left of it
 };

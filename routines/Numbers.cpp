@@ -132,6 +132,39 @@ Integer IntegerAtStart(std::string_view text) {
     return value;
 }
 
+/// Most numbers of a field book have at most six decimals and fifteen digits. Of those no two are
+/// the same double: the one that gives the value back is the one with the fewest digits.
+constexpr double kFewDecimals = 1e6;
+constexpr double kFewDecimalsBelow = 1e9;
+
+/// The digits of the numbers 0 to 99, two each.
+constexpr auto kPairs = [] {
+    std::array<char, 200> pairs{};
+    for (std::size_t i = 0; i < 100; ++i) {
+        pairs[2 * i] = static_cast<char>('0' + i / 10);
+        pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+    }
+    return pairs;
+}();
+
+/// Writes a number of millionths.
+char* WriteFewDecimals(char* to, bool negative, std::uint64_t millionths) {
+    if (negative)
+        *to++ = '-';
+    const auto whole = static_cast<std::uint32_t>(millionths / 1'000'000);
+    auto rest = static_cast<std::uint32_t>(millionths % 1'000'000);
+    to = std::to_chars(to, to + 10, whole).ptr;
+    if (rest == 0)
+        return to;
+    *to++ = '.';
+    for (std::size_t i = 3; i-- > 0; rest /= 100)
+        std::memcpy(to + 2 * i, &kPairs[std::size_t{2} * (rest % 100)], 2);
+    to += 6;
+    while (to[-1] == '0')
+        --to;
+    return to;
+}
+
 } // namespace
 
 std::size_t NumberAtStart(std::string_view text, double& number) {
@@ -210,6 +243,24 @@ std::string StringDaDouble(double value, int width, int decimals) {
     if (text.size() < wanted)
         text.insert(0, wanted - text.size(), ' ');
     return text;
+}
+
+std::string ShortestNumber(double value) {
+    std::array<char, kShortestRoom> digits{};
+    return {digits.data(), WriteShortest(digits.data(), value)};
+}
+
+char* WriteShortest(char* to, double value) {
+    const double size = std::fabs(value);
+    const bool plain = size == 0 || (size >= 1e-4 && size < 1e16);
+    if (plain && size < kFewDecimalsBelow) {
+        const auto scaled = static_cast<std::uint64_t>(size * kFewDecimals + 0.5);
+        if (static_cast<double>(scaled) / kFewDecimals == size)
+            return WriteFewDecimals(to, std::signbit(value), scaled);
+    }
+    return std::to_chars(to, to + kShortestRoom, value,
+                         plain ? std::chars_format::fixed : std::chars_format::scientific)
+        .ptr;
 }
 
 double ArrotondatoAtDec(double value, int decimals) {

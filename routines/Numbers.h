@@ -44,6 +44,14 @@ std::string WithImpliedPoint(std::string_view text, std::size_t decimals);
 /// more), as sprintf's "%*.*f" writes it in the C locale.
 std::string StringDaDouble(double value, int width, int decimals);
 
+/// The fewest digits that read back as the same number; with an exponent only where the number is
+/// below 0.0001 or has more than 16 digits before its point.
+std::string ShortestNumber(double value);
+
+/// The same, written to where there is room for kShortestRoom characters; gives their end.
+char* WriteShortest(char* to, double value);
+inline constexpr std::size_t kShortestRoom = 32;
+
 /// The value rounded to that number of decimals (0 to 22), halves away from zero. An absent or
 /// non-finite value, or one too large to be scaled, stays as it is.
 double ArrotondatoAtDec(double value, int decimals);

@@ -1,13 +1,14 @@
 // docs/formats.md stays true: each of its samples is converted and must give what stands under it,
 // and each format has a sample. Where the head of a converter's source shows a whole file, it is
-// that of the page.
+// that of the page. The samples of docs/outputs.md, and its pictures, are what the program makes.
 
-#include "app/TableOutput.h"
+#include "app/Output.h"
 #include "entry/FormatTable.h"
 #include "routines/CodePage.h"
 #include "tests/support/Convert.h"
 #include "tests/support/Files.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -73,14 +74,24 @@ std::string BytesOf(const Block& block) {
     return bytes;
 }
 
-std::string TableOf(const std::string& format, const std::string& path) {
+/// What the program makes of a file.
+std::string ViewOf(std::string_view view, const std::string& format, const std::string& path) {
     app::Conversion conversion;
     ConvertAs(format, path, conversion);
     std::ostringstream text;
     app::Sink sink(text);
-    app::TableOutput(sink).Add(conversion);
+    const auto output = app::MakeOutput(view, sink, 1);
+    output->Add(conversion);
+    output->End();
     sink.Flush();
     return text.str();
+}
+
+std::string Joined(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : lines)
+        text += line + "\n";
+    return text;
 }
 
 /// The sample in the comment at the head of a source: its indented lines, as far as they go.
@@ -95,6 +106,10 @@ std::vector<std::string> SampleAtHead(const std::string& source) {
             break;
     }
     return lines;
+}
+
+std::string TableOf(const std::string& format, const std::string& path) {
+    return ViewOf(app::kTable, format, path);
 }
 
 /// The remarks that the program prints under a file's first line.
@@ -120,16 +135,43 @@ TEST(Docs, SamplesGiveWhatStandsUnderThem) {
         const std::string& format = blocks[i].words[1];
         shown.insert(format);
         ASSERT_LT(i + 1, blocks.size());
-        std::string expected;
-        for (const std::string& line : blocks[i + 1].lines)
-            expected += line + "\n";
         const std::string path = folder.Write(blocks[i].words[2], BytesOf(blocks[i]));
-        EXPECT_EQ(printed(format, path), expected) << format;
+        EXPECT_EQ(printed(format, path), Joined(blocks[i + 1].lines)) << format;
     }
     for (const Format& format : Formats()) {
         if (format.kind != FormatKind::Database) { // a database cannot be printed
             EXPECT_TRUE(shown.contains(format.name)) << format.name << " has no sample";
         }
+    }
+}
+
+TEST(Docs, ViewsAreWhatThePageShows) {
+    const TempFolder folder;
+    const std::filesystem::path docs = std::filesystem::path(CONVFILE_PROJECT_FOLDER) / "docs";
+    const std::vector<Block> blocks = BlocksOf(ReadBytes(docs / "outputs.md"));
+    ASSERT_GE(blocks.size(), 5U);
+    const Block& sample = blocks[0];
+    ASSERT_EQ(sample.words.size(), 3U);
+    const std::string path = folder.Write(sample.words[2], BytesOf(sample));
+    for (const Block& block : blocks) {
+        if (block.words.size() != 2)
+            continue;
+        std::string made = ViewOf(block.words[1], sample.words[1], path);
+        std::erase(made, '\r');
+        if (block.words[0] == "gives")
+            EXPECT_EQ(made, Joined(block.lines));
+        else
+            EXPECT_THAT(made, testing::HasSubstr(Joined(block.lines)));
+    }
+}
+
+TEST(Docs, PicturesAreOfTheSamples) {
+    const std::filesystem::path project(CONVFILE_PROJECT_FOLDER);
+    for (const std::string name : {"farm", "day"}) {
+        const auto sample = (project / "samples" / (name + ".gsi")).string();
+        EXPECT_EQ(ViewOf("svg", "gsi", sample),
+                  ReadBytes(project / "docs/pictures" / (name + ".svg")))
+            << "convfile --to svg -o docs/pictures/" << name << ".svg " << sample;
     }
 }
 

@@ -12,6 +12,10 @@
 
 #include <set>
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
 namespace convfile::test {
 namespace {
 
@@ -91,6 +95,32 @@ TEST_F(EntryTest, CadastralRecordsGoIntoTheFirstStationThatIsThere) {
     EXPECT_EQ(book_.GetPunArSize(0, 0), 2);
     EXPECT_EQ(book_.GetStaArSize(0), 3);
 }
+
+#if defined(_WIN32)
+
+/// As a host finds it that loads the library by its name.
+TEST(Library, HasItsFunctionsByNameAndItsTextsByNumber) {
+    const HMODULE library = GetModuleHandleA("convfile.dll");
+    ASSERT_NE(library, nullptr);
+    const auto function = [&](const char* name) {
+        return reinterpret_cast<void*>(GetProcAddress(library, name));
+    };
+    EXPECT_EQ(function("FConvFileNoTopcon"), reinterpret_cast<void*>(&FConvFileNoTopcon));
+    EXPECT_EQ(function("FConvFileDaStrum"), reinterpret_cast<void*>(&FConvFileDaStrum));
+    const auto text = [&](UINT id) { // as bytes of the system's code page
+        char bytes[1024] = "";
+        LoadStringA(library, id, bytes, sizeof bytes);
+        return std::string(bytes);
+    };
+    EXPECT_EQ(text(20001), "Import File");
+    EXPECT_EQ(text(20006), "Convertito da coordinate");
+    EXPECT_NE(text(20011).find(" poich\xE8 erano in formato coordinate.\n\nSi \xE8 "),
+              std::string::npos);
+    for (const UINT absent : {20000U, 20002U, 20012U})
+        EXPECT_EQ(text(absent), "");
+}
+
+#endif
 
 TEST(FormatTable, NamesCodesAndExtensionsAreUnambiguous) {
     std::set<std::string> names;

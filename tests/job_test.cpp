@@ -19,6 +19,17 @@ using access::Type;
 using access::Version;
 using testing::ElementsAre;
 
+/// Gives a column that text in all rows.
+void SetText(std::vector<Table>& tables, const char* table, const char* column,
+             const std::string& text) {
+    Table& changed = TableNamed(tables, table);
+    const auto found = std::ranges::find(changed.columns, column, &access::Column::name);
+    ASSERT_NE(found, changed.columns.end()) << column;
+    found->type = Type::Text;
+    for (access::Row& row : changed.rows)
+        row.values[static_cast<std::size_t>(found - changed.columns.begin())] = text;
+}
+
 TEST(JobImport, GivesTheReferenceFieldBooks) {
     GoldenFiles(); // paths from here on begin in their folder
     const struct {
@@ -30,6 +41,16 @@ TEST(JobImport, GivesTheReferenceFieldBooks) {
         ImportJob(job.tables, job.path + ".tlsv", result);
         EXPECT_EQ(JsonOf(result), ReadBytes(job.path + ".json"));
     }
+}
+
+TEST(JobImport, PhotosOfAFileWithoutAFolderLieBesideIt) {
+    GoldenFiles();
+    std::filesystem::current_path("tlsv");
+    app::Conversion job;
+    ImportJob(RealisticJob(), "day-jet4.tlsv", job);
+    EXPECT_EQ(
+        job.fieldBook.Jobs().at(0)->stations.at(0)->points.at(0)->GetExtras().photos.at(0).path,
+        "day-jet4\\p1.jpg");
 }
 
 TEST(JobImport, TellsTheHostInOrder) {
@@ -64,10 +85,7 @@ TEST(JobImport, KeepsTheNewJobWhereTheDatabaseDoesNotOpen) {
 TEST(JobImport, DecimalCommasAndDatesBefore1970) {
     std::vector<Table> tables = RealisticJob();
     TableNamed(tables, "tblCrdObsSession").rows[0].values[2] = std::int64_t{-1};
-    Table& points = TableNamed(tables, "tblSoPoints");
-    points.columns[3].type = Type::Text;
-    for (access::Row& row : points.rows)
-        row.values[3] = std::string(" 12,5");
+    SetText(tables, "tblSoPoints", "C1", " 12,5");
     app::Conversion job;
     ImportJob(tables, job);
     EXPECT_EQ(job.fieldBook.Jobs().at(0)->Date(), "31/12/1969");
@@ -81,15 +99,8 @@ TEST(JobImport, HasNoNegativeZero) {
                                         {"tblStations", "C2"},
                                         {"tblTsOccups", "InstrHeight"},
                                         {"tblTsShots", "TargetAntHeight"},
-                                        {"tblTsShots", "HAngle"}}) {
-        Table& changed = TableNamed(tables, table);
-        const auto place = std::ranges::find(changed.columns, column, &access::Column::name);
-        ASSERT_NE(place, changed.columns.end()) << column;
-        place->type = Type::Text;
-        for (access::Row& row : changed.rows)
-            row.values[static_cast<std::size_t>(place - changed.columns.begin())] =
-                std::string("-0.00");
-    }
+                                        {"tblTsShots", "HAngle"}})
+        SetText(tables, table, column, "-0.00");
     app::Conversion job;
     ImportJob(tables, job);
     const std::string book = JsonOf(job);
@@ -117,8 +128,7 @@ TEST(JobImport, DatesAreThoseOfTheCalendar) {
 
 TEST(JobImport, NamesKeepTheirQuotes) {
     std::vector<Table> tables = RealisticJob();
-    for (access::Row& row : TableNamed(tables, "tblSoPoints").rows)
-        row.values[2] = std::string("l'\"a\"; --");
+    SetText(tables, "tblSoPoints", "Name", "l'\"a\"; --");
     app::Conversion job;
     ImportJob(tables, job);
     const auto& station = *job.fieldBook.Jobs().at(0)->stations.at(0);

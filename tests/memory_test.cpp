@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
+#include <utility>
 
 namespace convfile::memory {
 namespace {
@@ -15,6 +17,7 @@ TEST(FieldBook, GivesNullOutOfRange) {
     EXPECT_EQ(book.GetJobAt(-1), nullptr);
     EXPECT_EQ(book.GetJobAt(0), nullptr);
     EXPECT_EQ(book.AddSta(0, true), nullptr);
+    EXPECT_EQ(book.GetStaArSize(-1), 0);
     book.AddJob(true);
     EXPECT_EQ(book.GetStaAt(0, -1), nullptr);
     EXPECT_EQ(book.AddPun(0, 0, true), nullptr);
@@ -22,12 +25,10 @@ TEST(FieldBook, GivesNullOutOfRange) {
     EXPECT_EQ(book.GetPunAt(0, 0, 0), nullptr);
     EXPECT_EQ(book.InsPunAt(0, 0, 1, true), nullptr);
     EXPECT_EQ(book.GetPunArSize(5, 5), 0);
-    EXPECT_EQ(book.GetStaArSize(-1), 0);
 }
 
-TEST(FieldBook, FindsAStationJustAdded) {
+TEST(FieldBook, KeepsRecordsInPlace) {
     FieldBook book;
-    FieldBook other;
     book.AddJob(true);
     book.AddJob(true);
     book.AddSta(1, true);
@@ -35,25 +36,17 @@ TEST(FieldBook, FindsAStationJustAdded) {
     int job = -5;
     int sta = -5;
     EXPECT_TRUE(book.GetIndiciDiSta(station, job, sta));
-    EXPECT_EQ(job, 1);
-    EXPECT_EQ(sta, 1);
-    EXPECT_FALSE(other.GetIndiciDiSta(station, job, sta));
+    EXPECT_EQ(std::pair(job, sta), std::pair(1, 1));
+    EXPECT_FALSE(FieldBook().GetIndiciDiSta(station, job, sta));
     EXPECT_FALSE(book.GetIndiciDiSta(nullptr, job, sta));
-}
-
-TEST(FieldBook, InsertsAndDeletesPointsInPlace) {
-    FieldBook book;
-    book.AddJob(true);
-    book.AddSta(0, true);
-    CPun* const first = book.AddPun(0, 0, true);
-    CPun* const third = book.AddPun(0, 0, true);
-    CPun* const second = book.InsPunAt(0, 0, 1, true);
-    EXPECT_EQ(book.GetPunAt(0, 0, 0), first);
-    EXPECT_EQ(book.GetPunAt(0, 0, 1), second);
-    EXPECT_EQ(book.GetPunAt(0, 0, 2), third);
-    book.DelPunAt(second);
-    EXPECT_EQ(book.GetPunArSize(0, 0), 2);
-    EXPECT_EQ(book.GetPunAt(0, 0, 1), third);
+    const std::array<CPun*, 2> outer = {book.AddPun(1, 1, true), book.AddPun(1, 1, true)};
+    CPun* const middle = book.InsPunAt(1, 1, 1, true);
+    EXPECT_EQ(book.GetPunAt(1, 1, 0), outer[0]);
+    EXPECT_EQ(book.GetPunAt(1, 1, 1), middle);
+    EXPECT_EQ(book.GetPunAt(1, 1, 2), outer[1]);
+    book.DelPunAt(middle);
+    EXPECT_EQ(book.GetPunArSize(1, 1), 2);
+    EXPECT_EQ(book.GetPunAt(1, 1, 1), outer[1]);
     book.DelPunAt(nullptr);
 }
 
@@ -62,14 +55,14 @@ TEST(Records, StartWithoutValuesAndKeepTheMarker) {
     book.AddJob(true);
     book.AddSta(0, true);
     CPun* const point = book.AddPun(0, 0, true);
-    EXPECT_EQ(point->GetDiIn(), kNoValue);
-    EXPECT_EQ(point->GetAngO(), kNoValue);
+    const auto values = [&] {
+        return std::array{point->GetDiIn(), point->GetAngV(), point->GetAngO()};
+    };
+    EXPECT_EQ(values(), (std::array{kNoValue, kNoValue, kNoValue}));
     point->SetDtIntAng(12.5, 100, 399);
-    EXPECT_EQ(point->GetDiIn(), 12.5);
-    EXPECT_EQ(point->GetAngV(), 100);
-    EXPECT_EQ(point->GetAngO(), 399);
+    EXPECT_EQ(values(), (std::array{12.5, 100.0, 399.0}));
     point->SetDiIn(kNoValue);
-    EXPECT_EQ(point->GetDiIn(), kNoValue);
+    EXPECT_EQ(values(), (std::array{kNoValue, 100.0, 399.0}));
     point->SetCoordXY(1, 2);
     EXPECT_EQ(book.Jobs()[0]->stations[0]->points[0]->GetExtras().coordinates.z, kNoValue);
 }
@@ -97,6 +90,20 @@ TEST(Calculator, DerivesAnObservationFromCoordinates) {
     point->SetDtIntAng(1, 2, 3);
     observe(kNoValue, 5, 5);
     EXPECT_EQ(point->GetDiIn(), 1) << "left alone where the point has no x";
+}
+
+TEST(LineRecord, AVertexMayFollowOneThatIsRepeated) {
+    CRig line;
+    line.RepeatLastVrt(3);
+    EXPECT_EQ(line.GetVrtArSize(), 0) << "there is none to repeat";
+    line.AddVrt({.name = "A"});
+    line.RepeatLastVrt(2);
+    EXPECT_EQ(line.GetVrtArSize(), 3);
+    EXPECT_EQ(line.AddVrt({.name = "B"}), 3);
+    ASSERT_EQ(line.GetVrtArSize(), 4);
+    EXPECT_EQ(line.GetVrtAt(2)->name, "A");
+    EXPECT_EQ(line.GetVrtAt(3)->name, "B");
+    EXPECT_EQ(line.GetVrtAt(4), nullptr);
 }
 
 TEST(CadastralDocument, KnowsTheProvincesByName) {

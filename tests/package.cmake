@@ -78,6 +78,7 @@ set(memory_user "^16 points, 1 message")
 expect("${memory_user}" ${EMULATOR} ${WORK}/memory/memory_user${exe} ${day})
 expect("^A1 12.500\r?\nB2 7.125\r?\ngsi of [0-9]+ formats"
   ${EMULATOR} ${WORK}/memory/format_user${exe} ${CMAKE_CURRENT_LIST_DIR}/package/own.gsi)
+expect("\nS1,0,0,0,.*\n1,10,0,0," ${EMULATOR} ${WORK}/memory/export_user${exe})
 expect("^day.gsi: 1 job, 4 stations, 16 points"
   ${EMULATOR} ${WORK}/package/bin/convfile${exe} --to summary ${day})
 

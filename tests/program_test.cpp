@@ -110,9 +110,28 @@ TEST_F(ProgramTest, PrintsOneObjectOrAnArray) {
     EXPECT_THAT(two.out, HasSubstr("\"b.gsi\""));
 }
 
+TEST_F(ProgramTest, MakesOneTableOfSeveralFilesAndADrawingOfOne) {
+    const std::string files = Gsi("a.gsi") + " " + Quoted("missing.gsi") + " " + Gsi("b.gsi");
+    const Outcome csv = Run("--to csv " + files);
+    EXPECT_EQ(csv.status, 1);
+    EXPECT_THAT(csv.out, AllOf(StartsWith("file,job,station,"), HasSubstr("\r\na.gsi,a.gsi,,,,1,P"),
+                               HasSubstr("\r\nb.gsi,")));
+    EXPECT_EQ(std::ranges::count(csv.out, '\n'), 3);
+    EXPECT_EQ(std::ranges::count(Run("--to points " + files).out, '\n'), 5);
+    for (const char* view : {"dxf", "svg"}) {
+        const std::string to = std::string("--to ") + view + " ";
+        EXPECT_EQ(Run(to + files).status, 2);
+        EXPECT_EQ(Run(to + Gsi("a.gsi")).status, 0);
+        folder_.Write("empty.gsi", "");
+        const Outcome empty = Run(to + Quoted("empty.gsi"));
+        EXPECT_EQ(empty.status, 0);
+        EXPECT_THAT(empty.out, HasSubstr("Nothing to draw"));
+    }
+}
+
 TEST_F(ProgramTest, GoesOnAfterAFileThatCannotBeConverted) {
     std::filesystem::create_directory(folder_.Path("folder.gsi"));
-    folder_.Write("site.what", kOnePoint);
+    folder_.Write("site.what", "Dear Sir,\nplease find below what we spoke of.\n");
     const Outcome outcome = Run("--to jsonl " + Quoted("missing.gsi") + " " + Quoted("folder.gsi") +
                                 " " + Quoted("site.what") + " " + Gsi("good.gsi"));
     EXPECT_EQ(outcome.status, 1);
@@ -121,16 +140,32 @@ TEST_F(ProgramTest, GoesOnAfterAFileThatCannotBeConverted) {
     EXPECT_EQ(std::ranges::count(outcome.out, '\n'), 4);
     EXPECT_THAT(outcome.err, HasSubstr("missing.gsi: cannot be opened"));
     EXPECT_THAT(outcome.err, HasSubstr("folder.gsi: is a folder"));
-    EXPECT_THAT(outcome.err, HasSubstr("site.what: its extension tells no format"));
-    EXPECT_THAT(outcome.err, HasSubstr("gsi   ")) << "the list of formats";
+    EXPECT_THAT(outcome.err, HasSubstr("site.what: no format fits"));
+    EXPECT_THAT(outcome.out, HasSubstr("\"problem\":\"no format fits\""));
 }
 
-TEST_F(ProgramTest, GoesByTheExtensionWhereNothingIsChosen) {
-    // .dat is a downloaded file first, though format code 8 has that extension, too
+TEST_F(ProgramTest, GoesByExtensionAndContentWhereNothingIsChosen) {
     folder_.Write("day.DAT", "JOB A,\nJOB SITE,\nSTN S1,1.500,\n");
     EXPECT_THAT(Run("--to json " + Quoted("day.DAT")).out, HasSubstr("\"name\": \"SITE\""));
     EXPECT_THAT(Run("--to json --code 8 " + Quoted("day.DAT")).out, Not(HasSubstr("\"SITE\"")));
     EXPECT_EQ(Run("--to json --format gsi " + Quoted("day.DAT")).status, 0);
+    EXPECT_THAT(Run("--to summary " + Quoted("day.DAT")).out,
+                HasSubstr("; read as gt7, by its content"));
+    EXPECT_THAT(Run("--to summary - < " + Gsi("a.gsi")).out,
+                AllOf(StartsWith("-: 1 job"), HasSubstr("; read as gsi, by its content")));
+    EXPECT_THAT(Run("--to summary --format gt7 - < " + Quoted("day.DAT")).out,
+                StartsWith("-: 1 job, 1 station"));
+    EXPECT_THAT(Run("formats").out, HasSubstr("extension DAT: dat gt7."));
+}
+
+TEST_F(ProgramTest, TellsHowTheFileWasRead) {
+    const std::string name = folder_.Write("site.gsi", std::string(kOnePoint) + "what is this?\n");
+    const std::string remark = "unknown: ";
+    EXPECT_THAT(Run("--to summary \"" + name + "\"").out, HasSubstr("\n" + remark));
+    EXPECT_THAT(Run("--to json \"" + name + "\"").out,
+                HasSubstr("  \"format\": \"gsi\",\n  \"account\": {\n    \"lines\": 2,\n    "
+                          "\"read\": 1,\n    \"skipped\": 1,\n"));
+    EXPECT_THAT(Run("--to jsonl \"" + name + "\"").out, HasSubstr("\"name\":\"2\",\"line\":1,"));
 }
 
 TEST_F(ProgramTest, SaysWhatHasNoConverter) {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 
 namespace convfile::test {
 namespace {
@@ -72,26 +73,13 @@ TEST(EveryFormat, CutAtEveryByteKeepsWhatWasComplete) {
 }
 
 std::size_t RecordCount(const memory::FieldBook& book, Adder adder) {
-    std::size_t jobs = 0;
-    std::size_t stations = 0;
-    std::size_t points = 0;
+    std::array<std::size_t, 4> counts = {book.Jobs().size(), 0, 0, book.OrientationPoints().size()};
     for (const auto& job : book.Jobs()) {
-        ++jobs;
-        stations += job->stations.size();
+        counts[1] += job->stations.size();
         for (const auto& station : job->stations)
-            points += station->points.size();
+            counts[2] += station->points.size();
     }
-    switch (adder) {
-    case Adder::Job:
-        return jobs;
-    case Adder::Station:
-        return stations;
-    case Adder::Point:
-        return points;
-    case Adder::OrientationPoint:
-        return book.OrientationPoints().size();
-    }
-    return 0;
+    return counts.at(static_cast<std::size_t>(adder));
 }
 
 /// A field book that declines a kind of record, from each call on: the conversion goes on and gives
@@ -144,6 +132,38 @@ TEST(EveryFormat, WritesNoNegativeZero) {
             EXPECT_EQ(book.find(zero), std::string_view::npos) << golden.file;
     }
 }
+
+#if defined(__linux__)
+
+/// Gives what is left, and fails where the end would be.
+ssize_t ReadAndFail(void* bytes, char* buffer, std::size_t size) {
+    auto& left = *static_cast<std::string_view*>(bytes);
+    const std::size_t taken = left.copy(buffer, size);
+    left.remove_prefix(taken);
+    return taken > 0 ? static_cast<ssize_t>(taken) : -1;
+}
+
+TEST(EveryFormat, TakesAReadErrorForTheEnd) {
+    for (const Golden& golden : GoldenFiles()) {
+        const Format& format = *FormatByName(golden.format);
+        const std::string bytes = ReadBytes(golden.file);
+        for (std::size_t part = 0; part < 5 && format.kind != FormatKind::Database; ++part) {
+            const std::string cut = bytes.substr(0, bytes.size() * part / 5);
+            std::string_view left = cut;
+            std::FILE* const stream =
+                fopencookie(&left, "rb", {ReadAndFail, nullptr, nullptr, nullptr});
+            app::Conversion failed;
+            app::Conversion ended;
+            const app::Route route{.format = golden.format, .trustsFormat = true};
+            app::Convert(route, golden.Path(), failed, ByteSource::Stream(stream));
+            app::Convert(route, golden.Path(), ended, ByteSource::Memory(cut));
+            std::fclose(stream);
+            EXPECT_EQ(JsonOf(failed), JsonOf(ended)) << golden.file;
+        }
+    }
+}
+
+#endif
 
 /// A folder has no bytes to read and is not a file to convert.
 TEST(EveryFormat, RefusesWhatCannotBeOpened) {

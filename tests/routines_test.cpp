@@ -5,6 +5,7 @@
 #include "routines/CodePage.h"
 #include "routines/FileName.h"
 #include "routines/Numbers.h"
+#include "routines/OutputBuffer.h"
 #include "routines/Reduction.h"
 #include "routines/Text.h"
 #include "routines/Trigonometry.h"
@@ -13,11 +14,14 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <charconv>
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -192,6 +196,56 @@ TEST(Numbers, RoundHalvesAwayFromZeroAndLeaveWhatCannotBeRounded) {
     EXPECT_EQ(RoundedByLong(2147483.6486, 1000), 2147483.6486) << "beyond a 32-bit integer";
     EXPECT_EQ(RoundedByLong(kNoValue, 1000), kNoValue);
     EXPECT_EQ(RoundedByLong(-kInfinity, 1000), -kInfinity);
+}
+
+/// What the standard library writes: it looks for the fewest digits in general.
+std::string SearchedShortest(double value) {
+    const double size = std::fabs(value);
+    const bool plain = size == 0 || (size >= 1e-4 && size < 1e16);
+    std::array<char, 64> digits{};
+    return {digits.data(),
+            std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                          plain ? std::chars_format::fixed : std::chars_format::scientific)
+                .ptr};
+}
+
+TEST(Numbers, HaveTheFewestDigitsThatReadBack) {
+    for (const double value : {0.0, -0.0, 1.0, 12.345, -123.45678, 0.0001, 0.00009, 1e-6, 0.1 + 0.2,
+                               100.0 / 3, 999999999.999999, 999999999.9999999, 1e9, 123456789012.25,
+                               1e15, 9007199254740993.0, 1e16, 1.7e200, kInfinity})
+        EXPECT_EQ(ShortestNumber(value), SearchedShortest(value));
+    std::mt19937_64 random(1); // NOLINT: the same numbers each time
+    for (int i = 0; i < 100000; ++i) {
+        const auto digits = static_cast<double>(random() % 1'000'000'000'000);
+        const double decimals = std::pow(10, static_cast<double>(random() % 9));
+        const double value = digits / decimals;
+        ASSERT_EQ(ShortestNumber(value), SearchedShortest(value));
+        ASSERT_EQ(ShortestNumber(std::nextafter(-value, 0)),
+                  SearchedShortest(std::nextafter(-value, 0)));
+    }
+}
+
+TEST(OutputBuffer, HandsOnEverythingInOrder) {
+    std::ostringstream stream;
+    OutputBuffer out(stream);
+    std::string expected;
+    const std::string piece(1000, 'x');
+    const std::string longer(100'000, 'y');
+    for (int i = 0; i < 140; ++i) {
+        out.Write(piece);
+        out.WriteNumber(i + 0.25);
+        out.Put(';');
+        expected += piece + std::to_string(i) + ".25;";
+        if (i % 50 == 0) {
+            out.Write(longer);
+            expected += longer;
+        }
+    }
+    out.Flush();
+    EXPECT_EQ(stream.str(), expected);
+    EXPECT_FALSE(out.Failed());
+    stream.setstate(std::ios::badbit);
+    EXPECT_TRUE(out.Failed());
 }
 
 TEST(Angles, AreLimitedByWholeTurns) {

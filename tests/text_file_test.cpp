@@ -102,7 +102,8 @@ TEST(TextFile, ReadsFromMemoryAndFromAStreamWhereItStands) {
     ASSERT_EQ(std::fseek(stream, 8, SEEK_SET), 0);
     ASSERT_TRUE(file.Open("stream", ByteSource::Stream(stream)));
     EXPECT_TRUE(file.ReadLine(line) && line == "read\n");
-    file.Close();
+    ASSERT_TRUE(file.Open("memory again", ByteSource::Memory("b")));
+    EXPECT_TRUE(file.ReadLine(line) && line == "b");
     EXPECT_EQ(std::fclose(stream), 0) << "it is not the reader's to close";
 }
 

@@ -11,6 +11,7 @@
 #include "database/access/AccessPages.h"
 
 #include "database/Engine.h"
+#include "database/FirstPage.h"
 #include "routines/InputFile.h"
 
 #include <algorithm>
@@ -24,9 +25,6 @@ namespace {
 
 constexpr std::size_t kBlock = 64UL * 1024; // whole pages
 
-constexpr std::size_t kMagicOffset = 4;
-constexpr std::string_view kJetMagic{"Standard Jet DB\0", 16};
-constexpr std::string_view kAceMagic{"Standard ACE DB\0", 16};
 constexpr std::size_t kVersionOffset = 20;
 constexpr unsigned char kNewestVersion = 6;
 
@@ -85,9 +83,7 @@ void AccessPages::Open(const std::string& path) {
 
 void AccessPages::CheckHeader() {
     const std::string_view page = std::string_view(blocks_[0]).substr(0, kPageSize.jet3);
-    const std::string_view magic =
-        page.size() < kPageSize.jet3 ? "" : page.substr(kMagicOffset, kJetMagic.size());
-    if (magic != kJetMagic && magic != kAceMagic)
+    if (page.size() < kPageSize.jet3 || !BeginsAccessFile(page))
         throw EngineError("is no Access file");
     const auto version = static_cast<unsigned char>(page[kVersionOffset]);
     if (version > kNewestVersion)

@@ -1,79 +1,21 @@
 #include "tests/support/AccessWriter.h"
 
+#include "database/access/AccessLayout.h"
 #include "routines/CodePage.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <filesystem>
 
 namespace convfile::test::access {
 
 namespace {
 
-/// In what the versions of the file differ: sizes, and offsets in the definition of a table, in the
-/// entry of a column there, in the entry of an index and in that of its use.
-struct Form {
-    std::size_t page;
-    std::size_t slotCount; ///< of a page with rows; the slots follow
-    std::size_t countSize; ///< of the counts in a row, and of the lengths of names
-    std::size_t scrambled; ///< bytes of the header
-
-    std::size_t rows;
-    std::size_t columnsEver; ///< then those of variable length, columns, indexes, uses and maps
-    std::size_t columnEntries;
-    std::size_t indexCounter; ///< size of what stands before the columns for each index
-
-    std::size_t columnEntry;
-    std::size_t number;
-    std::size_t variable;
-    std::size_t scale;
-    std::size_t flags;
-    std::size_t fixed;
-
-    std::size_t indexEntry;
-    std::size_t indexColumn;
-    std::size_t useEntry;
-    std::size_t useIndex;
-    std::size_t useKind;
-};
-constexpr Form kJet3 = {.page = 2048,
-                        .slotCount = 8,
-                        .countSize = 1,
-                        .scrambled = 126,
-                        .rows = 12,
-                        .columnsEver = 21,
-                        .columnEntries = 43,
-                        .indexCounter = 8,
-                        .columnEntry = 18,
-                        .number = 1,
-                        .variable = 3,
-                        .scale = 9,
-                        .flags = 13,
-                        .fixed = 14,
-                        .indexEntry = 39,
-                        .indexColumn = 0,
-                        .useEntry = 20,
-                        .useIndex = 4,
-                        .useKind = 19};
-constexpr Form kJet4 = {.page = 4096,
-                        .slotCount = 12,
-                        .countSize = 2,
-                        .scrambled = 128,
-                        .rows = 16,
-                        .columnsEver = 41,
-                        .columnEntries = 63,
-                        .indexCounter = 12,
-                        .columnEntry = 25,
-                        .number = 5,
-                        .variable = 7,
-                        .scale = 11,
-                        .flags = 15,
-                        .fixed = 21,
-                        .indexEntry = 52,
-                        .indexColumn = 4,
-                        .useEntry = 28,
-                        .useIndex = 8,
-                        .useKind = 23};
+// Where things stand says the reader's table: a wrong place there changes the reference files.
+using namespace database;
+constexpr ByVersion kPrecision = {9, 11};    ///< of a Numeric column
+constexpr ByVersion kScrambled = {126, 128}; ///< bytes of the header
 
 constexpr std::uint32_t kCatalogPage = 2;
 constexpr std::uint32_t kFreePagesPage = 1; ///< the map of the file's own free pages
@@ -87,6 +29,10 @@ constexpr unsigned kDeleted = 0xC000;
 constexpr unsigned kMovedAway = 0x4000;
 constexpr unsigned kMovedHere = 0x8000;
 
+std::size_t Of(const ByVersion& place, Version version) {
+    return version == Version::Jet3 ? place.jet3 : place.jet4;
+}
+
 void Put(std::string& bytes, std::uint64_t number, std::size_t size) {
     for (std::size_t i = 0; i < size; ++i)
         bytes += static_cast<char>(number >> (8 * i));
@@ -99,20 +45,10 @@ void Set(std::string& bytes, std::size_t offset, std::uint64_t number, std::size
 
 /// UTF-8 as UTF-16, low byte first.
 std::string Utf16(const std::string& utf8) {
+    const std::filesystem::path text(std::u8string(utf8.begin(), utf8.end()));
     std::string units;
-    for (std::size_t i = 0; i < utf8.size();) {
-        const auto lead = static_cast<unsigned char>(utf8[i]);
-        const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
-        char32_t c = length == 1 ? lead : lead & (0xFFU >> (length + 1));
-        for (std::size_t k = 1; k < length; ++k)
-            c = c << 6 | (static_cast<unsigned char>(utf8[i + k]) & 0x3FU);
-        i += length;
-        if (c >= 0x10000) {
-            Put(units, 0xD800 + ((c - 0x10000) >> 10), 2);
-            c = 0xDC00 + ((c - 0x10000) & 0x3FF);
-        }
-        Put(units, c, 2);
-    }
+    for (const char16_t unit : text.u16string())
+        Put(units, unit, 2);
     return units;
 }
 
@@ -129,25 +65,9 @@ std::string Compressed(const std::string& units) {
 }
 
 std::size_t FixedSize(Type type) {
-    switch (type) {
-    case Type::Byte:
-        return 1;
-    case Type::Integer:
-        return 2;
-    case Type::Long:
-    case Type::Single:
-        return 4;
-    case Type::Currency:
-    case Type::Double:
-    case Type::Date:
-        return 8;
-    case Type::Guid:
-        return 16;
-    case Type::Numeric:
-        return 17;
-    default:
-        return 0;
-    }
+    constexpr std::array<std::size_t, 17> kSizes = {0, 0, 1, 2, 4, 8, 4,  8, 8,
+                                                    0, 0, 0, 0, 0, 0, 16, 17};
+    return kSizes.at(static_cast<std::size_t>(type));
 }
 
 bool IsFixed(Type type) {
@@ -157,8 +77,10 @@ bool IsFixed(Type type) {
 /// A page with rows: they lie at its end, the slots that say where at its beginning.
 class DataPage {
 public:
-    DataPage(const Form& form, std::uint32_t owner)
-        : slotCount_(form.slotCount), bytes_(form.page, '\0'), end_(form.page) {
+    DataPage(Version version, std::uint32_t owner)
+        : slotCount_(Of(kSlotCount, version)),
+          bytes_(Of(kPageSize, version), '\0'),
+          end_(bytes_.size()) {
         Set(bytes_, 0, 0x0101, 2);
         Set(bytes_, 4, owner, 4);
     }
@@ -206,11 +128,10 @@ class Writer {
 public:
     Writer(Version version, const Style& style)
         : version_(version),
-          form_(version == Version::Jet3 ? kJet3 : kJet4),
           style_(style),
           pages_(kMapPage + 1),
-          maps_(form_, 0),
-          longValues_(form_, kLongValues) {}
+          maps_(version_, 0),
+          longValues_(version_, kLongValues) {}
 
     std::string Write(const std::vector<Table>& tables) {
         Table catalog{.name = "MSysObjects",
@@ -239,7 +160,7 @@ public:
         }
         WriteTable(catalog, kCatalogPage);
         pages_[0] = Header();
-        DataPage freePages(form_, 0);
+        DataPage freePages(version_, 0);
         freePages.Add(Map({}));
         pages_[kFreePagesPage] = freePages.Bytes();
         pages_[kMapPage] = maps_.Bytes();
@@ -250,6 +171,8 @@ public:
     }
 
 private:
+    std::size_t Of(const ByVersion& place) const { return access::Of(place, version_); }
+
     std::uint32_t NewPage() {
         pages_.emplace_back();
         return static_cast<std::uint32_t>(pages_.size() - 1);
@@ -259,7 +182,7 @@ private:
     /// zeros but for the code page and the date of creation, which from Jet 4 on masks the
     /// password; there is none.
     std::string Header() const {
-        std::string page(form_.page, '\0');
+        std::string page(Of(kPageSize), '\0');
         const std::string_view magic =
             version_ <= Version::Jet4 ? "Standard Jet DB" : "Standard ACE DB";
         Set(page, 0, 0x00000100, 4);
@@ -279,7 +202,7 @@ private:
             std::swap(box[i], box[j]);
         }
         j = 0;
-        for (std::size_t n = 0; n < form_.scrambled; ++n) {
+        for (std::size_t n = 0; n < Of(kScrambled); ++n) {
             const std::size_t i = (n + 1) & 0xFF;
             j = (j + box[i]) & 0xFF;
             std::swap(box[i], box[j]);
@@ -290,13 +213,13 @@ private:
 
     void WriteTable(const Table& table, std::uint32_t page) {
         std::vector<std::uint32_t> dataPages;
-        DataPage current(form_, page);
+        DataPage current(version_, page);
         std::uint32_t number = NewPage();
         const auto add = [&](const std::string& bytes, unsigned flags) {
             if (!current.HasRoomFor(bytes.size())) {
                 dataPages.push_back(number);
                 pages_[number] = current.Bytes();
-                current = DataPage(form_, page);
+                current = DataPage(version_, page);
                 number = NewPage();
             }
             return current.Add(bytes, flags) | number << 8;
@@ -328,7 +251,7 @@ private:
             char& byte = bits.at(header + bit / 8);
             byte = static_cast<char>(byte | 1 << bit % 8);
         };
-        const std::size_t pagesOfEach = (form_.page - 4) * 8;
+        const std::size_t pagesOfEach = (Of(kPageSize) - 4) * 8;
         map[0] = style_.mapsOfPages ? 1 : 0;
         std::uint32_t first = pages.empty() ? 0 : pages.front() / 8 * 8;
         if (!style_.mapsOfPages)
@@ -341,7 +264,7 @@ private:
             const std::size_t entry = 1 + 4 * (page / pagesOfEach);
             if (map.at(entry) == 0 && map.at(entry + 1) == 0) {
                 Set(map, entry, NewPage(), 4);
-                pages_.back() = std::string(form_.page, '\0');
+                pages_.back() = std::string(Of(kPageSize), '\0');
                 Set(pages_.back(), 0, 0x0105, 2);
             }
             const unsigned low = static_cast<unsigned char>(map[entry]);
@@ -354,11 +277,11 @@ private:
     /// A definition takes as many pages as it needs, each of which names the next.
     void WriteDefinition(std::uint32_t page, const std::string& definition) {
         constexpr std::size_t kHeader = 8;
-        const std::size_t room = form_.page - kHeader;
+        const std::size_t room = Of(kPageSize) - kHeader;
         for (std::size_t at = kHeader; at < definition.size(); at += room) {
             std::string bytes = definition.substr(0, kHeader) + definition.substr(at, room);
-            Set(bytes, 2, form_.page - bytes.size(), 2);
-            bytes.resize(form_.page, '\0');
+            Set(bytes, 2, Of(kPageSize) - bytes.size(), 2);
+            bytes.resize(Of(kPageSize), '\0');
             const std::uint32_t next = at + room < definition.size() ? NewPage() : 0;
             Set(bytes, 4, next, 4);
             pages_[page] = bytes;
@@ -372,18 +295,17 @@ private:
         const Layout layout = LayoutOf(table, columns);
         const std::size_t indexes = table.otherIndexes.size() + (table.primaryKey < 0 ? 0 : 1);
         const auto dropped = std::ranges::count(table.columns, true, &Column::dropped);
-        std::string d(form_.columnEntries + form_.indexCounter * indexes, '\0');
+        std::string d(Of(kCounters) + Of(kCounterSize) * indexes, '\0');
         Set(d, 0, 0x0102, 2);
-        Set(d, form_.rows, rows, 4);
-        std::size_t at = form_.columnsEver;
-        Set(d, at - 1, 'N', 1);
-        Set(d, at, columns, 2);
-        Set(d, at += 2, layout.variableCount, 2);
-        Set(d, at += 2, columns - static_cast<std::size_t>(dropped), 2);
-        Set(d, at += 2, indexes, 4);
-        Set(d, at += 4, indexes, 4);
-        Set(d, at += 4, usedMap | kMapPage << 8, 4);
-        Set(d, at += 4, freeMap | kMapPage << 8, 4);
+        Set(d, Of(kRowCount), rows, 4);
+        Set(d, Of(kColumnCount) - 5, 'N', 1);
+        Set(d, Of(kColumnCount) - 4, columns, 2); // that there ever were
+        Set(d, Of(kColumnCount) - 2, layout.variableCount, 2);
+        Set(d, Of(kColumnCount), columns - static_cast<std::size_t>(dropped), 2);
+        Set(d, Of(kUseCount), indexes, 4);
+        Set(d, Of(kIndexCount), indexes, 4);
+        Set(d, Of(kPageMap), usedMap | kMapPage << 8, 4);
+        Set(d, Of(kPageMap) + 4, freeMap | kMapPage << 8, 4);
         std::string names;
         for (std::size_t i = 0; i < columns; ++i) {
             if (table.columns[i].dropped)
@@ -398,28 +320,28 @@ private:
 
     std::string ColumnBytes(const Column& column, std::size_t number, std::size_t place) const {
         const bool fixed = IsFixed(column.type);
-        std::string c(form_.columnEntry, '\0');
+        std::string c(Of(kColumnSize), '\0');
         Set(c, 0, static_cast<unsigned char>(column.type), 1);
-        Set(c, form_.number, number, 2);
-        Set(c, form_.variable, fixed ? 0 : place, 2);
-        Set(c, form_.variable + 2,
+        Set(c, Of(kNumber), number, 2);
+        Set(c, Of(kVariableIndex), fixed ? 0 : place, 2);
+        Set(c, Of(kDisplayOrder),
             column.displayOrder < 0 ? number : static_cast<std::size_t>(column.displayOrder), 2);
         if (column.type == Type::Numeric) {
-            Set(c, form_.scale, 18, 1);
-            Set(c, form_.scale + 1, kNumericScale, 1);
+            Set(c, Of(kPrecision), 18, 1);
+            Set(c, Of(kPrecision) + 1, kNumericScale, 1);
         }
-        Set(c, form_.flags, fixed ? 3 : 2, 1);
+        Set(c, Of(kFlags), fixed ? 3 : 2, 1);
         if (version_ != Version::Jet3)
-            Set(c, form_.flags + 1, style_.compressedText ? 1 : 0, 1);
-        Set(c, form_.fixed, fixed ? place : 0, 2);
-        Set(c, form_.fixed + 2, fixed ? FixedSize(column.type) : 255, 2);
+            Set(c, Of(kFlags) + 1, style_.compressedText ? 1 : 0, 1);
+        Set(c, Of(kFixedOffset), fixed ? place : 0, 2);
+        Set(c, Of(kLength), fixed ? FixedSize(column.type) : 255, 2);
         return c;
     }
 
     std::string NameBytes(const std::string& utf8) const {
         const std::string name = EncodedText(utf8);
         std::string bytes;
-        Put(bytes, name.size(), form_.countSize);
+        Put(bytes, name.size(), Of(kWidth));
         return bytes + name;
     }
 
@@ -436,18 +358,18 @@ private:
         std::string uses;
         std::string names;
         for (std::size_t i = 0; i < indexes.size(); ++i) {
-            std::string index(form_.indexEntry, '\0');
+            std::string index(Of(kIndexSize), '\0');
             for (std::size_t key = 0; key < 10; ++key) {
                 const bool used = key < indexes[i].size();
-                const std::size_t at = form_.indexColumn + 3 * key;
+                const std::size_t at = Of(kIndexColumns) + 3 * key;
                 Set(index, at, used ? static_cast<unsigned>(indexes[i][key]) : 0xFFFFU, 2);
                 Set(index, at + 2, used ? 1 : 0, 1);
             }
             columns += index;
             const bool primary = i == table.otherIndexes.size();
-            std::string use(form_.useEntry, '\0');
-            Set(use, form_.useIndex, i, 4);
-            Set(use, form_.useKind, primary ? 1 : 0, 1);
+            std::string use(Of(kUseSize), '\0');
+            Set(use, Of(kUseIndex), i, 4);
+            Set(use, Of(kUseKind), primary ? 1 : 0, 1);
             uses.insert(0, use);
             names.insert(0, NameBytes(primary ? "PrimaryKey" : "Index" + std::to_string(i)));
         }
@@ -479,7 +401,7 @@ private:
                 variable[layout.places[i]] = bytes;
         }
         std::string bytes;
-        Put(bytes, columns, form_.countSize);
+        Put(bytes, columns, Of(kWidth));
         bytes += fixed;
         if (variable.empty())
             return bytes + map;
@@ -490,10 +412,10 @@ private:
         }
         offsets.push_back(bytes.size());
         for (std::size_t i = offsets.size(); i-- > 0;)
-            Put(bytes, offsets[i], form_.countSize);
+            Put(bytes, offsets[i], Of(kWidth));
         if (version_ == Version::Jet3)
             bytes += Jumps(offsets, bytes.size() + 1 + map.size());
-        Put(bytes, layout.variableCount, form_.countSize);
+        Put(bytes, layout.variableCount, Of(kWidth));
         return bytes + map;
     }
 
@@ -515,37 +437,31 @@ private:
 
     std::string ValueBytes(Type type, const Value& value) {
         std::string bytes;
-        switch (type) {
-        case Type::Single:
-            Put(bytes, std::bit_cast<std::uint32_t>(static_cast<float>(std::get<double>(value))),
-                4);
-            return bytes;
-        case Type::Double:
-        case Type::Date:
-            Put(bytes, std::bit_cast<std::uint64_t>(std::get<double>(value)), 8);
-            return bytes;
-        case Type::Text:
-            return TextBytes(std::get<std::string>(value));
-        case Type::Memo:
-            return LongBytes(TextBytes(std::get<std::string>(value)));
-        case Type::Ole:
-            return LongBytes(std::get<std::string>(value));
-        case Type::Binary:
-        case Type::Guid:
-            return std::get<std::string>(value);
-        case Type::Numeric: {
-            const auto number = std::get<std::int64_t>(value);
-            bytes += static_cast<char>(number < 0 ? 0x80 : 0);
-            const auto size = static_cast<std::uint64_t>(number < 0 ? -number : number);
-            bytes += std::string(8, '\0');
-            Put(bytes, size >> 32, 4);
-            Put(bytes, size, 4);
+        if (const auto* const text = std::get_if<std::string>(&value)) {
+            if (type == Type::Text)
+                return TextBytes(*text);
+            if (type == Type::Memo)
+                return LongBytes(TextBytes(*text));
+            return type == Type::Ole ? LongBytes(*text) : *text;
+        }
+        if (const auto* const real = std::get_if<double>(&value)) {
+            if (type == Type::Single)
+                Put(bytes, std::bit_cast<std::uint32_t>(static_cast<float>(*real)), 4);
+            else
+                Put(bytes, std::bit_cast<std::uint64_t>(*real), 8);
             return bytes;
         }
-        default:
-            Put(bytes, static_cast<std::uint64_t>(std::get<std::int64_t>(value)), FixedSize(type));
+        const auto number = std::get<std::int64_t>(value);
+        if (type != Type::Numeric) {
+            Put(bytes, static_cast<std::uint64_t>(number), FixedSize(type));
             return bytes;
         }
+        const auto size = static_cast<std::uint64_t>(number < 0 ? -number : number);
+        bytes.assign(9, '\0');
+        bytes[0] = static_cast<char>(number < 0 ? 0x80 : 0);
+        Put(bytes, size >> 32, 4);
+        Put(bytes, size, 4);
+        return bytes;
     }
 
     std::string EncodedText(const std::string& utf8) const {
@@ -559,7 +475,7 @@ private:
     /// A short value stands in its row; a longer one on pages with such values, in pieces that each
     /// say where the next one is (or, where it fits one row, in one piece).
     std::string LongBytes(const std::string& content) {
-        const std::size_t longest = form_.page / 3;
+        const std::size_t longest = Of(kPageSize) / 3;
         std::string field;
         if (content.size() <= style_.longestInline) {
             Put(field, content.size() | 0x80000000U, 4);
@@ -582,7 +498,7 @@ private:
 
     std::uint32_t AddLongValue(const std::string& piece) {
         if (longValuesPage_ == 0 || !longValues_.HasRoomFor(piece.size())) {
-            longValues_ = DataPage(form_, kLongValues);
+            longValues_ = DataPage(version_, kLongValues);
             longValuesPage_ = NewPage();
         }
         const unsigned slot = longValues_.Add(piece);
@@ -591,7 +507,6 @@ private:
     }
 
     Version version_;
-    const Form& form_;
     Style style_;
     std::vector<std::string> pages_;
     DataPage maps_;

@@ -24,8 +24,7 @@ std::string Narrow(const VARIANT& value) {
     return missing ? "missing" : "type " + std::to_string(value.vt);
 }
 
-/// How the object's table of functions is laid out: the places that are used; any other one only
-/// says which it is.
+/// The object's table of functions.
 constexpr std::size_t kPlaces = 64;
 using Functions = std::array<void*, kPlaces>;
 
@@ -67,9 +66,8 @@ struct AdoStandIn::Object {
         }
         return left;
     }
-    template <std::size_t Place>
     static HRESULT STDMETHODCALLTYPE Unexpected(Object* self) {
-        self->Called(" place " + std::to_string(Place));
+        self->Called(" in a place that nobody uses");
         return E_NOTIMPL;
     }
 
@@ -128,28 +126,21 @@ struct AdoStandIn::Object {
         return S_OK;
     }
 
-    template <std::size_t... Places>
-    static Functions Table(std::index_sequence<Places...>) {
-        Functions functions = {reinterpret_cast<void*>(&Unexpected<Places>)...};
+    template <class... Own>
+    static Functions Table(const std::array<std::size_t, sizeof...(Own)>& places, Own*... own) {
+        Functions functions;
+        functions.fill(reinterpret_cast<void*>(&Unexpected));
         functions[0] = reinterpret_cast<void*>(&QueryInterface);
         functions[1] = reinterpret_cast<void*>(&AddRef);
         functions[2] = reinterpret_cast<void*>(&Release);
+        const std::size_t* place = places.data();
+        ((functions.at(*place++) = reinterpret_cast<void*>(own)), ...);
         return functions;
     }
-    static Functions ConnectionTable() {
-        Functions functions = Table(std::make_index_sequence<kPlaces>());
-        functions[15] = reinterpret_cast<void*>(&Close);
-        functions[20] = reinterpret_cast<void*>(&OpenConnection);
-        return functions;
-    }
+    static Functions ConnectionTable() { return Table({15, 20}, &Close, &OpenConnection); }
     static Functions RecordsetTable() {
-        Functions functions = Table(std::make_index_sequence<kPlaces>());
-        functions[10] = reinterpret_cast<void*>(&SetActiveConnection);
-        functions[28] = reinterpret_cast<void*>(&SetSource);
-        functions[32] = reinterpret_cast<void*>(&Close);
-        functions[34] = reinterpret_cast<void*>(&GetRows);
-        functions[40] = reinterpret_cast<void*>(&OpenRecordset);
-        return functions;
+        return Table({10, 28, 32, 34, 40}, &SetActiveConnection, &SetSource, &Close, &GetRows,
+                     &OpenRecordset);
     }
 };
 

@@ -7,21 +7,27 @@
 
 namespace convfile::test {
 
-void ConvertAs(const std::string& format, const std::string& path, app::Conversion& result) {
-    app::FormatChoice choice;
-    choice.name = format;
-    app::Convert(app::ChooseRoute(choice, path), path, result);
+namespace {
+
+app::Route RouteTo(const std::string& format, Rules rules) {
+    return {.format = format, .complete = rules == Rules::Complete, .trustsFormat = true};
+}
+
+} // namespace
+
+void ConvertAs(const std::string& format, const std::string& path, app::Conversion& result,
+               Rules rules) {
+    app::Convert(RouteTo(format, rules), path, result);
 }
 
 void ConvertBytesAs(const std::string& format, const std::string& name, std::string_view bytes,
-                    app::Conversion& result) {
-    const Format& known = *FormatByName(format);
-    if (known.kind != FormatKind::Database) {
-        ConvertFrom(ByteSource::Memory(bytes), known, name, result);
+                    app::Conversion& result, Rules rules) {
+    if (FormatByName(format)->kind != FormatKind::Database) {
+        app::Convert(RouteTo(format, rules), name, result, ByteSource::Memory(bytes));
         return;
     }
     const TempFolder folder;
-    ConvertAs(format, folder.Write(name, bytes), result);
+    ConvertAs(format, folder.Write(name, bytes), result, rules);
 }
 
 std::string JsonOf(const app::Conversion& conversion) {
@@ -34,9 +40,9 @@ std::string JsonOf(const app::Conversion& conversion) {
     return text.str();
 }
 
-std::string ConvertToJson(const std::string& format, const std::string& path) {
+std::string ConvertToJson(const std::string& format, const std::string& path, Rules rules) {
     app::Conversion conversion;
-    ConvertAs(format, path, conversion);
+    ConvertAs(format, path, conversion, rules);
     return JsonOf(conversion);
 }
 

@@ -62,7 +62,11 @@ std::vector<Golden> GoldenFiles() {
                 continue;
             fs::path json = entry.path();
             json.replace_extension(".json");
-            files.push_back({format, entry.path(), json});
+            fs::path complete = entry.path();
+            complete.replace_extension(".complete.json");
+            if (!fs::exists(complete))
+                complete.clear();
+            files.push_back({format, entry.path(), json, complete});
         }
     }
     std::ranges::sort(files, {}, [](const Golden& golden) { return golden.file; });

@@ -34,6 +34,8 @@ struct Golden {
     std::string format; ///< short name of the format, which its folder is named after
     std::filesystem::path file;
     std::filesystem::path json;
+    /// The book that it must give by the complete rules; empty: none is kept.
+    std::filesystem::path completeJson = {};
 
     std::string Path() const { return file.generic_string(); }
 };

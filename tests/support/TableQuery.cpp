@@ -1,7 +1,7 @@
 #include "tests/support/TableQuery.h"
 
 #include <algorithm>
-#include <charconv>
+#include <utility>
 
 namespace convfile::test {
 
@@ -21,61 +21,53 @@ std::vector<std::string> Split(const std::string& text, const std::string& separ
     return pieces;
 }
 
-/// What a table shows: its columns in their displayed order and named after it, its rows by their
-/// key.
-Table Shown(const Table& table) {
-    Table shown{.name = table.name, .columns = table.columns, .rows = {}, .primaryKey = -1};
-    const auto place = [&](std::size_t i) {
-        const int order = table.columns[i].displayOrder;
-        return order < 0 ? i : static_cast<std::size_t>(order);
-    };
-    for (std::size_t i = 0; i < table.columns.size(); ++i) {
-        shown.columns[place(i)] = table.columns[i];
-        shown.columns[place(i)].name = table.name + "." + table.columns[i].name;
-    }
-    std::vector<Row> rows = table.rows;
-    std::erase_if(rows, [](const Row& row) { return row.deleted; });
+/// What a statement's tables give: their columns, with the table's name before their own.
+struct Joined {
+    std::vector<std::string> names;
+    TableAnswer all;
+};
+
+/// Every row of what there is with every row of a table, which come by their key; its columns in
+/// their displayed order.
+void Join(Joined& joined, Table table) {
+    std::erase_if(table.rows, [](const Row& row) { return row.deleted; });
     if (table.primaryKey >= 0) {
         const auto key = static_cast<std::size_t>(table.primaryKey);
-        std::ranges::stable_sort(rows, {}, [&](const Row& row) { return row.values[key]; });
+        std::ranges::stable_sort(table.rows, {}, [&](const Row& row) { return row.values[key]; });
     }
-    for (Row& row : rows) {
-        shown.rows.push_back(row);
-        for (std::size_t i = 0; i < row.values.size(); ++i)
-            shown.rows.back().values[place(i)] = row.values[i];
+    std::vector<std::size_t> order(table.columns.size());
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        const int place = table.columns[i].displayOrder;
+        order[place < 0 ? i : static_cast<std::size_t>(place)] = i;
     }
-    return shown;
-}
-
-/// Every row of the one with every row of the other.
-Table Joined(const Table& first, const Table& second) {
-    Table both{.name = {}, .columns = first.columns, .rows = {}, .primaryKey = -1};
-    both.columns.insert(both.columns.end(), second.columns.begin(), second.columns.end());
-    for (const Row& left : first.rows) {
-        for (const Row& right : second.rows) {
-            both.rows.push_back(left);
-            both.rows.back().values.insert(both.rows.back().values.end(), right.values.begin(),
-                                           right.values.end());
+    for (const std::size_t column : order) {
+        joined.names.push_back(table.name + "." + table.columns[column].name);
+        joined.all.types.push_back(table.columns[column].type);
+    }
+    for (const auto& left : std::exchange(joined.all.rows, {})) {
+        for (const Row& right : table.rows) {
+            auto& row = joined.all.rows.emplace_back(left);
+            for (const std::size_t column : order)
+                row.push_back(right.values[column]);
         }
     }
-    return both;
 }
 
 /// The place of a column, by its name or that behind its table's; -1 where there is none.
-std::ptrdiff_t Find(const Table& table, const std::string& name) {
-    const auto found = std::ranges::find_if(table.columns, [&](const access::Column& column) {
-        return column.name == name || column.name.ends_with("." + name);
+std::ptrdiff_t Find(const Joined& joined, const std::string& name) {
+    const auto found = std::ranges::find_if(joined.names, [&](const std::string& column) {
+        return column == name || column.ends_with("." + name);
     });
-    return found == table.columns.end() ? -1 : found - table.columns.begin();
+    return found == joined.names.end() ? -1 : found - joined.names.begin();
 }
 
 /// True where a row has the value of the right side, a column or a number, in the left one.
-bool Holds(const Table& table, const Row& row, const std::vector<std::string>& sides) {
-    const Value& left = row.values.at(static_cast<std::size_t>(Find(table, sides.at(0))));
-    if (const std::ptrdiff_t right = Find(table, sides.at(1)); right >= 0)
-        return left == row.values[static_cast<std::size_t>(right)] && left != Value();
-    double number = 0;
-    std::from_chars(sides[1].data(), sides[1].data() + sides[1].size(), number);
+bool Holds(const Joined& joined, const std::vector<Value>& row, const std::string& equality) {
+    const std::vector<std::string> sides = Split(equality, "=");
+    const Value& left = row.at(static_cast<std::size_t>(Find(joined, sides.at(0))));
+    if (const std::ptrdiff_t right = Find(joined, sides.at(1)); right >= 0)
+        return left == row[static_cast<std::size_t>(right)] && left != Value();
+    const double number = std::stod(sides[1]);
     const auto* const whole = std::get_if<std::int64_t>(&left);
     const auto* const real = std::get_if<double>(&left);
     return (whole && static_cast<double>(*whole) == number) || (real && *real == number);
@@ -88,31 +80,23 @@ bool RunSelect(const std::vector<Table>& tables, const std::string& sql, TableAn
     const std::vector<std::string> lists = Split(clauses[0].substr(7), " FROM ");
     if (sql.ends_with('=')) // a key that is missing
         return false;
-    Table from{.name = {}, .columns = {}, .rows = {Row()}, .primaryKey = -1};
+    Joined from{.names = {}, .all = {.types = {}, .rows = {{}}}};
     for (const std::string& name : Split(lists.at(1), ", "))
-        from = Joined(from, Shown(*std::ranges::find(tables, name, &Table::name)));
-
-    std::erase_if(from.rows, [&](const Row& row) {
+        Join(from, *std::ranges::find(tables, name, &Table::name));
+    std::erase_if(from.all.rows, [&](const std::vector<Value>& row) {
         return clauses.size() > 1 &&
                std::ranges::none_of(Split(clauses[1], " OR "), [&](auto& any) {
                    return std::ranges::all_of(Split(any, " AND "), [&](auto& equality) {
-                       return Holds(from, row, Split(equality, "="));
+                       return Holds(from, row, equality);
                    });
                });
     });
-    answer.rows.resize(from.rows.size());
-    for (std::size_t column = 0; column < from.columns.size(); ++column) {
-        std::ptrdiff_t chosen = static_cast<std::ptrdiff_t>(column);
-        if (lists[0] != "*") {
-            const std::vector<std::string> names = Split(lists[0], ", ");
-            if (column == names.size())
-                break;
-            chosen = Find(from, names[column]);
-        }
-        const auto place = static_cast<std::size_t>(chosen);
-        answer.types.push_back(from.columns.at(place).type);
+    answer.rows.resize(from.all.rows.size());
+    for (const std::string& name : lists[0] == "*" ? from.names : Split(lists[0], ", ")) {
+        const auto place = static_cast<std::size_t>(Find(from, name));
+        answer.types.push_back(from.all.types.at(place));
         for (std::size_t row = 0; row < answer.rows.size(); ++row)
-            answer.rows[row].push_back(from.rows[row].values[place]);
+            answer.rows[row].push_back(from.all.rows[row][place]);
     }
     return true;
 }

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "entry/CountingBook.h"
+#include "framework/Account.h"
+
+/// How well a format fits a file, told from how it was read.
+namespace convfile {
+
+/// From 0, not at all, to a little above 1, in every line. The same rule for all formats.
+double ScoreOf(const FileAccount& account, const counting::Counts& counts);
+
+/// A file is one of a format's from here on: half of what it holds makes sense. Files of ours that
+/// are full of what is not read stay above it, prose and other makers' files below.
+inline constexpr double kFits = 0.5;
+
+/// So much more, and another format fits far better than the one that was named: a file that its
+/// own format reads badly is still its own, where no other reads nearly all of it.
+inline constexpr double kFarBetter = 0.3;
+
+} // namespace convfile

@@ -21,7 +21,6 @@
 
 namespace {
 
-constexpr std::size_t kCodeLength = 4;
 constexpr std::size_t kNameLength = 4;
 constexpr std::size_t kNumberLength = 10;
 /// The station's name and its three coordinates.
@@ -42,12 +41,10 @@ constexpr Cause kJobWithoutTime = {
     "a job name (10NM) without a time stamp (13TS) behind it adds no job: its name is not read"};
 constexpr Cause kTimeWithoutJob = {
     RemarkKind::NotRead, "a time stamp (13TS) without a job name (10NM) before it is not read"};
-constexpr Cause kInstrument = {RemarkKind::NotRead,
-                               "the instrument's name and number (01) are not read"};
 constexpr Cause kStationPlace = {RemarkKind::NotRead,
                                  "the coordinates of stations (02) are not read"};
 
-/// Records that are known by the type they begin with, and not read.
+/// Records of types that are read, from elsewhere, and of types that are not.
 struct OtherRecord {
     std::string_view type;
     Cause cause;
@@ -56,26 +53,12 @@ constexpr OtherRecord kOtherRecords[] = {
     {"02",
      {RemarkKind::NotRead, "stations other than 02TP, 02IC, 02RS, 02KI and 02CO are not read"}},
     {"03", {RemarkKind::NotRead, "target heights other than 03NM and 03IC are not read"}},
-    {"05", {RemarkKind::NotRead, "atmosphere records (05) are not read"}},
-    {"06", {RemarkKind::NotRead, "scale factors (06) are not read"}},
     {"07", {RemarkKind::NotRead, "backsights (07: azimuth and angle) are not read"}},
     {"08", {RemarkKind::NotRead, "coordinates of points (08) are not read"}},
     {"09",
      {RemarkKind::NotRead,
       "observations other than 09F1 and 09F2 are not read: their points are not in the book"}},
-    {"11", {RemarkKind::NotRead, "reduced observations (11) are not read"}},
-    {"12", {RemarkKind::NotRead, "sets (12) are not read"}},
-    {"13", {RemarkKind::NotRead, "notes (13) other than time stamps are not read"}},
 };
-constexpr Cause kOtherTypes = {RemarkKind::NotRead,
-                               "records of other types (04, 10, 14 to 19) are not read"};
-
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-bool IsLetter(char c) {
-    return c >= 'A' && c <= 'Z';
-}
 
 } // namespace
 
@@ -126,10 +109,10 @@ bool CConvFileSDR2::LeggeUnaRigaSDR2() {
 
 void CConvFileSDR2::ConvertiRiga() {
     const std::string_view line = text_;
-    const std::string_view code = TrimBoth(line.substr(0, kCodeLength));
+    const std::string_view code = TrimBoth(line.substr(0, kSdrCodeLength));
     const auto* const record = std::ranges::find(kRecords, code, &Record::code);
     if (record != std::end(kRecords))
-        (this->*record->handle)(Piece(line, kCodeLength));
+        (this->*record->handle)(Piece(line, kSdrCodeLength));
     else if (code.starts_with("01"))
         Instrument();
     else if (IsHeard())
@@ -138,19 +121,12 @@ void CConvFileSDR2::ConvertiRiga() {
 
 /// A record that is not read, or a line that is none.
 void CConvFileSDR2::NoteOther(std::string_view code) {
-    if (IsSdrFrame(text_))
-        return;
+    const Cause* const unread = UnreadSdrRecord(code);
     const auto* const other =
         std::ranges::find(kOtherRecords, code.substr(0, 2), &OtherRecord::type);
-    const bool isRecord =
-        code.size() == kCodeLength && IsLetter(code[2]) && (IsLetter(code[3]) || IsDigit(code[3]));
-    if (!isRecord)
-        Skip();
-    else if (other != std::end(kOtherRecords))
-        Note(other->cause);
-    else if (code.starts_with("04") || (code[0] == '1' && IsDigit(code[1])))
-        Note(kOtherTypes);
-    else
+    if (unread)
+        Note(other != std::end(kOtherRecords) ? other->cause : *unread);
+    else if (!IsSdrFrame(text_))
         Skip();
 }
 
@@ -184,7 +160,7 @@ void CConvFileSDR2::Instrument() {
         units_ = units;
     if (keeper_)
         units.TellInstrument(*keeper_, Rules().appliesUnits);
-    Note(kInstrument);
+    Note(kSdrInstrument);
 }
 
 /// A time stamp without a job name before it adds no job.

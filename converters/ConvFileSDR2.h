@@ -1,6 +1,6 @@
 #pragma once
 
-#include "converters/SdrUnits.h"
+#include "converters/SdrRecords.h"
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
 #include "host/NoValue.h"

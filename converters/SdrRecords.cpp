@@ -1,4 +1,4 @@
-#include "converters/SdrUnits.h"
+#include "converters/SdrRecords.h"
 
 #include "framework/AccountKeeper.h"
 #include "host/NoValue.h"
@@ -43,8 +43,26 @@ constexpr Cause kUnknownUnitCode = {
     RemarkKind::Unit,
     "a unit code that is not known (00NM): gon, metres, north east and clockwise are taken"};
 
+/// Records of types that no reading takes.
+struct UnreadRecord {
+    std::string_view type;
+    Cause cause;
+};
+constexpr UnreadRecord kUnreadRecords[] = {
+    {"05", {RemarkKind::NotRead, "atmosphere records (05) are not read"}},
+    {"06", {RemarkKind::NotRead, "scale factors (06) are not read"}},
+    {"11", {RemarkKind::NotRead, "reduced observations (11) are not read"}},
+    {"12", {RemarkKind::NotRead, "sets (12) are not read"}},
+    {"13", {RemarkKind::NotRead, "notes (13) other than time stamps are not read"}},
+};
+constexpr Cause kOtherTypes = {RemarkKind::NotRead,
+                               "records of other types (04, 10, 14 to 19) are not read"};
+
 bool IsDigit(char c) {
     return c >= '0' && c <= '9';
+}
+bool IsLetter(char c) {
+    return c >= 'A' && c <= 'Z';
 }
 
 bool IsOneOf(char code, std::string_view known) {
@@ -56,6 +74,19 @@ bool IsOneOf(char code, std::string_view known) {
 bool IsSdrFrame(std::string_view line) {
     return line == "\x02" ||
            (line.starts_with('\x03') && std::ranges::all_of(TrimRight(line.substr(1)), IsDigit));
+}
+
+const Cause* UnreadSdrRecord(std::string_view code) {
+    const bool isRecord = code.size() == kSdrCodeLength && IsDigit(code[1]) &&
+                          (code[0] == '0' || code[0] == '1') && IsLetter(code[2]) &&
+                          (IsLetter(code[3]) || IsDigit(code[3]));
+    if (!isRecord)
+        return nullptr;
+    const auto* const known =
+        std::ranges::find(kUnreadRecords, code.substr(0, 2), &UnreadRecord::type);
+    if (known != std::end(kUnreadRecords))
+        return &known->cause;
+    return &kOtherTypes;
 }
 
 void SdrUnits::ReadHeader(std::string_view record) {

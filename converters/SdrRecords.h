@@ -1,14 +1,28 @@
 #pragma once
 
+#include "framework/Cause.h"
 #include "routines/Reading.h"
 
+#include <cstddef>
 #include <string_view>
 
+// What SDR2 and SDR33 files share: lines that begin with a code of four characters, a record's type
+// (two digits) and where it comes from.
+
 class AccountKeeper;
+
+inline constexpr std::size_t kSdrCodeLength = 4;
 
 /// True for what a download has around its records: a line of STX (02 hex), and one of ETX (03 hex)
 /// with a checksum.
 bool IsSdrFrame(std::string_view line);
+
+/// Of a line that is not read, by its code: the cause to remark on where it is a record of a known
+/// type; null where it is none.
+const Cause* UnreadSdrRecord(std::string_view code);
+
+inline constexpr Cause kSdrInstrument = {RemarkKind::NotRead,
+                                         "the instrument's name and number (01) are not read"};
 
 /// What the header and the instrument record of an SDR file say of its values. Without them: gon,
 /// metres, coordinates north east, angles clockwise and from the zenith.

@@ -23,6 +23,7 @@
 #include "converters/ConvFilePhenix.h"
 #include "converters/ConvFileRAW.h"
 #include "converters/ConvFileSDR2.h"
+#include "converters/ConvFileSDR33.h"
 #include "database/ConvFileTLSV.h"
 #include "routines/Text.h"
 
@@ -93,6 +94,7 @@ constexpr Format kFormats[] = {
     {24, Instrument, "dtm2", "", "", "DTM2 comma-separated typed records", Convert<CConvFileDTM2>},
     {26, Instrument, "mts", "MTS", "", "MTS binary downloads", Convert<CConvFileMTS>},
     {29, Instrument, "phenix", "", "", "Phenix keyword records", Convert<CConvFilePhenix>},
+    {0, Instrument, "sdr33", "SDR", "", "Sokkia SDR33 field files", Convert<CConvFileSDR33>},
     {0, Instrument, "gt7", "", "GT7 GTS7 DAT", "Keyword records as downloaded", Convert<CConvFileGT7>},
     {0, Instrument, "mm2", "", "MM2", "MM2 downloads", Convert<CConvFileMM2>},
     {0, Instrument, "mmt", "", "MMT", "MMT downloads", Convert<CConvFileMMT>},

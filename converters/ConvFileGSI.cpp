@@ -168,7 +168,7 @@ constexpr WordCauses CausesOf(std::initializer_list<std::size_t> read) {
 }
 
 constexpr WordCauses OfStation(WordCauses causes) {
-    for (const std::size_t index : {21, 22, 31, 32, 33})
+    for (const std::size_t index : {21U, 22U, 31U, 32U, 33U})
         causes[index] = &kStationMeasurements;
     causes[87] = &kStationTarget;
     return causes;

@@ -46,6 +46,9 @@ constexpr Cause kFirstLine = {RemarkKind::NotRead,
                               "the text in the first of a point's three lines is not read"};
 constexpr Cause kThirdLine = {RemarkKind::NotRead,
                               "the text in the third of a station's three lines is not read"};
+constexpr Cause kShifted = {RemarkKind::NotRead,
+                            "values in a line of a record of three lines that has none are not "
+                            "read: the lines of the file may be shifted"};
 
 /// The text before the first space. The last field has none, and is given again and again: a
 /// missing field repeats it.
@@ -116,11 +119,11 @@ void CConvFileDAT::ThreeLines() {
 
     const std::string_view station = TrimBoth(first);
     if (isStation) {
-        NoteText(kThirdLine, text_, textLine_);
+        NoteUnused(kThirdLine, text_, textLine_);
         const AtLine line(*this, firstLine);
         AggiungeSta(std::string(station), "", point.instrumentHeight, kNoValue, kNoValue);
     } else {
-        NoteText(kFirstLine, first, firstLine);
+        NoteUnused(kFirstLine, first, firstLine);
     }
     const AtLine line(*this, secondLine);
     if (!isStation)
@@ -179,8 +182,14 @@ void CConvFileDAT::JudgeLine(std::string_view line, std::span<const std::string_
         Note(kFieldsBehind);
 }
 
-/// Remarks on a line that is not read, where it has a text.
-void CConvFileDAT::NoteText(const Cause& cause, std::string_view text, std::uint64_t line) {
-    if (keeper_ && !TrimBoth(text).empty())
-        keeper_->NoteAt(cause, line);
+/// Remarks on a line of a record that is not read, where it has a text or even values.
+void CConvFileDAT::NoteUnused(const Cause& cause, std::string_view text, std::uint64_t line) {
+    if (!keeper_ || TrimBoth(text).empty())
+        return;
+    std::string_view rest = text;
+    NextField(rest);
+    double unused = 0;
+    const bool holdsValues =
+        CountFields(text) >= kPointFields && NumberAtStart(NextField(rest), unused) > 0;
+    keeper_->NoteAt(holdsValues ? kShifted : cause, line);
 }

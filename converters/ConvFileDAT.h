@@ -36,7 +36,7 @@ private:
     Reading ReadingOf(std::span<const std::string_view, 3> fields);
     void WritePoint(const Point& point, std::string_view code);
     void JudgeLine(std::string_view line, std::span<const std::string_view> fields);
-    void NoteText(const Cause& cause, std::string_view text, std::uint64_t line);
+    void NoteUnused(const Cause& cause, std::string_view text, std::uint64_t line);
 
     std::uint64_t textLine_ = 0; ///< where the working text was read
 };

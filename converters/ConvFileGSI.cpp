@@ -147,39 +147,6 @@ constexpr Cause kOtherWords = {RemarkKind::NotRead,
                                "other words (instrument, date, time, differences, further code "
                                "information, texts) are not read"};
 
-/// What becomes of the words of a line: for each index null where it is read, or what is remarked
-/// on.
-using WordCauses = std::array<const Cause*, kNoIndex>;
-
-constexpr WordCauses CausesOf(std::initializer_list<std::size_t> read) {
-    WordCauses causes{};
-    const auto fill = [&](std::size_t first, std::size_t last, const Cause& cause) {
-        for (std::size_t i = first; i <= last; ++i)
-            causes[i] = &cause;
-    };
-    fill(0, kNoIndex - 1, kOtherWords);
-    fill(51, 59, kConstants);
-    fill(72, 79, kAttributes);
-    fill(81, 83, kPointCoordinates);
-    fill(84, 86, kStationCoordinates);
-    for (const std::size_t index : read)
-        causes[index] = nullptr;
-    return causes;
-}
-
-constexpr WordCauses OfStation(WordCauses causes) {
-    for (const std::size_t index : {21, 22, 31, 32, 33})
-        causes[index] = &kStationMeasurements;
-    causes[87] = &kStationTarget;
-    return causes;
-}
-
-constexpr WordCauses kPointWords = CausesOf({21, 22, 31, 32, 33, 71, 87, 88});
-constexpr WordCauses kPointWordsWithPlace = CausesOf({21, 22, 31, 32, 33, 71, 81, 82, 83, 87, 88});
-constexpr WordCauses kStationWords = OfStation(CausesOf({71, 88}));
-constexpr WordCauses kStationWordsWithPlace = OfStation(CausesOf({25, 71, 84, 85, 86, 88}));
-constexpr WordCauses kBlockWords = CausesOf({42, 43, 44});
-
 constexpr bool IsDigit(char c) {
     return c >= '0' && c <= '9';
 }
@@ -213,6 +180,47 @@ double GonFromMils(double data) {
 
 } // namespace
 
+/// What becomes of the words of a line, by their indexes.
+struct CConvFileGSI::WordRules {
+    std::array<const Cause*, kNoIndex> causes{}; ///< what is remarked on; null: it is read
+    std::array<std::uint8_t, 12> read{};         ///< the indexes of those that are
+    std::size_t readCount = 0;
+
+    constexpr WordRules(std::initializer_list<std::uint8_t> indexes) {
+        Fill(0, kNoIndex - 1, kOtherWords);
+        Fill(51, 59, kConstants);
+        Fill(72, 79, kAttributes);
+        Fill(81, 83, kPointCoordinates);
+        Fill(84, 86, kStationCoordinates);
+        for (const std::uint8_t index : indexes) {
+            causes[index] = nullptr;
+            read[readCount++] = index;
+        }
+    }
+
+    constexpr WordRules OfStation() const {
+        WordRules rules = *this;
+        rules.Fill(21, 22, kStationMeasurements);
+        rules.Fill(31, 33, kStationMeasurements);
+        rules.Fill(87, 87, kStationTarget);
+        return rules;
+    }
+
+private:
+    constexpr void Fill(std::size_t first, std::size_t last, const Cause& cause) {
+        for (std::size_t i = first; i <= last; ++i)
+            causes[i] = &cause;
+    }
+};
+
+constexpr CConvFileGSI::WordRules CConvFileGSI::kPointWords = {21, 22, 31, 32, 33, 71, 87, 88};
+constexpr CConvFileGSI::WordRules CConvFileGSI::kPointWordsWithPlace = {21, 22, 31, 32, 33, 71,
+                                                                        81, 82, 83, 87, 88};
+constexpr CConvFileGSI::WordRules CConvFileGSI::kStationWords = WordRules{71, 88}.OfStation();
+constexpr CConvFileGSI::WordRules CConvFileGSI::kStationWordsWithPlace =
+    WordRules{25, 71, 84, 85, 86, 88}.OfStation();
+constexpr CConvFileGSI::WordRules CConvFileGSI::kBlockWords = {42, 43, 44};
+
 /// A unit digit: how the data become metres or gon, and what is remarked on where an angle has it.
 struct CConvFileGSI::Unit {
     double (*scale)(double data) = nullptr; ///< null: not read
@@ -220,6 +228,8 @@ struct CConvFileGSI::Unit {
     const Cause* horizontal = nullptr;
     const Cause* zenith = nullptr;
     std::string_view inBook = {}; ///< what angles of the book are then; empty: gon
+
+    constexpr bool IsPlain() const { return scale && !horizontal; }
 };
 
 /// The units by their digits; a point is metres, too.
@@ -476,9 +486,10 @@ bool CConvFileGSI::BeginsWithWord() const {
 void CConvFileGSI::JudgeLine(bool isStation) {
     const bool begins = BeginsWithWord();
     const bool withPlace = Rules().readsCoordinates;
-    const WordCauses& ofStation = withPlace ? kStationWordsWithPlace : kStationWords;
-    const WordCauses& ofPoint = withPlace ? kPointWordsWithPlace : kPointWords;
-    if (!JudgeWords(isStation ? ofStation : ofPoint) && !begins)
+    const WordRules& ofStation = withPlace ? kStationWordsWithPlace : kStationWords;
+    const WordRules& ofPoint = withPlace ? kPointWordsWithPlace : kPointWords;
+    const WordRules& rules = isStation ? ofStation : ofPoint;
+    if (!(begins && HoldsOnlyRead(rules)) && !JudgeWords(rules) && !begins)
         Skip(kNoWord);
     else if (!begins || !line_.substr(line_.starts_with('*') ? 1 : 0).starts_with("11"))
         Note(kNoPointNumber);
@@ -491,9 +502,18 @@ void CConvFileGSI::JudgeBlock(const Record& station) {
         Note(kNoStationName);
 }
 
+/// True where the line has as many words as are read of it: nearly always.
+bool CConvFileGSI::HoldsOnlyRead(const WordRules& rules) const {
+    const bool endsInBlank = blankCount_ > 0 && blanks_[blankCount_ - 1] + 1 == line_.size();
+    std::size_t read = endsInBlank ? 1 : 0;
+    for (std::size_t i = 0; i < rules.readCount; ++i)
+        read += firstWords_[rules.read[i]] != kAbsent ? 1 : 0;
+    return read == blankCount_;
+}
+
 /// Remarks on the words of the current line that are not read, by their indexes. True where one but
 /// the first has the form of a word.
-bool CConvFileGSI::JudgeWords(const std::array<const Cause*, 100>& causes) {
+bool CConvFileGSI::JudgeWords(const WordRules& rules) {
     bool holdsWord = false;
     for (std::size_t i = 0; i < blankCount_; ++i) {
         const std::string_view word = line_.substr(blanks_[i]);
@@ -503,8 +523,8 @@ bool CConvFileGSI::JudgeWords(const std::array<const Cause*, 100>& causes) {
         holdsWord = holdsWord || (word.size() > kSign && IsSign(word[kSign]) && IsDigit(word[1]));
         if (index == kNoIndex)
             Note(word.size() > 4 && word[4] == '.' && IsDigit(word[3]) ? kLevel : kOtherWords);
-        else if (causes[index])
-            Note(*causes[index]);
+        else if (rules.causes[index])
+            Note(*rules.causes[index]);
     }
     return holdsWord;
 }
@@ -634,12 +654,14 @@ const CConvFileGSI::Unit& CConvFileGSI::UnitOf(char digit) const {
     return IsDigit(digit) ? units[static_cast<std::size_t>(digit - '0')] : kNone;
 }
 
-/// Remarks on the data of a word and their unit.
+/// Remarks on the data of a word and their unit, where there is something to be said.
 void CConvFileGSI::JudgeValue(std::string_view key, std::string_view data, const Unit& unit) {
     constexpr std::size_t kFewestDigits = 8;
+    const bool isAngle = key[1] == '2';
+    if (data.size() >= kFewestDigits && unit.IsPlain() && isAngle == unit.isOfAngles) [[likely]]
+        return;
     if (data.size() < kFewestDigits)
         Note(kShortWord);
-    const bool isAngle = key[1] == '2';
     const Cause* const cause = key[2] == '1' ? unit.horizontal : unit.zenith;
     if (isAngle && unit.isOfAngles && cause)
         Note(*cause);

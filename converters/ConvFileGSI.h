@@ -81,7 +81,14 @@ private:
 
     bool BeginsWithWord() const;
     void JudgeLine(bool isStation);
-    bool JudgeWords(const std::array<const Cause*, 100>& causes);
+    struct WordRules;
+    static const WordRules kPointWords;
+    static const WordRules kPointWordsWithPlace;
+    static const WordRules kStationWords;
+    static const WordRules kStationWordsWithPlace;
+    static const WordRules kBlockWords;
+    bool JudgeWords(const WordRules& rules);
+    bool HoldsOnlyRead(const WordRules& rules) const;
     void JudgeBlock(const Record& station);
     void JudgeOtherBlock(const Cause& cause);
     void JudgeValue(std::string_view key, std::string_view data, const Unit& unit);

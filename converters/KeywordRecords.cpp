@@ -438,8 +438,12 @@ void CConvKeywordRecords::SalvaRigaP() {
     last_.targetHeight = LengthOf(slots_[kHeight]);
     last_.reading = ReadingOfSlots();
     CheckAngles();
-    AggiungePun(slots_[kName], slots_[kCode], slots_[kNote], last_.targetHeight,
-                WithoutZeroDistance(last_.reading), place_);
+    const Reading reading = WithoutZeroDistance(last_.reading);
+    if (Has(place_))
+        AggiungePun(slots_[kName], slots_[kCode], slots_[kNote], last_.targetHeight, reading,
+                    place_);
+    else
+        AggiungePun(slots_[kName], slots_[kCode], slots_[kNote], last_.targetHeight, reading);
     place_ = {};
     zenithIsGon_ = false;
     pointPending_ = false;

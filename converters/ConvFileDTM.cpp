@@ -64,7 +64,8 @@ constexpr Kept kPointLines[] = {{1, kName},      {7, kHeight},    {9, kHorizonta
 
 constexpr Cause kOtherGroup = {
     RemarkKind::NotRead,
-    "a group behind another keyword than @JN, @ST and @SS is not read, nor the lines that follow"};
+    "a group behind another keyword than @JN, @ST and @SS is not read, nor the lines that "
+    "follow"};
 /// What numbers, dates and times are written with.
 constexpr std::string_view kOfNumbers = "0123456789+-.:/ ";
 constexpr Cause kOtherNumbers = {
@@ -73,16 +74,16 @@ constexpr Cause kOtherNumbers = {
     "atmosphere) are not read"};
 constexpr Cause kOtherTexts = {RemarkKind::NotRead,
                                "texts of a group without a place in the book are not read"};
-constexpr Cause kKeywordAsValue = {RemarkKind::Incomplete,
-                                   "a keyword in the midst of a group is taken for one of its "
-                                   "values: that group has too few lines "
-                                   "and what the keyword opens is lost"};
+constexpr Cause kKeywordAsValue = {
+    RemarkKind::Incomplete,
+    "a keyword in the midst of a group is taken for one of its values: that group has too few "
+    "lines and what the keyword opens is lost"};
 constexpr Cause kNoMark = {RemarkKind::NotRead,
                            "the first character of a name stands for a mark and is not read"};
 constexpr Cause kReducedMode = {
     RemarkKind::Unit,
-    "a job's mode that is no single letter: its points' values are taken for height difference and "
-    "horizontal distance"};
+    "a job's mode that is no single letter: its points' values are taken for height difference "
+    "and horizontal distance"};
 
 constexpr double kMillimetres = 1000;
 

@@ -54,9 +54,10 @@ constexpr Cause kOtherType = {RemarkKind::Unknown,
 constexpr Cause kNotClosed = {
     RemarkKind::Incomplete,
     "text behind the last comma of a record closes no field: it is not read"};
-constexpr Cause kOtherUnits = {RemarkKind::Unit, "units other than F, D, M and G are not applied: "
-                                                 "lengths are metres and angles gon but for an F "
-                                                 "or D among them"};
+constexpr Cause kOtherUnits = {
+    RemarkKind::Unit,
+    "units other than F, D, M and G are not applied: lengths are metres and angles gon but for "
+    "an F or D among them"};
 constexpr Cause kCoordinatesInFeet = {RemarkKind::Unit,
                                       "coordinates of a record in feet are taken as metres"};
 constexpr Cause kNegativeHeight = {

@@ -25,8 +25,8 @@ constexpr std::size_t kFields = 3; ///< the fields begin behind the record's fir
 
 constexpr Cause kNoField = {
     RemarkKind::Unknown,
-    "a line without any closed field that begins like a record is none, but becomes an empty job, "
-    "station or point all the same"};
+    "a line without any closed field that begins like a record is none, but becomes an empty "
+    "job, station or point all the same"};
 constexpr Cause kNotClosed = {
     RemarkKind::Incomplete, "text behind the last GS of a record closes no field: it is not read"};
 constexpr Cause kFourthOfJob = {RemarkKind::NotRead,

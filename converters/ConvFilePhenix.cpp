@@ -30,9 +30,10 @@ namespace {
 
 constexpr std::size_t kMillimetres = 3;
 
-constexpr Cause kStationCoordinates = {RemarkKind::NotRead,
-                                       "coordinates of a station serve points that are given by "
-                                       "coordinates: they are not in the book"};
+constexpr Cause kStationCoordinates = {
+    RemarkKind::NotRead,
+    "coordinates of a station serve points that are given by coordinates: they are not in the "
+    "book"};
 constexpr Cause kCoordinatesOfNothing = {
     RemarkKind::NotRead, "coordinates that follow neither a station nor a point are not read"};
 constexpr Cause kPointCoordinatesDropped = {
@@ -45,10 +46,10 @@ constexpr Cause kNoEastOrNorth = {RemarkKind::Incomplete,
                                   "coordinates without east or north are absent"};
 constexpr Cause kNoHeight = {RemarkKind::Incomplete,
                              "coordinates without a height: it counts as 0"};
-constexpr Cause kReducedWrong = {RemarkKind::Unit,
-                                 "of an HD record the distance loses its decimals, and the "
-                                 "computed zenith angle, though gon, is "
-                                 "converted from seconds of arc: it is wrong"};
+constexpr Cause kReducedWrong = {
+    RemarkKind::Unit,
+    "of an HD record the distance loses its decimals, and the computed zenith angle, though "
+    "gon, is converted from seconds of arc: it is wrong"};
 
 double GonFromArcSeconds(double seconds) {
     return IsPresent(seconds) ? seconds * kGonPerArcSecond : seconds;

@@ -39,9 +39,10 @@ constexpr Cause kNoComma = {
 constexpr Cause kCoordinates = {
     RemarkKind::NotRead,
     "coordinates (MP, MC, UP, CC, RE) are not read: stations and points have none"};
-constexpr Cause kOtherObservations = {RemarkKind::NotRead,
-                                      "second faces, points set out and control points (F2, SO, "
-                                      "CP) are not read: they give no points"};
+constexpr Cause kOtherObservations = {
+    RemarkKind::NotRead,
+    "second faces, points set out and control points (F2, SO, CP) are not read: they give no "
+    "points"};
 constexpr Cause kComments = {RemarkKind::NotRead,
                              "comments (CO: names, atmosphere, remarks, settings) are not read"};
 constexpr Cause kHeights = {
@@ -50,31 +51,33 @@ constexpr Cause kHeights = {
 constexpr Cause kBacksight = {
     RemarkKind::NotRead,
     "the backsight of a station (name, code, azimuth) is not read: the station is not oriented"};
-constexpr Cause kFirstFace = {RemarkKind::NotRead,
-                              "the horizontal angle of F1 records is not read where the station's "
-                              "backsight direction differs: "
-                              "this stands for it"};
+constexpr Cause kFirstFace = {
+    RemarkKind::NotRead,
+    "the horizontal angle of F1 records is not read where the station's backsight direction "
+    "differs: this stands for it"};
 constexpr Cause kTimes = {RemarkKind::NotRead, "times of observations are not read"};
 constexpr Cause kNoTime = {
     RemarkKind::Incomplete,
     "a record too short for a time and a code: the text in the time's place is not read"};
 constexpr Cause kSexagesimal = {
     RemarkKind::Unit,
-    "the file announces degrees, minutes and seconds (DDDMMSS): angles are in the book as written"};
+    "the file announces degrees, minutes and seconds (DDDMMSS): angles are in the book as "
+    "written"};
 constexpr Cause kDegrees = {RemarkKind::Unit,
                             "the file announces degrees: angles are in the book as written"};
 constexpr Cause kOtherAngles = {
     RemarkKind::Unit,
-    "the file announces another angle unit than gon or degrees: angles are in the book as written"};
+    "the file announces another angle unit than gon or degrees: angles are in the book as "
+    "written"};
 constexpr Cause kFeet = {RemarkKind::Unit,
                          "the file announces feet: lengths are in the book as written"};
 constexpr Cause kOtherLengths = {
     RemarkKind::Unit,
     "the file announces another unit than metres or feet: lengths are in the book as written"};
-constexpr Cause kFromHorizon = {RemarkKind::Unit,
-                                "the file announces vertical angles from the horizon: they are in "
-                                "the book as written, though no "
-                                "zenith angles"};
+constexpr Cause kFromHorizon = {
+    RemarkKind::Unit,
+    "the file announces vertical angles from the horizon: they are in the book as written, "
+    "though no zenith angles"};
 
 constexpr Cause kIds = {RemarkKind::NotRead,
                         "ids of points set out, control points and coordinates are not read"};

@@ -47,16 +47,17 @@ constexpr std::size_t kResectionCode = 2;
 
 constexpr Cause kBeforeHeader = {
     RemarkKind::Unknown,
-    "a line before the header, whose end is the first line that begins with a letter, is skipped"};
+    "a line before the header, whose end is the first line that begins with a letter, is "
+    "skipped"};
 constexpr Cause kHeaderRecord = {
     RemarkKind::NotRead,
     "a record in the header's place, the first line that begins with a letter, is not read"};
 constexpr Cause kCoordinates = {
     RemarkKind::NotRead, "XYZ records are not read: stations and points have no coordinates"};
-constexpr Cause kCoordinatesOfNothing = {RemarkKind::NotRead,
-                                         "coordinates (XYZ) that follow no station or point, but "
-                                         "BKB, RES_OBS or a job's records, are not "
-                                         "read"};
+constexpr Cause kCoordinatesOfNothing = {
+    RemarkKind::NotRead,
+    "coordinates (XYZ) that follow no station or point, but BKB, RES_OBS or a job's records, "
+    "are not read"};
 constexpr Cause kAtmosphere = {
     RemarkKind::NotRead,
     "ATMOS, TEMP and SCALE records are not read: temperature and pressure are 0"};
@@ -69,11 +70,12 @@ constexpr Cause kPtlOffset = {
     "PTL_OFF records are not read: the points that they give by an offset are not in the book"};
 constexpr Cause kResectionExtra = {
     RemarkKind::NotRead,
-    "a fourth field of RES_OBS goes behind the height of the record in hand: it is read only where "
-    "that is empty"};
+    "a fourth field of RES_OBS goes behind the height of the record in hand: it is read only "
+    "where that is empty"};
 constexpr Cause kResectionsLost = {
     RemarkKind::Incomplete,
-    "resection observations (RES_OBS) without a station before or behind them are not in the book"};
+    "resection observations (RES_OBS) without a station before or behind them are not in the "
+    "book"};
 constexpr Cause kOffsetOfNothing = {
     RemarkKind::Incomplete,
     "an offset without a measured point before it: its point is computed from a distance of 0"};
@@ -86,9 +88,10 @@ constexpr Cause kOtherAngles = {RemarkKind::Unit,
 constexpr Cause kFeet = {RemarkKind::Unit, "UNITS says feet: lengths are in the book as written"};
 constexpr Cause kOtherLengths = {
     RemarkKind::Unit, "UNITS says neither metres nor feet: lengths are in the book as written"};
-constexpr Cause kReducedAngle = {RemarkKind::Unit,
-                                 "the zenith angle computed from an HD record is gon, but is "
-                                 "converted from degrees: it is wrong"};
+constexpr Cause kReducedAngle = {
+    RemarkKind::Unit,
+    "the zenith angle computed from an HD record is gon, but is converted from degrees: it is "
+    "wrong"};
 constexpr Cause kReducedDistance = {
     RemarkKind::Unit,
     "the distance of an HD record with decimal points loses its decimals, and is then taken as "
@@ -435,8 +438,12 @@ void CConvKeywordRecords::SalvaRigaP() {
     last_.targetHeight = LengthOf(slots_[kHeight]);
     last_.reading = ReadingOfSlots();
     CheckAngles();
-    AggiungePun(slots_[kName], slots_[kCode], slots_[kNote], last_.targetHeight,
-                WithoutZeroDistance(last_.reading), place_);
+    const Reading reading = WithoutZeroDistance(last_.reading);
+    if (Has(place_))
+        AggiungePun(slots_[kName], slots_[kCode], slots_[kNote], last_.targetHeight, reading,
+                    place_);
+    else
+        AggiungePun(slots_[kName], slots_[kCode], slots_[kNote], last_.targetHeight, reading);
     place_ = {};
     zenithIsGon_ = false;
     pointPending_ = false;

@@ -182,7 +182,7 @@ protected:
     }
     /// The same for a text that is kept and read as a number later.
     void CheckNumber(std::string_view text, const Cause& noNumber = kNoNumberIsZero) {
-        if (!keeper_)
+        if (!keeper_ || IsPlainNumber(text))
             return;
         double unused = 0;
         CheckEnd(text, NumberAtStart(text, unused), noNumber);

@@ -1,6 +1,6 @@
-// What the views of a field book cost once it is there, each beside the summary; and the plan: of many
-// points, of a chain of set-ups in the best and the worst order, of set-ups that have one name in common.
-// CPU time; bytes are those of the view.
+// What the views of a field book cost once it is there, each beside the summary; and the plan: of
+// many points, of a chain of set-ups in the best and the worst order, of set-ups that have one name
+// in common. CPU time; bytes are those of the view.
 
 #include "app/Output.h"
 #include "bench/GsiFile.h"

@@ -7,8 +7,8 @@
 //    10        x
 //   1234.5
 //
-// R12 wants neither handles nor classes: a header, tables of line types, layers and text styles, the
-// blocks, and the entities.
+// R12 wants neither handles nor classes: a header, tables of line types, layers and text styles,
+// the blocks, and the entities.
 
 #include "export/DxfDrawing.h"
 

@@ -43,8 +43,8 @@ SetUp SetUpFrom(const Record& record) {
     return setUp;
 }
 
-/// The work in a field book that answers as that of the host in memory does; `file` is the bare name
-/// of the file that it was filled from, in UTF-8. The book has to outlive the result.
+/// The work in a field book that answers as that of the host in memory does; `file` is the bare
+/// name of the file that it was filled from, in UTF-8. The book has to outlive the result.
 template <class Book>
 Work WorkFrom(const Book& book, std::string file) {
     Work work{.file = std::move(file)};

@@ -359,12 +359,14 @@ private:
                 ++placed.sights;
             }
         }
-        const auto lines = std::ranges::subrange(plan_.lines.begin() + begin, plan_.lines.end());
-        std::ranges::sort(lines, {}, [](const SightLine& l) { return std::pair(l.from, l.to); });
+        const auto first = plan_.lines.begin() + begin;
+        std::sort(first, plan_.lines.end(), [](const SightLine& a, const SightLine& b) {
+            return std::pair(a.from, a.to) < std::pair(b.from, b.to);
+        });
         const auto same = [](const SightLine& a, const SightLine& b) {
             return a.from == b.from && a.to == b.to;
         };
-        plan_.lines.erase(std::unique(lines.begin(), lines.end(), same), plan_.lines.end());
+        plan_.lines.erase(std::unique(first, plan_.lines.end(), same), plan_.lines.end());
     }
 
     static void Round(Placed& placed) {

@@ -1,8 +1,9 @@
 // Converts whatever bytes it is given in one format. A file that could be opened must be converted,
 // whatever is in it (but for a damaged database, which is declined whole), also into a field book
 // that declines records and from a stream that fails; what was converted must be shown as proper
-// JSON and as a table that steers no terminal. The rest is the sanitizers' to say. Only a job
-// database is opened by its name; all others are read where their bytes are.
+// JSON, as a table that steers no terminal and as a picture of proper characters. The rest, of all
+// views, is the sanitizers' to say. Only a job database is opened by its name; all others are read
+// where their bytes are.
 //
 // The input chooses the way it is used: its first byte among the extensions that lead to the
 // format, where there are several forms of it; its middle one what the book declines; its last one
@@ -137,6 +138,15 @@ void Show(const Conversion& conversion, unsigned part) {
     const std::size_t capacity = table.size() * part / 256;
     Require(Printed(kTable, conversion, capacity, failed) == table.substr(0, capacity));
     Require(failed == (capacity < table.size()));
+
+    // One more for each input: all of them would take most of the time.
+    const std::vector<std::string> views = Views();
+    const std::string& view = views[part % views.size()];
+    const std::string made = Printed(view, conversion, kLongestText, failed);
+    const auto isForbidden = [](char c) { // in XML
+        return static_cast<unsigned char>(c) < 0x20 && c != '\n' && c != '\t';
+    };
+    Require(view != "svg" || std::ranges::none_of(made, isForbidden));
 }
 
 } // namespace

@@ -254,7 +254,8 @@ char* WriteShortest(char* to, double value) {
     const double size = std::fabs(value);
     const bool plain = size == 0 || (size >= 1e-4 && size < 1e16);
     if (plain && size < kFewDecimalsBelow) {
-        const auto scaled = static_cast<std::uint64_t>(size * kFewDecimals + 0.5);
+        const double halfMore = size * kFewDecimals + 0.5; // what is rounded wrongly fails here:
+        const auto scaled = static_cast<std::uint64_t>(halfMore);
         if (static_cast<double>(scaled) / kFewDecimals == size)
             return WriteFewDecimals(to, std::signbit(value), scaled);
     }

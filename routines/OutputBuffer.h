@@ -3,7 +3,6 @@
 #include "routines/Numbers.h"
 
 #include <cstddef>
-#include <cstring>
 #include <memory>
 #include <ostream>
 #include <string_view>
@@ -26,7 +25,7 @@ public:
             WriteLong(text);
             return;
         }
-        std::memcpy(buffer_.get() + used_, text.data(), text.size());
+        text.copy(buffer_.get() + used_, text.size());
         used_ += text.size();
     }
     /// The fewest digits that read back (ShortestNumber).

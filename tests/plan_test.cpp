@@ -1,5 +1,5 @@
-// The plan over jobs whose true coordinates are known: what instruments would have read is worked out
-// from them, and the plan must find them again.
+// The plan over jobs whose true coordinates are known: what instruments would have read is worked
+// out from them, and the plan must find them again.
 
 #include "export/Plan.h"
 #include "routines/Reduction.h"

@@ -123,7 +123,7 @@ int ListFormats() {
 int Main(int argc, char** argv) {
     PrepareStandardStreams();
     Options options;
-    switch (ReadOptions({argv + 1, argv + argc}, options, std::cout, std::cerr)) {
+    switch (ReadOptions(Arguments(argc, argv), options, std::cout, std::cerr)) {
     case Request::Convert:
         return RunInto(options);
     case Request::ListFormats:

@@ -5,13 +5,13 @@
 #include "app/Display.h"
 #include "app/Options.h"
 #include "app/Output.h"
+#include "app/OutputFile.h"
 #include "app/Platform.h"
 #include "routines/CodePage.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <new>
 #include <string>
@@ -60,14 +60,16 @@ void TellOfShortMemory(const std::string& file) {
 }
 
 /// Converts the files one after another; each is shown and forgotten before the next is read.
-int Run(const Options& options, std::ostream& out) {
+int Run(const Options& options, std::ostream& out, bool& someConverted) {
     Sink sink(out);
     const auto output = MakeOutput(options.view, sink, options.files.size());
     bool allConverted = true;
     for (const std::string& file : options.files) {
         try {
             const Route route = ChooseRoute(options.choice, file);
-            allConverted = ConvertAndShow(route, file, *output) && allConverted;
+            const bool converted = ConvertAndShow(route, file, *output);
+            allConverted = converted && allConverted;
+            someConverted = converted || someConverted;
         } catch (const std::bad_alloc&) {
             TellOfShortMemory(file);
             allConverted = false;
@@ -98,18 +100,26 @@ bool OverwritesInput(const Options& options) {
 }
 
 int RunInto(const Options& options) {
+    bool someConverted = false;
     if (options.outputFile.empty())
-        return Run(options, std::cout);
+        return Run(options, std::cout, someConverted);
     if (OverwritesInput(options)) {
         TellOfFile(options.outputFile, "is one of the files to convert");
         return kWrongUsage;
     }
-    std::ofstream out(options.outputFile, std::ios::binary);
-    if (!out) {
+    OutputFile file;
+    if (!file.Open(PathOf(options.outputFile))) {
         TellOfFile(options.outputFile, "cannot be written");
         return kNotAllConverted;
     }
-    return Run(options, out);
+    const int status = Run(options, file.Stream(), someConverted);
+    if (!someConverted || !file.Stream())
+        return kNotAllConverted;
+    if (!file.Finish()) {
+        Tell("the result could not be written");
+        return kNotAllConverted;
+    }
+    return status;
 }
 
 int ListFormats() {

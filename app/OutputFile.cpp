@@ -190,7 +190,7 @@ bool OutputFile::Finish() {
         if (error)
             fs::remove(unfinished_, error);
     });
-    buffer_.reset();
+    Forget();
     return whole;
 }
 
@@ -201,6 +201,12 @@ void OutputFile::Discard() {
         std::error_code error;
         fs::remove(unfinished_, error);
     });
+    Forget();
+}
+
+/// Whoever still has the stream writes nowhere.
+void OutputFile::Forget() {
+    stream_.rdbuf(nullptr);
     buffer_.reset();
 }
 

@@ -32,6 +32,7 @@ private:
     class Buffer;
 
     bool CreateBeside();
+    void Forget();
 
     std::filesystem::path target_; ///< behind all links
     std::filesystem::path unfinished_;

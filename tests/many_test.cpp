@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -50,6 +51,15 @@ protected:
     }
     std::string Read(const std::string& name) const { return ReadBytes(folder_.Path(name)); }
 
+    /// The files that objects are about.
+    static std::vector<std::string> NamesIn(const std::string& json) {
+        static const std::regex file("\"file\": ?\"([^\"]*)\"");
+        std::vector<std::string> names;
+        for (std::sregex_iterator next(json.begin(), json.end(), file), end; next != end; ++next)
+            names.push_back((*next)[1]);
+        return names;
+    }
+
     /// All files below a folder but what a run says, hidden ones among them.
     std::vector<std::string> Files(const std::string& below = ".") const {
         std::vector<std::string> names;
@@ -74,6 +84,96 @@ TEST_F(ManyTest, AnOldOutputLastsUntilTheNewOneIsWhole) {
     EXPECT_THAT(Read("out.json"), AllOf(HasSubstr("{\"file\":\"letter.txt\",\"converted\":false"),
                                         HasSubstr("\n{\"file\":\"a.gsi\",\"converted\":true")));
     EXPECT_THAT(Files(), ElementsAre("a.gsi", "letter.txt", "out.json"));
+}
+
+TEST_F(ManyTest, AFolderStandsForWhatFitsBelowIt) {
+    Gsi("day/b.gsi");
+    Gsi("day/a/z");
+    Gsi("day/a.gsi");
+    Gsi("day/.hidden.gsi");
+    Gsi("day/.git/x.gsi");
+    folder_.Write("day/a/nothing", "");
+    folder_.Write("day/nothing.gsi", "");
+#if !defined(_WIN32)
+    fs::create_directory_symlink(folder_.Path("day"), folder_.Path("day/a/round"));
+    fs::create_symlink(folder_.Path("nowhere"), folder_.Path("day/a/dangling"));
+    ASSERT_EQ(mkfifo(folder_.Path("day/pipe.gsi").c_str(), 0600), 0);
+#endif
+    const Outcome day = Run("--to json " + Quoted("day"));
+    EXPECT_EQ(day.status, 0);
+    EXPECT_THAT(NamesIn(day.out), ElementsAre("z", "a.gsi", "b.gsi"));
+    EXPECT_THAT(day.out, AllOf(StartsWith("[\n{"), HasSubstr("day/a.gsi\"")));
+    EXPECT_EQ(day.err, "convfile: 2 files were left out: no format fits\n");
+
+    const Outcome named = Run("--to jsonl --format gsi " + Quoted("day"));
+    EXPECT_THAT(NamesIn(named.out), ElementsAre("nothing", "z", "a.gsi", "b.gsi", "nothing.gsi"));
+    EXPECT_EQ(named.err, "");
+
+    fs::create_directory(folder_.Path("empty"));
+    folder_.Write("out.json", "old");
+    const Outcome none = Run("--to json -o " + Quoted("out.json") + " " + Quoted("empty"));
+    EXPECT_EQ(none.status, 1);
+    EXPECT_THAT(none.err, HasSubstr("empty: the folder holds no file that a format fits\n"));
+    EXPECT_EQ(Read("out.json"), "old");
+    EXPECT_EQ(Run("--to svg " + Quoted("day")).status, 2) << "a drawing is of one file";
+}
+
+TEST_F(ManyTest, EachFileHasAnOutputNamedAfterIt) {
+    Gsi("day/site.gsi");
+    Gsi("day/a/site.gsi");
+    Gsi("day/a/site.raw.gsi");
+    Gsi("day/two/site.gsi");
+    Gsi("day/two/site.alt");
+    folder_.Write("day/site.jpg", "");
+    const std::string missing = Quoted("missing.gsi");
+    const Outcome run =
+        Run("--to json -O " + Quoted("out/new") + " " + missing + " " + Quoted("day"));
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_THAT(Files("out/new"), ElementsAre("a/site.json", "a/site.raw.json", "site.json",
+                                              "two/site.alt.json", "two/site.gsi.json"));
+    EXPECT_EQ(Read("out/new/site.json"), Run("--to json " + Quoted("day/site.gsi")).out);
+    for (const char* view : {"table", "summary", "dxf", "points", "jsonl"})
+        EXPECT_EQ(Run(std::string("-O ") + Quoted("kinds") + " --to " + view + " " +
+                      Quoted("day/site.gsi"))
+                      .status,
+                  0);
+    EXPECT_THAT(Files("kinds"), ElementsAre("site.csv", "site.dxf", "site.jsonl", "site.txt"));
+}
+
+TEST_F(ManyTest, OutputsBesideTheirFilesAreNotReadAgain) {
+    Gsi("day/site.gsi");
+    Gsi("day/a/site.gsi");
+    const std::string again = " " + Quoted("day") + " --to ";
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(Run("-O " + Quoted("day") + again + "json").status, 0);
+        EXPECT_EQ(Run("-O " + Quoted("day/out") + again + "svg").status, 0);
+        EXPECT_EQ(Run("-o " + Quoted("day/all.html") + again + "json").status, 0);
+        EXPECT_THAT(Files("day"),
+                    ElementsAre("a/site.gsi", "a/site.json", "all.html", "out/a/site.svg",
+                                "out/site.svg", "site.gsi", "site.json"));
+    }
+}
+
+TEST_F(ManyTest, OutputsThatClashAreWrongUsage) {
+    Gsi("a/site.gsi");
+    Gsi("b/site.gsi");
+    Gsi("c/site.json"); // a measured file, whatever it is named
+    const std::vector<std::string> wrong = {
+        "-O " + Quoted("out") + " " + Quoted("a/site.gsi") + " " + Quoted("b/site.gsi"),
+        "-O " + Quoted("out") + " " + Quoted("a") + " " + Quoted("a/site.gsi"),
+        "-O " + Quoted("c") + " " + Quoted("c"),
+        "-o " + Quoted("c/site.json") + " " + Quoted("c"),
+        "-O " + Quoted("out") + " -o " + Quoted("x") + " " + Quoted("a/site.gsi"),
+    };
+    const auto before = Files();
+    for (const std::string& arguments : wrong) {
+        const Outcome outcome = Run("--to json " + arguments);
+        EXPECT_EQ(outcome.status, 2) << arguments;
+        EXPECT_NE(outcome.err, "") << arguments;
+    }
+    EXPECT_EQ(Files(), before);
+    EXPECT_EQ(Read("c/site.json"), GsiLine(0));
 }
 
 #if !defined(_WIN32)

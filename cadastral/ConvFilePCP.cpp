@@ -17,7 +17,7 @@
 //
 // A list of vertices may go on in the next record: an empty field says so. Records of other types,
 // and records that begin with "@" itself, are skipped. A record of 1023 characters ends the
-// reading.
+// reading. What lies behind the last field of a record belongs to none.
 
 #include "cadastral/ConvFilePCP.h"
 
@@ -27,11 +27,15 @@
 #include "routines/Text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
 constexpr char kRecordStart = '\x14'; // DC4
 constexpr char kFieldEnd = '|';
+
+/// What may stand behind the end of a text without being one.
+constexpr std::string_view kPadding("\0\r\n\x1A", 4);
 
 /// Shorter records are skipped.
 constexpr std::size_t kShortestRecord = 3;
@@ -39,8 +43,49 @@ constexpr std::size_t kShortestRecord = 3;
 /// A style stands at the end of a record: "|", colour, line type, "|", line end.
 constexpr std::size_t kStyleLength = 5;
 
+/// A date with a year of four digits.
+constexpr std::size_t kLongDate = 8;
+
 /// Three labels behind a style need as many field ends.
 constexpr std::ptrdiff_t kLabelFieldEnds = 5;
+
+constexpr Cause kFieldNotClosed = {
+    RemarkKind::Incomplete,
+    "a record with fewer closed fields than it needs: in place of each that is missing the field "
+    "before it counts again"};
+constexpr Cause kVerticesMissing = {
+    RemarkKind::Incomplete,
+    "a line (3, 7) with fewer vertices than it says: the last one is repeated for those missing"};
+constexpr Cause kNoVertices = {
+    RemarkKind::Incomplete,
+    "a line (3, 7) without a number of vertices from 1 to 32767 is not read"};
+constexpr Cause kNoStyle = {
+    RemarkKind::Incomplete,
+    "a line with a style (7) that does not end in one: its vertices have colour N and line type C"};
+constexpr Cause kNoFirstName = {
+    RemarkKind::Incomplete,
+    "a surveyor whose surname and first name no blank parts: neither is read"};
+constexpr Cause kLabels = {
+    RemarkKind::NotRead,
+    "the style and two of the three labels of a line (7) are not read: colour and line type are N "
+    "and C, and the last label stands in all three places, twice with NUL for its second "
+    "character"};
+constexpr Cause kCentury = {
+    RemarkKind::NotRead,
+    "the last two digits of a date of eight are not read: the first two of its year are taken"};
+constexpr Cause kProvince = {RemarkKind::NotRead,
+                             "a province that is not known by its name is not read"};
+constexpr Cause kTextBehind = {RemarkKind::NotRead,
+                               "text behind the last field that is read of a record is not read"};
+constexpr Cause kUnknownType = {RemarkKind::Unknown,
+                                "a record of another type than 0 to 9 is skipped"};
+constexpr Cause kNoRecordStart = {RemarkKind::Unknown,
+                                  "text that is no record (DC4, a digit, fields) is skipped"};
+constexpr Cause kNulInRecord = {
+    RemarkKind::Nul, "a NUL byte ends the text of its record: what is behind it is not read"};
+constexpr Cause kRecordTooLong = {
+    RemarkKind::LongLine,
+    "a record of more than 1022 characters ends the reading: it and all behind it is not read"};
 
 bool IsOneOf(char c, std::string_view letters) {
     return letters.find(UpperAscii(c)) != std::string_view::npos;
@@ -69,6 +114,8 @@ bool CConvFilePCP::Esegui() {
     while (LeggeUnaRigaPCP()) {
         if (record_.size() >= kShortestRecord && record_.front() != '@')
             TipoRiga();
+        else
+            Skip(kNoRecordStart);
     }
     file_->Close();
     document_.DividiRighe(&lines_);
@@ -79,9 +126,10 @@ bool CConvFilePCP::Esegui() {
 /// next record, but the last character of the file at its end. False where there is no record, and
 /// where one is too long, which ends the reading for good.
 bool CConvFilePCP::LeggeUnaRigaPCP() {
+    if (keeper_)
+        TellLinesBehindFirst();
     if (atEnd_)
         return false;
-    std::array<char, kLongestRecord> buffer;
     std::size_t length = 0;
     for (;;) {
         const int c = file_->ReadChar();
@@ -89,9 +137,9 @@ bool CConvFilePCP::LeggeUnaRigaPCP() {
             atEnd_ = true;
             break;
         }
-        buffer[length++] = static_cast<char>(c);
+        buffer_[length++] = static_cast<char>(c);
         if (length == kLongestRecord) {
-            atEnd_ = true;
+            EndAtLongRecord();
             return false;
         }
         if (c == kRecordStart && length > 1) {
@@ -99,15 +147,85 @@ bool CConvFilePCP::LeggeUnaRigaPCP() {
             break;
         }
     }
-    const std::string_view text = DropLast({buffer.data(), length});
+    const std::string_view text = DropLast({buffer_.data(), length});
     record_ = text.substr(0, text.find('\0')); // a NUL ends the text
     restBegin_ = 0;
+    endIsRead_ = false;
+    if (keeper_)
+        TellFirstLine({buffer_.data(), atEnd_ ? length : text.size()});
     return true;
 }
 
+void CConvFilePCP::EndAtLongRecord() {
+    file_->EndHere();
+    if (keeper_) {
+        untold_ = {buffer_.data(), buffer_.size()};
+        while (!untold_.empty()) {
+            TellLine();
+            Note(kRecordTooLong);
+        }
+        file_->ReadChar(); // tells how much is left
+    }
+    atEnd_ = true;
+}
+
+/// Tells of the line that a record begins on. Where the one before it ended there, too, it is read
+/// where either was.
+void CConvFilePCP::TellFirstLine(std::string_view text) {
+    untold_ = text;
+    if (!text.empty())
+        TellLine();
+}
+
+/// Tells of the lines that go on with the record, after it was converted. What lies behind its last
+/// field is no part of it.
+void CConvFilePCP::TellLinesBehindFirst() {
+    const bool isKnown = restBegin_ > 0;
+    const auto placeOfNext = [&] { return static_cast<std::size_t>(untold_.data() - &buffer_[0]); };
+    const auto noteLeftOver = [&] {
+        if (!isKnown || endIsRead_)
+            return;
+        const std::string_view told = std::string_view(record_).substr(0, placeOfNext());
+        if (Piece(told, restBegin_).find_first_not_of(" \t\r\n") != std::string_view::npos)
+            Note(kTextBehind);
+    };
+    noteLeftOver();
+    while (!untold_.empty()) {
+        const bool isRead = endIsRead_ || placeOfNext() < restBegin_;
+        TellLine();
+        if (isRead)
+            noteLeftOver();
+        else
+            Skip(kNoRecordStart);
+    }
+}
+
+/// Tells of the next line of the record.
+void CConvFilePCP::TellLine() {
+    const std::size_t lineEnd = untold_.find('\n');
+    const bool isEnded = lineEnd != std::string_view::npos;
+    const std::string_view line = untold_.substr(0, isEnded ? lineEnd + 1 : lineEnd);
+    untold_.remove_prefix(line.size());
+    std::string_view text = line.substr(0, lineEnd);
+    const std::size_t run = isEnded ? text.size() - (text.find_last_not_of('\r') + 1) : 0;
+    text.remove_suffix(run);
+    const std::size_t nul = line.find('\0');
+    keeper_->PieceBegins({.text = line.substr(0, nul),
+                          .number = lineEnds_ + 1,
+                          .continues = keeper_->Line() == lineEnds_ + 1,
+                          .hasLoneCr = Contains(text, "\r"),
+                          .hasCrRun = run > 0,
+                          .losesLast = atEnd_ && untold_.empty() && !isEnded});
+    lineEnds_ += isEnded ? 1 : 0;
+    if (Piece(line, nul).find_first_not_of(kPadding) != std::string_view::npos)
+        Note(kNulInRecord);
+}
+
 bool CConvFilePCP::TipoRiga() {
-    if (record_.front() != kRecordStart)
+    if (record_.front() != kRecordStart) {
+        Skip(kNoRecordStart);
         return true;
+    }
     const char type = record_[1];
     restBegin_ = record_.find(kFieldEnd) + 1; // 0, the whole text, where there is none
     switch (type) {
@@ -140,6 +258,8 @@ bool CConvFilePCP::TipoRiga() {
         ConversioneRiga9();
         break;
     default:
+        restBegin_ = 0;
+        Skip(kUnknownType);
         break;
     }
     return true;
@@ -150,8 +270,10 @@ bool CConvFilePCP::TipoRiga() {
 void CConvFilePCP::SeparaCampo() {
     std::string_view rest = Rest();
     std::string_view field;
-    if (!CutAt(rest, kFieldEnd, field))
+    if (!CutAt(rest, kFieldEnd, field)) {
+        Note(kFieldNotClosed);
         return;
+    }
     field_ = TrimBoth(field);
     restBegin_ = record_.size() - rest.size();
     CleanData();
@@ -193,9 +315,19 @@ const std::string& CConvFilePCP::NextField() {
     return field_;
 }
 
+double CConvFilePCP::NextNumber() {
+    return FiniteOrNoValue(ReadNumber(NextField()));
+}
+
+/// The current field as an integer.
+short CConvFilePCP::Integer() {
+    CheckNumber(field_);
+    return IntDaStringNullZero(field_);
+}
+
 /// The next field as a real value of a line; 0 where it is more than half the no-value marker.
 double CConvFilePCP::NextReal() {
-    const double value = NumberForBook(NextField());
+    const double value = NextNumber();
     return value > kPresentBelow ? 0 : value;
 }
 
@@ -217,6 +349,8 @@ void CConvFilePCP::ConversioneRiga0() {
     document_.SetGior(std::string(Piece(date, 0, 2)));
     document_.SetMese(std::string(Piece(date, 2, 2)));
     document_.SetAnno(std::string(Piece(date, 4, 2)));
+    if (date.size() == kLongDate)
+        Note(kCentury);
     document_.SetProt(NextField());
     document_.SetCdCm(NextField());
     document_.SetFogl(NextField());
@@ -227,15 +361,22 @@ void CConvFilePCP::ConversioneRiga0() {
     if (CutAt(firstName, ' ', surname)) {
         document_.SetTcnC(std::string(surname));
         document_.SetTcnN(std::string(firstName));
+    } else if (!firstName.empty()) {
+        Note(kNoFirstName);
     }
     document_.SetQual(NextField());
-    const std::string& province = NextField();
-    document_.SetProv(province.size() == 2 ? province : document_.GetNomeProvSigla(province));
+    std::string province = NextField();
+    if (province.size() != 2) {
+        province = document_.GetNomeProvSigla(province);
+        if (province.empty() && !field_.empty())
+            Note(kProvince);
+    }
+    document_.SetProv(province);
 }
 
 void CConvFilePCP::ConversioneRiga1() {
     if (jobIndex_ < 0)
-        return;
+        return Tell(static_cast<CSta*>(nullptr));
     const std::string name = NextField();
     const std::string identifier = NextField();
     CSta* const station = fieldBook_.AddSta(jobIndex_, true);
@@ -251,11 +392,11 @@ void CConvFilePCP::ConversioneRiga1() {
 /// Observed points are reduced to the horizontal: their zenith angle is always 100.
 void CConvFilePCP::ConversioneRiga2() {
     if (jobIndex_ < 0 || staIndex_ < 0)
-        return;
+        return Tell(static_cast<CPun*>(nullptr));
     const std::string name = NextField();
     const std::string code = NextField();
-    const double horizontalAngle = NumberForBook(NextField());
-    const double distance = DistanceOrNoValue(NumberForBook(NextField()));
+    const double horizontalAngle = NextNumber();
+    const double distance = DistanceOrNoValue(NextNumber());
     CPun* const point = fieldBook_.AddPun(jobIndex_, staIndex_, true);
     Tell(point);
     if (!point)
@@ -270,15 +411,18 @@ void CConvFilePCP::ConversioneRiga2() {
 /// A line: a number of vertices and their names. The number is believed, whatever the record holds:
 /// where names run out, the last one stays.
 void CConvFilePCP::ConversioneRiga3o7(char type) {
-    const int vertexCount = IntDaStringNullZero(NextField());
+    SeparaCampo();
+    const int vertexCount = Integer();
     if (vertexCount < 1)
-        return;
+        return Note(kNoVertices);
     CRig& line = AddLine(type);
     if (type == '7') {
         if (SeparaCampiFinaliRiga7(vertexCount)) {
             line.SetLblNome1(labels_[2]);
             line.SetLblNome2(labels_[1]);
             line.SetLblMater(labels_[0]);
+            endIsRead_ = true;
+            Note(kLabels);
         }
         SeparaColoreTpLinea();
     }
@@ -295,6 +439,8 @@ void CConvFilePCP::ConversioneRiga3o7(char type) {
             previous->lineType = lineType_;
         }
         if (NamesRanOut()) {
+            if (i + 1 < vertexCount)
+                Note(kVerticesMissing);
             line.RepeatLastVrt(vertexCount - i - 1);
             return;
         }
@@ -325,17 +471,17 @@ void CConvFilePCP::ReadVertex(char type) {
 void CConvFilePCP::SeparaColoreTpLinea() {
     colour_ = 'N';
     lineType_ = 'C';
+    const bool hasLabels = std::exchange(endIsRead_, true);
     const std::string_view rest = Rest();
-    if (rest.size() < kStyleLength)
+    const std::string_view style = Piece(rest, rest.size() - kStyleLength);
+    if (style.size() < kStyleLength || style[0] != kFieldEnd || !IsStyle(style[1], style[2])) {
+        if (!hasLabels)
+            Note(kNoStyle);
         return;
-    const std::size_t style = rest.size() - kStyleLength;
-    const char colour = rest[style + 1];
-    const char lineType = rest[style + 2];
-    if (rest[style] != kFieldEnd || !IsStyle(colour, lineType))
-        return;
-    colour_ = UpperAscii(colour);
-    lineType_ = UpperAscii(lineType);
-    RestAt(style + 1) = '\0';
+    }
+    colour_ = UpperAscii(style[1]);
+    lineType_ = UpperAscii(style[2]);
+    RestAt(rest.size() - kStyleLength + 1) = '\0';
 }
 
 /// Reads three labels from the end of the record, where a style stands before them. All three walks
@@ -384,9 +530,10 @@ void CConvFilePCP::ConversioneRiga6() {
 /// Orientation point. The file gives Y (north) before X (east).
 void CConvFilePCP::ConversioneRiga8() {
     const std::string name = NextField();
-    const double y = NumberForBook(NextField());
-    const double x = NumberForBook(NextField());
+    const double y = NextNumber();
+    const double x = NextNumber();
     const std::string reliability = NextField();
+    CheckNumber(reliability);
     const std::string comment = NextField();
     COri* const point = fieldBook_.AddOri(true);
     Tell(point);
@@ -402,11 +549,11 @@ void CConvFilePCP::ConversioneRiga8() {
 
 void CConvFilePCP::ConversioneRiga9() {
     CRig& values = document_.GetRigValori();
-    values.SetDatoRea1(NumberForBook(NextField()));
+    values.SetDatoRea1(NextNumber());
     if (!NextField().empty())
-        values.SetDatoInt1(IntDaStringNullZero(field_));
+        values.SetDatoInt1(Integer());
     if (!NextField().empty())
-        values.SetDatoInt2(IntDaStringNullZero(field_));
+        values.SetDatoInt2(Integer());
     values.SetLblNome1(NextField());
     values.SetLblMater(NextField());
 }

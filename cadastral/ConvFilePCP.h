@@ -41,8 +41,15 @@ private:
     void SeparaColoreTpLinea();
     bool SeparaCampiFinaliRiga7(int vertexCount);
 
+    void EndAtLongRecord();
+    void TellFirstLine(std::string_view text);
+    void TellLinesBehindFirst();
+    void TellLine();
+
     const std::string& NextField();
+    double NextNumber();
     double NextReal();
+    short Integer();
     void ReadVertex(char type);
     bool NamesRanOut() const;
     CRig& AddLine(char type);
@@ -50,12 +57,18 @@ private:
     char& RestAt(std::size_t position) { return record_[restBegin_ + position]; }
 
     CCts& document_;
-    bool atEnd_ = false;        ///< the last record was read
-    std::string record_;        ///< the current record
-    std::size_t restBegin_ = 0; ///< where what is left of it begins
-    std::string field_;         ///< the current field
-    char colour_ = 'N';         ///< style of the vertices being read; lasts across records
+    bool atEnd_ = false;                        ///< the last record was read
+    std::array<char, kLongestRecord> buffer_{}; ///< the current record as it lies in the file
+    std::string record_;                        ///< its text
+    std::size_t restBegin_ = 0;                 ///< where what is left of it begins
+    bool endIsRead_ = false;                    ///< its end was read, too: a style or labels
+    std::string field_;                         ///< the current field
+    char colour_ = 'N'; ///< style of the vertices being read; lasts across records
     char lineType_ = 'C';
     std::array<std::string, 3> labels_; ///< behind the vertices of a labelled line
     CCtsRigArray lines_;
+
+    // For who listens.
+    std::string_view untold_;    ///< the lines of the record that were not told yet
+    std::uint64_t lineEnds_ = 0; ///< of the file, as far as it was told
 };

@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstring>
 
 namespace {
@@ -39,6 +40,20 @@ constexpr std::size_t kZenithAngle = 27;
 constexpr std::size_t kHorizontalAngle = 31;
 constexpr std::size_t kTextWidth = 9;
 constexpr std::size_t kHeaderWidth = 10;
+
+constexpr Cause kUnknownRecord = {RemarkKind::Unknown,
+                                  "a record of another type than those that are read is skipped"};
+constexpr Cause kRecordCut = {RemarkKind::Incomplete,
+                              "a last record of fewer than 43 bytes is skipped"};
+constexpr Cause kHeaderUnused = {
+    RemarkKind::NotRead,
+    "the instrument of a header that no job record follows before the next header or the end is "
+    "not read"};
+constexpr Cause kNotFinite = {RemarkKind::NoNumber,
+                              "a height or distance that is no finite number is absent"};
+
+/// How many records are read from one word of progress to the next.
+constexpr std::uint64_t kProgressStep = 1024;
 
 } // namespace
 
@@ -66,20 +81,47 @@ bool CConvFileMTS::Esegui() {
             LeggePunto();
             break;
         default:
+            Skip(kUnknownRecord);
             break;
         }
     }
+    NoteUnusedHeader();
     records_.Close();
     return true;
 }
 
 bool CConvFileMTS::OpenFile() {
-    return records_.Open(*fileName_, preparation_.source);
+    if (!records_.Open(*fileName_, preparation_.source))
+        return false;
+    if (keeper_)
+        keeper_->Opened();
+    return true;
 }
 
 bool CConvFileMTS::LeggeUnaRigaMTS() {
     record_.fill(0);
-    return records_.Read(record_.data(), record_.size()) == record_.size();
+    const std::size_t size = records_.Read(record_.data(), record_.size());
+    return (!keeper_ || TellRecord(size)) && size == record_.size();
+}
+
+/// False where the conversion is cancelled.
+bool CConvFileMTS::TellRecord(std::size_t size) {
+    const std::uint64_t before = keeper_->Line();
+    if (size > 0)
+        keeper_->RecordBegins();
+    if (size < record_.size()) {
+        if (size > 0)
+            Skip(kRecordCut);
+        return keeper_->GoesOn(before * kRecordSize + size);
+    }
+    return before % kProgressStep != 0 || keeper_->GoesOn((before + 1) * kRecordSize);
+}
+
+/// Remarks on a header whose instrument no job got.
+void CConvFileMTS::NoteUnusedHeader() {
+    if (headerLine_ != 0)
+        keeper_->NoteAt(kHeaderUnused, headerLine_);
+    headerLine_ = 0;
 }
 
 /// Reverses two or four bytes in place; any other size is left as it is.
@@ -102,17 +144,27 @@ std::string CConvFileMTS::Text(std::size_t offset, std::size_t width) const {
     return std::string(TrimBoth(field.substr(0, field.find('\0'))));
 }
 
+double CConvFileMTS::Length(std::size_t offset) {
+    const double length = BigEndian<float>(offset);
+    if (!std::isfinite(length))
+        Note(kNotFinite);
+    return length;
+}
+
 void CConvFileMTS::LeggeIntestazione() {
+    NoteUnusedHeader();
     header_ = Text(kName, kHeaderWidth);
+    headerLine_ = header_.empty() ? 0 : LineNumber();
 }
 
 void CConvFileMTS::LeggeJobName() {
+    headerLine_ = 0;
     AggiungeJob(Text(kName, kTextWidth), "", header_, "");
 }
 
 void CConvFileMTS::LeggeStazione() {
-    AggiungeSta(Text(kName, kTextWidth), Text(kCode, kTextWidth), BigEndian<float>(kHeight),
-                kNoValue, kNoValue);
+    AggiungeSta(Text(kName, kTextWidth), Text(kCode, kTextWidth), Length(kHeight), kNoValue,
+                kNoValue);
 }
 
 void CConvFileMTS::LeggePunto() {
@@ -120,7 +172,7 @@ void CConvFileMTS::LeggePunto() {
                     .horizontalAngle =
                         BigEndian<std::int32_t>(kHorizontalAngle) * kGonPerArcSecond};
     if (record_[0] == kObservation)
-        reading.slopeDistance = BigEndian<float>(kSlopeDistance);
-    AggiungePun(Text(kName, kTextWidth), Text(kCode, kTextWidth), "", BigEndian<float>(kHeight),
+        reading.slopeDistance = Length(kSlopeDistance);
+    AggiungePun(Text(kName, kTextWidth), Text(kCode, kTextWidth), "", Length(kHeight),
                 WithoutZeroDistance(reading));
 }

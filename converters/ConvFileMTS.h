@@ -29,11 +29,16 @@ private:
     void LeggeStazione();
     void LeggePunto();
 
+    bool TellRecord(std::size_t size);
+    void NoteUnusedHeader();
     std::string Text(std::size_t offset, std::size_t width) const;
     template <class Number>
     Number BigEndian(std::size_t offset) const;
 
+    double Length(std::size_t offset);
+
     std::array<char, kRecordSize> record_{};
-    std::string header_; ///< the instrument of the jobs that follow
-    InputFile records_;  ///< the file, which is no text
+    std::string header_;           ///< the instrument of the jobs that follow
+    std::uint64_t headerLine_ = 0; ///< of a header that no job has had yet
+    InputFile records_;            ///< the file, which is no text
 };

@@ -45,6 +45,8 @@ private:
     void Inizializza();
 
     void ConvertLine();
+    void CheckLastValue(std::string_view text);
+    void CheckColumns(const ColumnMap& map, std::size_t columns);
     void Store(const ColumnName& column, std::string_view text);
     void UseReducedValues();
 

@@ -78,13 +78,20 @@ bool HasValue(const Record& record, const Tag<Record>& tag) {
     return tag.number && IsPresent(record.*tag.number);
 }
 
-template <class Record>
-void Fill(Record& record, const Tag<Record>& tag, std::string_view value) {
-    if (tag.text)
-        record.*tag.text = value;
-    if (tag.number)
-        record.*tag.number = DoubleDaString(value);
-    record.pending = true;
+constexpr Cause kNoTag = {RemarkKind::Unknown, "a line without a tag is skipped"};
+constexpr Cause kUnknownTag = {RemarkKind::Unknown,
+                               "a line with another tag than those that are read is skipped"};
+constexpr Cause kNoTerminator = {
+    RemarkKind::Incomplete,
+    "a value without its terminator: its last character is taken for one and is not read"};
+constexpr Cause kJobUnused = {RemarkKind::NotRead,
+                              "the name of a job (STL) that no station follows is not read"};
+
+/// True where a value ends in what may belong to it, not in a terminator.
+bool LacksTerminator(std::string_view value) {
+    const char last = value.empty() ? ';' : value.back();
+    const bool isLetter = UpperAscii(last) >= 'A' && UpperAscii(last) <= 'Z';
+    return isLetter || (last >= '0' && last <= '9') || static_cast<unsigned char>(last) >= 0x80;
 }
 
 } // namespace
@@ -98,22 +105,26 @@ CConvFilePentaxR100::~CConvFilePentaxR100() {
     Finish([this] {
         ConversioneSta();
         ConversionePun();
+        NoteUnusedJob();
     });
 }
 
 void CConvFilePentaxR100::ProcessaRiga() {
     const std::size_t colon = line_.find(':');
     if (colon == std::string_view::npos || colon < kTagLength)
-        return;
+        return Skip(kNoTag);
     const std::string_view tag = line_.substr(colon - kTagLength, kTagLength);
     // The last character is the terminator, whatever it is.
-    const std::string_view value = TrimBoth(DropLast(line_.substr(colon + 1)));
+    const std::string_view ended = line_.substr(colon + 1);
+    const std::string_view value = TrimBoth(DropLast(ended));
 
     if (tag == kJobTag) {
         ConversionePun();
         ConversioneSta();
+        NoteUnusedJob();
         jobName_ = value;
         jobPending_ = true;
+        jobLine_ = LineNumber();
     } else if (const auto* const stationTag = FindTag(kStationTags, tag)) {
         ConversionePun();
         ConversioneLav();
@@ -125,16 +136,41 @@ void CConvFilePentaxR100::ProcessaRiga() {
         if (HasValue(point_, *pointTag))
             ConversionePun();
         Fill(point_, *pointTag, value);
+    } else {
+        return Skip(kUnknownTag);
     }
+    if (IsHeard() && LacksTerminator(ended))
+        Note(kNoTerminator);
+}
+
+template <class Record, class Tag>
+void CConvFilePentaxR100::Fill(Record& record, const Tag& tag, std::string_view value) {
+    if (tag.text)
+        record.*tag.text = value;
+    if (tag.number)
+        record.*tag.number = ReadNumber(value);
+    if (!record.pending)
+        record.line = LineNumber();
+    record.pending = true;
+}
+
+/// Remarks on a job's name that came to nothing.
+void CConvFilePentaxR100::NoteUnusedJob() {
+    if (keeper_ && jobPending_)
+        keeper_->NoteAt(kJobUnused, jobLine_);
 }
 
 void CConvFilePentaxR100::ConversioneLav() {
     if (!jobPending_)
         return;
-    if (firstJob_)
+    const AtLine atJob(*this, jobLine_);
+    if (firstJob_) {
         SetNomeAtJob(jobName_);
-    else
+        if (CJob* const job = CurrentJob())
+            Tell(job);
+    } else {
         AggiungeJob(jobName_, "", "", "");
+    }
     firstJob_ = false;
     AzzeramentoLav();
 }
@@ -142,6 +178,7 @@ void CConvFilePentaxR100::ConversioneLav() {
 void CConvFilePentaxR100::ConversioneSta() {
     if (!station_.pending)
         return;
+    const AtLine atStation(*this, station_.line);
     AggiungeSta(station_.name, station_.code, station_.instrumentHeight, station_.temperature,
                 station_.pressure);
     AzzeramentoSta();
@@ -150,6 +187,7 @@ void CConvFilePentaxR100::ConversioneSta() {
 void CConvFilePentaxR100::ConversionePun() {
     if (!point_.pending)
         return;
+    const AtLine atPoint(*this, point_.line);
     AggiungePun(
         point_.name, point_.code, "", point_.targetHeight,
         WithoutZeroDistance({point_.slopeDistance, point_.zenithAngle, point_.horizontalAngle}));

@@ -4,6 +4,7 @@
 #include "framework/Export.h"
 #include "host/NoValue.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,7 @@ public:
         double instrumentHeight = kNoValue;
         double temperature = kNoValue;
         double pressure = kNoValue;
+        std::uint64_t line = 0; ///< that it begins on
         bool pending = false;
     };
 
@@ -32,6 +34,7 @@ public:
         double horizontalAngle = kNoValue;
         double zenithAngle = kNoValue;
         double slopeDistance = kNoValue;
+        std::uint64_t line = 0; ///< that it begins on
         bool pending = false;
     };
 
@@ -47,7 +50,12 @@ private:
     void AzzeramentoSta();
     void AzzeramentoPun();
 
+    template <class Record, class Tag>
+    void Fill(Record& record, const Tag& tag, std::string_view value);
+    void NoteUnusedJob();
+
     std::string jobName_;
+    std::uint64_t jobLine_ = 0; ///< that named it
     bool jobPending_ = false;
     bool firstJob_ = true; ///< the first job names the one that is there
     Station station_;

@@ -62,23 +62,27 @@ std::string_view TakeLastField(std::string_view& text) {
     return field;
 }
 
-/// A number. A decimal comma counts, too: some columns are texts, and engines may write numbers as
-/// their users do.
-double Number(std::string_view field) {
-    if (field.find(',') == std::string_view::npos)
-        return NumberForBook(field);
-    std::string pointed(field);
-    std::ranges::replace(pointed, ',', '.');
-    return NumberForBook(pointed);
-}
-
 int Integer(std::string_view field) {
     return static_cast<int>(LongDaStringNullZero(field));
 }
 
-double TakeNumber(std::string_view& text) {
-    return Number(TakeField(text));
-}
+constexpr Cause kNoObservation = {
+    RemarkKind::NotRead,
+    "a shot whose raw measurement is of kind 20 is no observation: it is not in the book"};
+constexpr Cause kHidden = {RemarkKind::NotRead,
+                           "a shot behind one of kind 21 is hidden by that: it is not in the book"};
+constexpr Cause kNoOffset = {
+    RemarkKind::NoMeasurement,
+    "an offset shot without a reference, or whose reference has no distance, is a point without "
+    "distance and angles"};
+constexpr Cause kNoStationPoint = {
+    RemarkKind::Incomplete,
+    "a set-up whose point is not found: its name is empty, its coordinates are 0"};
+constexpr Cause kNoTarget = {
+    RemarkKind::Incomplete,
+    "a shot whose target is not found: its name is empty, its coordinates are 0"};
+constexpr Cause kKeyNoNumber = {RemarkKind::Database,
+                                "a key that is no whole number: what it leads to is not found"};
 
 /// A code without its fillers: "~" goes, "&" is a space.
 std::string CleanCode(std::string code) {
@@ -128,6 +132,8 @@ bool CConvFileTLSV::ImportJob() {
     std::string name = NameOfFile(databasePath_);
     name.erase(std::min(name.size(), name.rfind('.')));
     CJob* const job = fieldBook_.AddJob(true);
+    const AtLine none(*this, 0);
+    Tell(job);
     if (job)
         job->SetNome(name);
     if (!database_.Connect(databasePath_.c_str(), false)) {
@@ -139,30 +145,109 @@ bool CConvFileTLSV::ImportJob() {
         SetJobTexts(*job);
     CreaStaz();
     CreaPun();
+    if (cancelled_)
+        return false;
     CreaPunOri();
     drawing_.Notify(1, 1, nullptr);
+    if (keeper_)
+        NoteEmpty();
     return true;
+}
+
+/// A number. A decimal comma counts, too: some columns are texts, and engines may write numbers as
+/// their users do.
+double CConvFileTLSV::Number(std::string_view field) {
+    if (field.find(',') == std::string_view::npos)
+        return FiniteOrNoValue(ReadNumber(field));
+    std::string pointed(field);
+    std::ranges::replace(pointed, ',', '.');
+    return FiniteOrNoValue(ReadNumber(pointed));
+}
+
+double CConvFileTLSV::TakeNumber(std::string_view& text) {
+    return Number(TakeField(text));
+}
+
+std::string CConvFileTLSV::ReadFirst(std::string_view tables, std::string_view head,
+                                     std::string_view key, int fields) {
+    std::string row = database_.ReadFirst(head, key, fields);
+    if (keeper_ && database_.WasAtFault())
+        NoteFault(tables, head, key);
+    return row;
+}
+
+bool CConvFileTLSV::ReadRows(std::string_view tables, std::string_view head, std::string_view key,
+                             int fields, std::vector<std::string>& rows) {
+    const bool any = database_.ReadRows(head, key, fields, rows);
+    if (keeper_ && database_.WasAtFault())
+        NoteFault(tables, head, key);
+    return any;
+}
+
+/// A query that the database cannot answer: it lacks what is asked of it, unless the key is at
+/// fault. An empty one leads nowhere, as it should. Each table is remarked on once.
+void CConvFileTLSV::NoteFault(std::string_view tables, std::string_view head,
+                              std::string_view key) {
+    if (head.ends_with('=') && key.empty())
+        return;
+    if (key.find_first_not_of("-0123456789") != std::string_view::npos)
+        return keeper_->NoteAt(kKeyNoNumber, 0);
+    if (std::ranges::find(missingTables_, tables) != missingTables_.end())
+        return;
+    missingTables_.push_back(tables);
+    keeper_->NoteText(RemarkKind::Database,
+                      "table " + std::string(tables) +
+                          " is missing, or a column that is read of it, or one is of another type: "
+                          "it counts as empty",
+                      0);
+}
+
+void CConvFileTLSV::TellRow() {
+    ++rowsRead_;
+    if (keeper_)
+        keeper_->RowBegins();
+}
+
+/// False where the import is cancelled.
+bool CConvFileTLSV::GoesOn() {
+    cancelled_ = cancelled_ || (keeper_ && !keeper_->GoesOn(rowsRead_));
+    return !cancelled_;
+}
+
+/// An import without a shot is none.
+void CConvFileTLSV::NoteEmpty() {
+    for (std::string& oddity : database_.Oddities())
+        keeper_->NoteText(RemarkKind::Database, std::move(oddity), 0);
+    if (hasShot_)
+        return;
+    const std::size_t setUps = occupationKeys_.size();
+    keeper_->NoteText(RemarkKind::Empty,
+                      "there is no shot in the database: it has " + std::to_string(setUps) +
+                          (setUps == 1 ? " set-up" : " set-ups"),
+                      0);
 }
 
 void CConvFileTLSV::SetJobTexts(CJob& job) {
     using namespace std::chrono;
-    const int start =
-        Integer(database_.ReadFirst("SELECT StartSecondsFrom1970 FROM tblCrdObsSession", "", 1));
+    const int start = Integer(
+        ReadFirst("tblCrdObsSession", "SELECT StartSecondsFrom1970 FROM tblCrdObsSession", "", 1));
     const year_month_day date(floor<days>(sys_seconds(seconds(start))));
     char text[32];
     tsk_sprintf(text, "%u/%u/%d", static_cast<unsigned>(date.day()),
                 static_cast<unsigned>(date.month()), static_cast<int>(date.year()));
     job.SetData(text);
 
-    const std::string instrument = database_.ReadFirst("SELECT TextId FROM tblObsEquipment", "", 1);
+    const std::string instrument =
+        ReadFirst("tblObsEquipment", "SELECT TextId FROM tblObsEquipment", "", 1);
     job.SetStrum(instrument.substr(0, instrument.find(kFieldEnd)));
 }
 
 std::string CConvFileTLSV::ReadCode(std::string_view pointKey) {
-    const std::string answer = database_.ReadFirst(
-        "SELECT tblCodeDefs.nameCode FROM tblCodeDefs, tblCodesToPts WHERE "
-        "tblCodeDefs.keyCodeDef=tblCodesToPts.fkeyCodeDef AND tblCodesToPts.fkeyPoint=",
-        pointKey, 1);
+    const std::string answer =
+        ReadFirst("tblCodeDefs or tblCodesToPts",
+                  "SELECT tblCodeDefs.nameCode FROM tblCodeDefs, tblCodesToPts WHERE "
+                  "tblCodeDefs.keyCodeDef=tblCodesToPts.fkeyCodeDef AND tblCodesToPts.fkeyPoint=",
+                  pointKey, 1);
     std::string_view rest = answer;
     return std::string(TakeField(rest));
 }
@@ -171,10 +256,14 @@ std::string CConvFileTLSV::ReadCode(std::string_view pointKey) {
 /// stations go on belonging together.
 void CConvFileTLSV::CreaStaz() {
     rows_.clear();
-    if (!database_.ReadRows("SELECT * FROM tblTsOccups", "", 3, rows_))
+    if (!ReadRows("tblTsOccups", "SELECT * FROM tblTsOccups", "", 3, rows_))
         return;
     for (const std::string& row : rows_) {
+        if (!GoesOn())
+            return;
+        TellRow();
         CSta* const station = fieldBook_.AddSta(newJob_, true);
+        Tell(station);
         if (!station)
             continue;
         std::string_view rest = row;
@@ -182,8 +271,11 @@ void CConvFileTLSV::CreaStaz() {
         const std::string_view pointKey = TakeField(rest);
         const double instrumentHeight = TakeNumber(rest);
         const std::string code = ReadCode(pointKey);
-        const std::string point = database_.ReadFirst(
-            "SELECT Name, C1, C2, C3 FROM tblSoPoints WHERE keySoPoint=", pointKey, 4);
+        const std::string point =
+            ReadFirst("tblSoPoints",
+                      "SELECT Name, C1, C2, C3 FROM tblSoPoints WHERE keySoPoint=", pointKey, 4);
+        if (point.empty())
+            Note(kNoStationPoint);
         std::string_view pointRest = point;
         station->SetNome(std::string(TakeField(pointRest)));
         station->SetIden(code);
@@ -199,7 +291,7 @@ void CConvFileTLSV::CreaStaz() {
 }
 
 void CConvFileTLSV::CreaPun() {
-    for (int station = 0; station < fieldBook_.GetStaArSize(newJob_); ++station)
+    for (int station = 0; station < fieldBook_.GetStaArSize(newJob_) && GoesOn(); ++station)
         CreaPunDiSta(station);
 }
 
@@ -208,16 +300,21 @@ void CConvFileTLSV::CreaPunDiSta(int station) {
     const auto index = static_cast<std::size_t>(station);
     rows_.clear();
     if (index >= occupationKeys_.size() ||
-        !database_.ReadRows("SELECT keyTsShot, fkeyTargetStation, HAngle, VAngle, SDistance, "
-                            "TargetAntHeight, aFlag, fkeyCrdRawMeas FROM tblTsShots WHERE "
-                            "fkeyTsOccupations=",
-                            occupationKeys_[index], 8, rows_))
+        !ReadRows("tblTsShots",
+                  "SELECT keyTsShot, fkeyTargetStation, HAngle, VAngle, SDistance, "
+                  "TargetAntHeight, aFlag, fkeyCrdRawMeas FROM tblTsShots WHERE "
+                  "fkeyTsOccupations=",
+                  occupationKeys_[index], 8, rows_))
         return;
     CPun* reference = nullptr;
     for (std::size_t i = 0; i < rows_.size(); ++i) {
         std::string kind;
-        if (CreaPunto(station, rows_[i], reference, kind) && kind == kHidesTheNext)
-            ++i;
+        if (!CreaPunto(station, rows_[i], reference, kind) || kind != kHidesTheNext)
+            continue;
+        if (++i < rows_.size()) {
+            TellRow();
+            Skip(kHidden);
+        }
     }
 }
 
@@ -225,18 +322,26 @@ void CConvFileTLSV::CreaPunDiSta(int station) {
 bool CConvFileTLSV::CreaPunto(int station, std::string_view row, CPun*& reference,
                               std::string& kind) {
     CPun* const observation = fieldBook_.AddPun(newJob_, station, true);
-    if (!observation)
+    if (!observation) {
+        TellRow();
+        Tell(observation);
         return false;
+    }
     std::string_view line = DropLast(row);
     SetPunFoto(*observation, line);
-    const std::string measurement = database_.ReadFirst(
+    TellRow();
+    const std::string measurement = ReadFirst(
+        "tblCrdRawMeas",
         "SELECT MeasExtraType FROM tblCrdRawMeas WHERE keyCrdRawMeas=", TakeLastField(line), 1);
     std::string_view measurementRest = measurement;
     kind = TakeField(measurementRest);
     if (kind == kNotAnObservation) {
         fieldBook_.DelPunAt(observation);
+        Skip(kNoObservation);
         return false;
     }
+    Tell(observation);
+    hasShot_ = true;
     const int flags = Integer(TakeLastField(line));
     const bool isOffset = (flags & kOffsetMask) == kOffsetMask;
     if ((flags & kReferenceMask) == kReference)
@@ -249,7 +354,7 @@ bool CConvFileTLSV::CreaPunto(int station, std::string_view row, CPun*& referenc
     const double targetHeight = TakeNumber(line);
 
     const std::string notes =
-        database_.ReadFirst("SELECT Notes FROM tblStations WHERE fkeySoPoint=", target.key, 1);
+        ReadFirst("tblStations", "SELECT Notes FROM tblStations WHERE fkeySoPoint=", target.key, 1);
     std::string_view notesRest = notes;
     observation->SetNome(target.name);
     observation->SetCode(CleanCode(ReadCode(target.key)));
@@ -276,16 +381,19 @@ bool CConvFileTLSV::CreaPunto(int station, std::string_view row, CPun*& referenc
 
 /// The point that a shot was aimed at: among the job's points, or only among its stations.
 CConvFileTLSV::Target CConvFileTLSV::ReadTarget(std::string_view targetKey) {
-    std::string answer = database_.ReadFirst(
-        "SELECT keySoPoint, Name, C1, C2, C3, StationType FROM tblSoPoints WHERE "
-        "fkeyStationDef=",
-        targetKey, 6);
+    std::string answer =
+        ReadFirst("tblSoPoints",
+                  "SELECT keySoPoint, Name, C1, C2, C3, StationType FROM tblSoPoints WHERE "
+                  "fkeyStationDef=",
+                  targetKey, 6);
     if (answer.empty()) {
-        answer = database_.ReadFirst(
-            "SELECT fkeySoPoint, Name, C1, C2, C3, StationType FROM tblStations "
-            "WHERE keyStation=",
-            targetKey, 6);
+        answer = ReadFirst("tblStations",
+                           "SELECT fkeySoPoint, Name, C1, C2, C3, StationType FROM tblStations "
+                           "WHERE keyStation=",
+                           targetKey, 6);
     }
+    if (answer.empty())
+        Note(kNoTarget);
     std::string_view rest = answer;
     Target target;
     target.key = TakeField(rest);
@@ -301,11 +409,13 @@ CConvFileTLSV::Target CConvFileTLSV::ReadTarget(std::string_view targetKey) {
 void CConvFileTLSV::SetPunFoto(CPun& observation, std::string_view& line) {
     const std::string_view shotKey = TakeField(line);
     std::vector<std::string> images;
-    if (!database_.ReadRows("SELECT ImageFileName, ImageType FROM tblCrdImageData WHERE fkeyShot=",
-                            shotKey, 2, images))
+    if (!ReadRows("tblCrdImageData",
+                  "SELECT ImageFileName, ImageType FROM tblCrdImageData WHERE fkeyShot=", shotKey,
+                  2, images))
         return;
     const std::string folder = PhotoFolder();
     for (const std::string& image : images) {
+        TellRow();
         std::string_view rest = image;
         const std::string path = folder + std::string(TakeField(rest));
         observation.SetNomeFoto(path, TakeField(rest) == kPhotoOfFirstKind ? 1 : 2);
@@ -333,6 +443,8 @@ void CConvFileTLSV::CalcOffSet(CPun* reference, const std::string& name, double 
         fieldBook_.GetPunAt(newJob_, station, fieldBook_.GetPunArSize(newJob_, station) - 1);
     if (target)
         target->SetNome(name);
+    if (!reference || !IsPresent(reference->GetDiIn()))
+        Note(kNoOffset);
     if (!reference)
         return;
     if (target && IsPresent(reference->GetDiIn())) {
@@ -346,12 +458,15 @@ void CConvFileTLSV::CalcOffSet(CPun* reference, const std::string& name, double 
 
 void CConvFileTLSV::CreaPunOri() {
     rows_.clear();
-    if (!database_.ReadRows("SELECT Name, C1, C2, C3 FROM tblSoPoints WHERE StationType=1 OR "
-                            "StationType=16",
-                            "", 4, rows_))
+    if (!ReadRows("tblSoPoints",
+                  "SELECT Name, C1, C2, C3 FROM tblSoPoints WHERE StationType=1 OR "
+                  "StationType=16",
+                  "", 4, rows_))
         return;
     for (const std::string& row : rows_) {
+        TellRow();
         COri* const point = fieldBook_.AddOri(true);
+        Tell(point);
         if (!point)
             continue;
         std::string_view rest = row;

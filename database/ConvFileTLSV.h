@@ -4,6 +4,7 @@
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,6 +45,19 @@ private:
     void CalcOffSet(CPun* reference, const std::string& name, double along, double lateral,
                     double vertical, int station);
 
+    /// As those of the query helper; what is not there is remarked on. `tables` names those that are
+    /// asked.
+    std::string ReadFirst(std::string_view tables, std::string_view head, std::string_view key,
+                          int fields);
+    bool ReadRows(std::string_view tables, std::string_view head, std::string_view key, int fields,
+                  std::vector<std::string>& rows);
+    void NoteFault(std::string_view tables, std::string_view head, std::string_view key);
+    void TellRow();
+    bool GoesOn();
+    void NoteEmpty();
+    double Number(std::string_view field);
+    double TakeNumber(std::string_view& text);
+
     bool ImportJob();
     void SetJobTexts(CJob& job);
     void CreaPunDiSta(int station);
@@ -59,4 +73,10 @@ private:
     CDBDataProviderLcm database_;
     std::vector<std::string> rows_;
     std::vector<std::string> occupationKeys_; ///< of the stations, in their order
+
+    // For who listens.
+    std::uint64_t rowsRead_ = 0;
+    bool hasShot_ = false;
+    bool cancelled_ = false;
+    std::vector<std::string_view> missingTables_; ///< that were remarked on
 };

@@ -165,6 +165,14 @@ void CDBDataProviderLcm::RefillWork() {
         connection_->RefillWork();
 }
 
+bool CDBDataProviderLcm::WasAtFault() const {
+    return recordset_ && recordset_->WasAtFault();
+}
+
+std::vector<std::string> CDBDataProviderLcm::Oddities() const {
+    return connection_ ? connection_->Oddities() : std::vector<std::string>();
+}
+
 std::string CDBDataProviderLcm::Problem() const {
     const std::string problem = connection_ ? connection_->Problem() : std::string();
     return problem.empty() ? "databases cannot be read: their driver does not start" : problem;

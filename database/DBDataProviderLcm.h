@@ -58,8 +58,13 @@ public:
     std::string ReadFirst(std::string_view head, std::string_view tail, std::int32_t fieldCount);
     bool ReadRows(std::string_view head, std::string_view tail, std::int32_t fieldCount,
                   std::vector<std::string>& out);
+    /// True where the last query was one that the database cannot answer: it is none, or asks for a
+    /// table or column that is not there or of another type.
+    bool WasAtFault() const;
     /// Why Connect gave false, for people.
     std::string Problem() const;
+    /// What is not as it should be in the database, and yet does no harm, for people.
+    std::vector<std::string> Oddities() const;
 
 private:
     bool OpenConnection(const std::string& path);

@@ -4,6 +4,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 /// What differs by platform behind the query helper: how a database is opened, and how a SELECT is
 /// run on it. One engine is linked in: ADO on Windows, elsewhere one that reads the file itself, or
@@ -44,6 +45,8 @@ public:
     virtual Status Probe(const std::string& path) = 0;
     /// Why the first try failed, for people.
     const std::string& Problem() const { return problem_; }
+    /// What is not as it should be, and yet does no harm, for people: where the engine knows it.
+    const std::vector<std::string>& Oddities() const { return oddities_; }
     virtual Status Close() = 0;
     /// Opens the file for use. Raises an error where it fails.
     virtual void Open(const std::string& path) = 0;
@@ -53,6 +56,7 @@ public:
 
 protected:
     std::string problem_;
+    std::vector<std::string> oddities_;
 };
 
 /// How many rows of an answer are wanted.
@@ -81,6 +85,12 @@ public:
     /// for a field that the answer does not have. A negative status, and nothing appended, where
     /// the field has no text: NULL, or a type that has none.
     virtual Status AppendField(std::int32_t field, std::string& line) = 0;
+
+    /// True where the last statement was at fault, as far as it was carried out.
+    bool WasAtFault() const { return atFault_; }
+
+protected:
+    bool atFault_ = false;
 };
 
 /// Prepares the calling thread; negative where that fails. Each call is paired with one of

@@ -198,6 +198,8 @@ void AccountKeeper::NoteEmpty() {
     found += counted(lines_, "line", "lines") + ", " + std::to_string(skippedLines_) + " skipped";
     if (jobs_ > 0)
         found += ", and " + counted(jobs_, "job", "jobs");
+    if (orientationPoints_ > 0)
+        found += ", and " + counted(orientationPoints_, "orientation point", "orientation points");
     NoteText(RemarkKind::Empty, std::move(found), 0);
 }
 
@@ -221,6 +223,7 @@ void AccountKeeper::Written(CPun& point) {
 }
 
 void AccountKeeper::Written(COri& point) {
+    ++orientationPoints_;
     if (listener_)
         listener_->OrientationPointWritten(point, RecordLine());
 }

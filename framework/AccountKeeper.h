@@ -38,10 +38,16 @@ public:
 
     /// The file could be opened.
     void Opened() { opened_ = true; }
-    /// A record of a file without lines, or a row: the next one. `count` of them at once.
+    /// The next record of a file without lines.
     void RecordBegins();
+    /// The next row of a database; rows have no number.
+    void RowBegins() { PieceBegins({.text = "row"}); }
     /// The lines from the current one to `last` go on with what the current one is.
     void GoesOnTo(std::uint64_t last);
+
+    /// The current line stands for an earlier one, which is read again: what is told until the next
+    /// line is told of that one.
+    void Repeats(std::uint64_t line) { line_ = line; }
 
     /// Remarks on the current line.
     void Note(const Cause& cause) { NoteAt(cause, line_); }
@@ -124,6 +130,7 @@ private:
     std::uint64_t jobs_ = 0;
     const CJob* lastJob_ = nullptr; ///< a job that is told again is still one
     std::uint64_t records_ = 0; ///< stations, points, and lines of the document
+    std::uint64_t orientationPoints_ = 0;
     std::uint64_t documentLines_ = 0;
 
     std::vector<Tally> tallies_;

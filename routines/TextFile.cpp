@@ -56,6 +56,8 @@ void TextFile::Close() {
     sawNul_ = isCovered_ = false;
     bytesRead_ = number_ = bytesBehind_ = 0;
     inLine_ = isLong_ = sawCr_ = losesText_ = false;
+    charLine_ = {};
+    nextChar_ = 0;
 }
 
 bool TextFile::Next(std::string_view& line, LastCharacter last) {
@@ -128,6 +130,18 @@ bool TextFile::NextComplete(std::string_view& line) {
     return true;
 }
 
+int TextFile::ReadCompleteChar() {
+    if (nextChar_ == charLine_.size()) {
+        nextChar_ = 0;
+        charLine_ = {};
+        if (!NextComplete(charLine_)) {
+            TellEnd();
+            return kEnd;
+        }
+    }
+    return static_cast<unsigned char>(charLine_[nextChar_++]);
+}
+
 /// The length of the next line, and of it with its line end; false where more must be read to tell.
 bool TextFile::FindLineEnd(std::size_t& length, std::size_t& taken) {
     char* const text = block_.get() + position_;
@@ -196,12 +210,14 @@ void TextFile::EndHere() {
     if (watch_) {
         const std::string_view rest(block_.get() + position_, end_ - position_);
         losesText_ = losesText_ || HoldsText(rest);
-        bytesBehind_ += rest.size();
+        bytesBehind_ += rest.size() + charLine_.size() - nextChar_;
         if (!atEnd_)
             LookBehindEnd({});
     }
     atEnd_ = true;
     position_ = end_;
+    charLine_ = {};
+    nextChar_ = 0;
 }
 
 /// Takes what lies behind the end of reading, of which these are the first bytes, into account.

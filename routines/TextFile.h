@@ -74,9 +74,11 @@ public:
         return true;
     }
 
-    /// The next character as an unsigned char, or kEnd. For files whose records are no lines; who
-    /// watches is told nothing of the lines, and asks for their numbers.
+    /// The next character as an unsigned char, or kEnd; by the complete rules every line end is an
+    /// LF. For files whose records are no lines; who watches is told nothing of the lines.
     int ReadChar() {
+        if (rules_ == LineRules::Complete)
+            return ReadCompleteChar();
         if (end_ - position_ < 2)
             Fill();
         if (position_ == end_) {
@@ -90,7 +92,9 @@ public:
     }
     /// Steps back over the character that the last ReadChar gave. (It must have given one.)
     void StepBack() {
-        if (position_ > 0)
+        if (rules_ == LineRules::Complete)
+            --nextChar_;
+        else if (position_ > 0)
             --position_;
     }
 
@@ -101,6 +105,7 @@ private:
     bool Next(std::string_view& line, LastCharacter last);
     bool NextClassic(std::string_view& line);
     bool NextComplete(std::string_view& line);
+    int ReadCompleteChar();
     bool FindLineEnd(std::size_t& length, std::size_t& taken);
     void Tell(std::string_view line, bool isEnded, LastCharacter last);
     void TellEnd();
@@ -121,6 +126,8 @@ private:
     std::size_t searched_ = 0; ///< no LF lies before it, from the next byte on
     char covered_ = '\0';      ///< the byte that the line end of a piece stands on
     bool isCovered_ = false;
+    std::string_view charLine_; ///< the line whose characters are given one by one
+    std::size_t nextChar_ = 0;
 
     // For who watches.
     LineWatch* watch_ = nullptr;

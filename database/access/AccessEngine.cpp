@@ -66,7 +66,8 @@ void RequireColumns(const AccessTable& table) {
 }
 
 /// Copies a table. Raises an error where it is damaged.
-void LoadTable(AccessFile& file, const AccessFile::Listed& listed, SqlDatabase& database) {
+void LoadTable(AccessFile& file, const AccessFile::Listed& listed, SqlDatabase& database,
+               std::vector<std::string>& oddities) {
     AccessTable table;
     file.Define(listed, table);
     RequireColumns(table);
@@ -82,17 +83,24 @@ void LoadTable(AccessFile& file, const AccessFile::Listed& listed, SqlDatabase& 
     }
     database.BeginTable(table.name, columns, table.primaryKey);
     RowConverter converter(file, table);
+    std::size_t rows = 0;
     file.ReadRows(table, [&](const std::vector<AccessValue>& row) {
         converter.Convert(row);
         database.InsertRow(converter.Values());
+        ++rows;
     });
     database.EndTable();
+    if (rows != table.rowCount && JobTableNamed(table.name))
+        oddities.push_back("table " + table.name + " says that it has " +
+                           std::to_string(table.rowCount) + " rows, and has " +
+                           std::to_string(rows) + ": those are read");
 }
 
 /// Copies the tables of a file. Raises an error where it is no database, or one that must not be
 /// used: with one of the job's own tables damaged the job would come in part and look whole.
 /// Another table that is damaged is not there.
-std::shared_ptr<SqlDatabase> LoadDatabase(const std::string& path) {
+std::shared_ptr<SqlDatabase> LoadDatabase(const std::string& path,
+                                          std::vector<std::string>& oddities) {
     AccessFile file;
     std::vector<AccessFile::Listed> tables;
     file.Open(path);
@@ -100,7 +108,7 @@ std::shared_ptr<SqlDatabase> LoadDatabase(const std::string& path) {
     auto database = std::make_shared<SqlDatabase>();
     for (const AccessFile::Listed& listed : tables) {
         try {
-            LoadTable(file, listed, *database);
+            LoadTable(file, listed, *database, oddities);
         } catch (const EngineError& error) {
             if (JobTableNamed(listed.name))
                 throw EngineError(About(listed.name, error.what()));
@@ -116,8 +124,9 @@ class AccessConnection final : public Connection {
 public:
     Status Probe(const std::string& path) override {
         database_.reset();
+        oddities_.clear();
         try {
-            database_ = LoadDatabase(path);
+            database_ = LoadDatabase(path, oddities_);
             return kOk;
         } catch (const EngineError& error) {
             problem_ = error.what();
@@ -145,7 +154,8 @@ public:
     void Close() override { query_.Close(); }
     bool Open(const std::string& sql, Connection& connection) override {
         const auto& database = static_cast<AccessConnection&>(connection).Database();
-        return database && query_.Open(sql, database);
+        atFault_ = !database || !query_.Open(sql, database);
+        return !atFault_;
     }
     bool Open(const wchar_t* sql, Connection& connection) override {
         std::string bytes;

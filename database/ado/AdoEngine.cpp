@@ -174,7 +174,8 @@ private:
     /// there is no row.
     bool Found(HRESULT status) {
         status_ = status;
-        if (status != kNoRow && !IsFaultOfStatement(status))
+        atFault_ = IsFaultOfStatement(status);
+        if (status != kNoRow && !atFault_)
             RaiseFailure(status);
         return SUCCEEDED(status);
     }

@@ -2,6 +2,7 @@
 
 #include "app/Display.h"
 #include "app/Platform.h"
+#include "host/ConvListener.h"
 #include "memory/LineNumbers.h"
 #include "memory/PointLibrary.h"
 #include "routines/CodePage.h"
@@ -11,6 +12,8 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <memory>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -25,7 +28,7 @@ std::string OpeningProblem(const std::string& path) {
         return "has no name";
     if (std::filesystem::is_directory(PathOf(path), ignored))
         return "is a folder";
-    if (std::FILE* const file = std::fopen(path.c_str(), "rb")) {
+    if (std::FILE* const file = OpenToRead(path)) {
         std::fclose(file);
         return {};
     }
@@ -52,6 +55,44 @@ bool IsOfKind(const std::string& format, FormatKind kind) {
     return known && known->kind == kind;
 }
 
+/// The file as the library finds it: one whose name is beyond the system's code page is opened
+/// here.
+class NamedFile {
+public:
+    NamedFile(const std::string& path, const ByteSource& source) : source_(source) {
+        if (std::optional<std::string> name = SystemName(path)) {
+            name_ = std::move(*name);
+            return;
+        }
+        name_ = Windows1252FromUtf8(path);
+        if (source.bytes || source.stream)
+            return;
+        file_.reset(OpenToRead(path));
+        source_.stream = file_.get();
+    }
+    const std::string& Name() const { return name_; }
+    const ByteSource& Source() const { return source_; }
+
+private:
+    struct CloseFile {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+    std::string name_;
+    ByteSource source_;
+    std::unique_ptr<std::FILE, CloseFile> file_;
+};
+
+/// Where it was not converted and no format was taken, what was tried is all there is.
+bool FitsNone(const ConversionReport& report) {
+    return !report.converted && report.format.empty() && !report.shortOfMemory &&
+           !report.problem.empty();
+}
+
+/// Wants no more than to know the format.
+class NoMore final : public CConvListener {
+    bool Progress(std::uint64_t) override { return false; }
+};
+
 } // namespace
 
 void Convert(const Route& route, const std::string& path, Conversion& result,
@@ -63,9 +104,10 @@ void Convert(const Route& route, const std::string& path, Conversion& result,
         memory::PointLibrary pointLibrary(result.notifications);
         memory::DrawingEngine drawing(result.notifications);
         memory::LineNumbers lineNumbers(result.document);
+        const NamedFile file(path, source);
         result.converted =
-            ConvertFile({.file = path,
-                         .source = source,
+            ConvertFile({.file = file.Name(),
+                         .source = file.Source(),
                          .format = route.format,
                          .fieldBook = &result.fieldBook,
                          .cadastralDocument = &result.document,
@@ -83,8 +125,25 @@ void Convert(const Route& route, const std::string& path, Conversion& result,
     const bool isFile = !source.bytes && !source.stream;
     if (!result.converted)
         result.problem = ProblemOf(route, path, report, isFile);
+    result.fitsNone = FitsNone(report);
     result.foundByContent = report.foundByContent;
     result.account = std::move(report.account);
+}
+
+bool FitsNoFormat(const std::string& path, bool complete) {
+    const NamedFile file(path, {});
+    memory::FieldBook fieldBook;
+    NoMore listener;
+    ConversionReport report;
+    ConvertFile({.file = file.Name(),
+                 .source = file.Source(),
+                 .format = {},
+                 .fieldBook = &fieldBook,
+                 .listener = &listener,
+                 .rules = complete ? ReadingRules::Complete() : ReadingRules{}},
+                report);
+    memory::TakeMessages();
+    return FitsNone(report);
 }
 
 std::string BareName(const std::string& path) {

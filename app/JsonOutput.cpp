@@ -340,11 +340,14 @@ private:
 
 } // namespace
 
-void JsonOutput::Add(const Conversion& conversion) {
+void JsonOutput::Separate() {
     if (array_)
-        sink_.Write(first_ ? "[\n" : ",\n");
+        Out().Write(first_ ? "[\n" : ",\n");
     first_ = false;
-    EscapingSink escaping(sink_);
+}
+
+void JsonOutput::Write(const Conversion& conversion) {
+    EscapingSink escaping(Out());
     rapidjson::PrettyWriter<EscapingSink> writer(escaping);
     writer.SetIndent(' ', 2);
     JsonObject(writer, parts_).Write(conversion);
@@ -352,16 +355,16 @@ void JsonOutput::Add(const Conversion& conversion) {
 
 void JsonOutput::End() {
     if (array_)
-        sink_.Write(first_ ? "[]" : "\n]");
-    sink_.Write("\n");
+        Out().Write(first_ ? "[]" : "\n]");
+    Out().Write("\n");
 }
 
-void JsonLinesOutput::Add(const Conversion& conversion) {
-    EscapingSink escaping(sink_);
+void JsonLinesOutput::Write(const Conversion& conversion) {
+    EscapingSink escaping(Out());
     rapidjson::Writer<EscapingSink> writer(escaping);
     JsonObject(writer, JsonParts::All).Write(conversion);
-    sink_.Write("\n");
-    sink_.Flush();
+    Out().Write("\n");
+    Out().Flush();
 }
 
 } // namespace convfile::app

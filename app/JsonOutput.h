@@ -12,13 +12,14 @@ enum class JsonParts { All, FieldBook };
 class JsonOutput final : public Output {
 public:
     JsonOutput(Sink& sink, std::size_t files, JsonParts parts = JsonParts::All)
-        : sink_(sink), parts_(parts), array_(files != 1) {}
+        : Output(sink), parts_(parts), array_(files != 1) {}
 
-    void Add(const Conversion& conversion) override;
     void End() override;
 
 private:
-    Sink& sink_;
+    void Separate() override;
+    void Write(const Conversion& conversion) override;
+
     JsonParts parts_;
     bool array_;
     bool first_ = true;
@@ -27,12 +28,10 @@ private:
 /// One compact object a line.
 class JsonLinesOutput final : public Output {
 public:
-    explicit JsonLinesOutput(Sink& sink) : sink_(sink) {}
-
-    void Add(const Conversion& conversion) override;
+    using Output::Output;
 
 private:
-    Sink& sink_;
+    void Write(const Conversion& conversion) override;
 };
 
 } // namespace convfile::app

@@ -50,9 +50,16 @@ void Declare(CLI::App& app, Options& options, bool& listFormats) {
     app.add_option("--to", options.view, "What to print")
         ->check(CLI::IsMember(Views()))
         ->capture_default_str();
-    app.add_option("-o,--output", options.outputFile, "Print into this file")->type_name("OUT");
+    auto* const file = app.add_option("-o,--output", options.outputFile, "Print into this file");
+    file->type_name("OUT");
+    app.add_option("-O,--output-folder", options.outputFolder,
+                   "Make a file of each that is converted, in this folder, named after it")
+        ->type_name("FOLDER")
+        ->excludes(file);
     app.set_version_flag("--version", "convfile " CONVFILE_VERSION, "Print the version and exit");
-    app.add_option("FILE", options.files, "Files to convert")->type_name("");
+    app.add_option("FILE", options.files,
+                   "Files to convert; a folder stands for all files below it that a format fits")
+        ->type_name("");
     app.add_subcommand(kListCommand, "List the formats that can be read")->callback([&listFormats] {
         listFormats = true;
     });
@@ -92,10 +99,6 @@ Request ReadOptions(std::vector<std::string> arguments, Options& options, std::o
         error << kProgram << ": there is no format named \"" << ShownUtf8(*options.choice.name)
               << "\"; there are:\n"
               << FormatList() << '\n';
-        return Request::WrongUsage;
-    }
-    if (TakesOneFile(options.view) && options.files.size() > 1) {
-        error << kProgram << ": --to " << options.view << " draws one file\n";
         return Request::WrongUsage;
     }
     if (listFormats == !options.files.empty()) {

@@ -17,8 +17,9 @@ inline constexpr std::string_view kStandardInput = "-"; ///< as the name of a fi
 struct Options {
     FormatChoice choice;
     std::string view = std::string(kTable); ///< one of Views()
-    std::string outputFile;                 ///< empty: standard output
-    std::vector<std::string> files;         ///< empty only where the formats are to be listed
+    std::string outputFile;                 ///< one for all files; empty: standard output
+    std::string outputFolder;               ///< instead of that, for a file of each; empty: not so
+    std::vector<std::string> files; ///< and folders; empty only where formats are to be listed
 };
 
 /// What is to be done about it.

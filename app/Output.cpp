@@ -5,6 +5,7 @@
 #include "export/FromBook.h"
 #include "export/Output.h"
 
+#include <sstream>
 #include <utility>
 
 namespace convfile::app {
@@ -14,14 +15,15 @@ namespace {
 /// What export/ makes of a field book.
 class ExportOutput final : public Output {
 public:
-    explicit ExportOutput(std::unique_ptr<exports::Output> output) : output_(std::move(output)) {}
+    ExportOutput(Sink& sink, const exports::OutputKind& kind)
+        : Output(sink), output_(kind.make(sink)) {}
 
-    void Add(const Conversion& conversion) override {
+private:
+    void Write(const Conversion& conversion) override {
         if (conversion.converted)
             output_->Add(exports::WorkFrom(conversion.fieldBook, BareName(conversion.path)));
     }
 
-private:
     std::unique_ptr<exports::Output> output_;
 };
 
@@ -50,8 +52,25 @@ std::unique_ptr<Output> MakeOutput(std::string_view name, Sink& sink, std::size_
     if (name == kJsonLines)
         return std::make_unique<JsonLinesOutput>(sink);
     if (const exports::OutputKind* const kind = exports::FindOutputKind(name))
-        return std::make_unique<ExportOutput>(kind->make(sink));
+        return std::make_unique<ExportOutput>(sink, *kind);
     return nullptr;
+}
+
+std::string Rendered(std::string_view view, const Conversion& conversion) {
+    std::ostringstream text;
+    Sink sink(text);
+    const auto output = MakeOutput(view, sink, 1);
+    sink.Flush();
+    text.str({}); // a table's head
+    output->Add(conversion);
+    sink.Flush();
+    return std::move(text).str();
+}
+
+std::string_view ExtensionOf(std::string_view view) {
+    if (view == kSummary || view == kTable)
+        return "txt";
+    return view == "points" ? "csv" : view;
 }
 
 } // namespace convfile::app

@@ -16,13 +16,32 @@ using Sink = OutputBuffer;
 /// One way of showing results, file by file as they are done.
 class Output {
 public:
-    Output() = default;
+    explicit Output(Sink& sink) : sink_(sink) {}
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
     virtual ~Output() = default;
 
-    virtual void Add(const Conversion& conversion) = 0;
+    void Add(const Conversion& conversion) {
+        Separate();
+        Write(conversion);
+    }
+    /// Adds what Rendered made of one.
+    void AddRendered(std::string_view text) {
+        Separate();
+        sink_.Write(text);
+        sink_.Flush();
+    }
     virtual void End() {}
+
+protected:
+    Sink& Out() { return sink_; }
+
+private:
+    /// Writes what stands between this file and the one before.
+    virtual void Separate() {}
+    virtual void Write(const Conversion& conversion) = 0;
+
+    Sink& sink_;
 };
 
 /// Names of the ways, for the command line.
@@ -36,7 +55,13 @@ std::vector<std::string> Views();
 /// True for a drawing, which shows one file.
 bool TakesOneFile(std::string_view view);
 
-/// The way of that name; `files` is how many results will come. Null for an unknown name.
+/// The way of that name; `files` is how many results may come. Null for an unknown name.
 std::unique_ptr<Output> MakeOutput(std::string_view name, Sink& sink, std::size_t files);
+
+/// What is shown of one file among several, without what stands before, between and behind them.
+std::string Rendered(std::string_view view, const Conversion& conversion);
+
+/// The extension of a file of that kind alone.
+std::string_view ExtensionOf(std::string_view view);
 
 } // namespace convfile::app

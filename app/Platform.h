@@ -1,7 +1,11 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace convfile::app {
 
@@ -9,12 +13,31 @@ namespace convfile::app {
 /// them as UTF-8.
 void PrepareStandardStreams();
 
-/// A name as the command line gives it, in the system's code page, as a path of the library that
-/// knows folders. (Made directly from bytes, that one takes them for UTF-8 on Windows.)
+/// The arguments, without the program's own name. The program has names of files as the system
+/// gives them where it is one of bytes, and in UTF-8 on Windows, so that none is beyond a code page.
+std::vector<std::string> Arguments(int argc, char** argv);
+
+/// Such a name as a path, and the other way round.
 std::filesystem::path PathOf(const std::string& name);
+std::string NameOf(const std::filesystem::path& path);
 
 /// Such a name in UTF-8.
 std::string Utf8OfName(const std::string& name);
+
+/// Such a name as the library takes it, in the system's code page; none where that lacks it.
+std::optional<std::string> SystemName(const std::string& name);
+
+/// Opens a file to read; null where that cannot be done.
+std::FILE* OpenToRead(const std::string& name);
+
+/// True for a file that is hidden, and a folder that is.
+bool IsHidden(const std::filesystem::path& path);
+
+/// True for a folder that lies elsewhere.
+bool IsLinkToFolder(const std::filesystem::path& folder);
+
+/// How many columns the terminal has that standard error goes to; 0 where it is no terminal.
+std::size_t ColumnsOfTerminal();
 
 /// Keeps the driver of job databases loaded on this thread: an import ends its use of it, and lets
 /// go of the driver's objects only after that.

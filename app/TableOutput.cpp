@@ -234,23 +234,27 @@ void PrintOrientationPoints(Sink& sink, const FieldBook& book) {
 
 } // namespace
 
-void SummaryOutput::Add(const Conversion& conversion) {
-    PrintSummary(sink_, conversion);
-    sink_.Flush();
+void SummaryOutput::Write(const Conversion& conversion) {
+    PrintSummary(Out(), conversion);
+    Out().Flush();
 }
 
-void TableOutput::Add(const Conversion& conversion) {
+void TableOutput::Separate() {
     if (!first_)
-        sink_.Put('\n');
+        Out().Put('\n');
     first_ = false;
-    PrintSummary(sink_, conversion);
+}
+
+void TableOutput::Write(const Conversion& conversion) {
+    Sink& sink = Out();
+    PrintSummary(sink, conversion);
     if (conversion.cadastral)
-        PrintCadastralHeader(sink_, conversion.document);
-    PrintFieldBook(sink_, conversion.fieldBook, conversion.account);
+        PrintCadastralHeader(sink, conversion.document);
+    PrintFieldBook(sink, conversion.fieldBook, conversion.account);
     if (conversion.cadastral)
-        PrintCadastralLines(sink_, conversion.document);
-    PrintOrientationPoints(sink_, conversion.fieldBook);
-    sink_.Flush();
+        PrintCadastralLines(sink, conversion.document);
+    PrintOrientationPoints(sink, conversion.fieldBook);
+    sink.Flush();
 }
 
 } // namespace convfile::app

@@ -8,23 +8,21 @@ namespace convfile::app {
 /// messages that the host would have shown.
 class SummaryOutput final : public Output {
 public:
-    explicit SummaryOutput(Sink& sink) : sink_(sink) {}
-
-    void Add(const Conversion& conversion) override;
+    using Output::Output;
 
 private:
-    Sink& sink_;
+    void Write(const Conversion& conversion) override;
 };
 
 /// The summary, then everything in columns.
 class TableOutput final : public Output {
 public:
-    explicit TableOutput(Sink& sink) : sink_(sink) {}
-
-    void Add(const Conversion& conversion) override;
+    using Output::Output;
 
 private:
-    Sink& sink_;
+    void Separate() override;
+    void Write(const Conversion& conversion) override;
+
     bool first_ = true;
 };
 

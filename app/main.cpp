@@ -1,116 +1,17 @@
 // convfile: files of total stations and field controllers in, a field book out.
 
 #include "app/Choice.h"
-#include "app/Conversion.h"
-#include "app/Display.h"
 #include "app/Options.h"
-#include "app/Output.h"
 #include "app/Platform.h"
-#include "routines/CodePage.h"
+#include "app/Run.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <new>
-#include <string>
-#include <system_error>
-#include <vector>
 
 namespace {
 
 using namespace convfile::app;
-
-constexpr int kAllConverted = 0;
-constexpr int kNotAllConverted = 1;
-constexpr int kWrongUsage = 2;
-
-/// Says something on standard error. What comes from outside must not steer the terminal.
-void Tell(const std::string& text) {
-    std::cerr << kProgram << ": " << text << '\n';
-}
-
-void TellOfFile(const std::string& file, const std::string& text) {
-    Tell(ShownUtf8(Utf8OfName(file)) + ": " + text);
-}
-
-/// The bytes of "-" are those of standard input.
-ByteSource SourceOf(const std::string& file) {
-    return file == kStandardInput ? ByteSource::Stream(stdin) : ByteSource{};
-}
-
-/// Converts one file, shows it and forgets it; false where it was not converted.
-bool ConvertAndShow(const Route& route, const std::string& file, Output& output) {
-    Conversion conversion;
-    Convert(route, file, conversion, SourceOf(file));
-    if (!conversion.converted)
-        TellOfFile(file, conversion.problem);
-    output.Add(conversion);
-    return conversion.converted;
-}
-
-/// Says without any memory that a file failed for want of it.
-void TellOfShortMemory(const std::string& file) {
-    std::fputs(kProgram.data(), stderr); // of a literal
-    std::fputs(": ", stderr);
-    for (const char c : file)
-        std::fputc(static_cast<unsigned char>(c) < ' ' ? '?' : c, stderr);
-    std::fputs(": not enough memory\n", stderr);
-}
-
-/// Converts the files one after another; each is shown and forgotten before the next is read.
-int Run(const Options& options, std::ostream& out) {
-    Sink sink(out);
-    const auto output = MakeOutput(options.view, sink, options.files.size());
-    bool allConverted = true;
-    for (const std::string& file : options.files) {
-        try {
-            const Route route = ChooseRoute(options.choice, file);
-            allConverted = ConvertAndShow(route, file, *output) && allConverted;
-        } catch (const std::bad_alloc&) {
-            TellOfShortMemory(file);
-            allConverted = false;
-        }
-    }
-    output->End();
-    sink.Flush();
-    if (sink.Failed()) {
-        Tell("the result could not be written");
-        return kNotAllConverted;
-    }
-    return allConverted ? kAllConverted : kNotAllConverted;
-}
-
-/// True where writing the result would overwrite one of the files it is made from, or make a file
-/// that is missing.
-bool OverwritesInput(const Options& options) {
-    namespace fs = std::filesystem;
-    std::error_code ignored;
-    const fs::path output = fs::absolute(PathOf(options.outputFile), ignored);
-    return std::ranges::any_of(options.files, [&](const std::string& file) {
-        if (file == kStandardInput)
-            return false;
-        const fs::path input = fs::absolute(PathOf(file), ignored);
-        return fs::equivalent(input, output, ignored) ||
-               fs::weakly_canonical(input, ignored) == fs::weakly_canonical(output, ignored);
-    });
-}
-
-int RunInto(const Options& options) {
-    if (options.outputFile.empty())
-        return Run(options, std::cout);
-    if (OverwritesInput(options)) {
-        TellOfFile(options.outputFile, "is one of the files to convert");
-        return kWrongUsage;
-    }
-    std::ofstream out(options.outputFile, std::ios::binary);
-    if (!out) {
-        TellOfFile(options.outputFile, "cannot be written");
-        return kNotAllConverted;
-    }
-    return Run(options, out);
-}
 
 int ListFormats() {
     std::cout << FormatList() << std::flush;
@@ -123,9 +24,9 @@ int ListFormats() {
 int Main(int argc, char** argv) {
     PrepareStandardStreams();
     Options options;
-    switch (ReadOptions({argv + 1, argv + argc}, options, std::cout, std::cerr)) {
+    switch (ReadOptions(Arguments(argc, argv), options, std::cout, std::cerr)) {
     case Request::Convert:
-        return RunInto(options);
+        return Run(options);
     case Request::ListFormats:
         return ListFormats();
     case Request::Nothing:

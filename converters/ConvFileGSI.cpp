@@ -102,7 +102,7 @@ constexpr Cause kShortWord = {
     "a word with fewer than eight digits, cut short: its value is what is left of them"};
 constexpr Cause kTextWithMinus = {RemarkKind::NotRead,
                                   "the text of a word without a plus sign is not read: empty"};
-constexpr Cause kHalfReduced = {RemarkKind::Incomplete,
+constexpr Cause kHalfReduced = {RemarkKind::NotRead,
                                 "a horizontal distance (32) or height difference (33) without the "
                                 "other, and without slope distance, is not read"};
 constexpr Cause kNoDistance = {
@@ -124,9 +124,6 @@ constexpr Cause kOtherUnit = {
                       "that unit says"};
 constexpr Cause kNoUnit = {RemarkKind::Unit,
                            "a value in a unit that is none of its kind is not read: absent"};
-
-constexpr Cause kNoMinutes = {RemarkKind::NoNumber,
-                              "an angle with minutes or seconds of 60 or more is no angle: absent"};
 
 constexpr Cause kPointCoordinates = {RemarkKind::NotRead,
                                      "words 81 to 83 (coordinates of the point) are not read"};

@@ -48,6 +48,8 @@ constexpr Cause kRecordRepeats = {
                          "station or point before it again"};
 constexpr Cause kEmptyRepeats = {RemarkKind::Incomplete,
                                  "an empty line writes the station or point before it again"};
+constexpr Cause kMoreWords = {RemarkKind::NotRead,
+                              "words behind the slope distance of an observation are not read"};
 constexpr Cause kColumnsMissing = {
     RemarkKind::Incomplete,
     "a line that ends before its last columns: what they hold is 0, or the end of the line"};
@@ -93,6 +95,8 @@ void CConvFileMWG::Observation() {
     if (IsHeard())
         JudgeFields({distance, zenithAngle, horizontalAngle, number}, !distance.empty(),
                     kColumnsMissing);
+    if (line_.size() > kSlopeDistance.first + kSlopeDistance.count)
+        Note(kMoreWords);
     pointName_ = NameOfNumber(number);
     reading_ = {.slopeDistance = ReadDividedNumber(distance, kPerMetre),
                 .zenithAngle = ReadDividedNumber(zenithAngle, kPerGon),

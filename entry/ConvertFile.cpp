@@ -59,7 +59,7 @@ Choice CheckNamed(const Format& named, bool byOption, Sample& sample,
     const Candidate best = FindFormat(AllFormats(), sample, order.file, order.rules);
     if (best.format && best.format != &named && best.score >= score + kFarBetter)
         choice.better = best.format;
-    if (!best.format && !byOption)
+    if (!best.format && !byOption && score < kFitsItsExtension)
         choice = {.problem = NothingFits(sample, order)};
     return choice;
 }

@@ -6,61 +6,81 @@ namespace convfile {
 
 namespace {
 
-// What a remark takes from its line's worth. A line that is known but not read tells less for the
-// format than a record; a line that was read wrongly tells against it.
-constexpr double kNotReadCosts = 0.25;
-constexpr double kFaultCosts = 1;
+/// What a line that is known but not read, or not in its unit, lacks of a line's worth: it speaks for
+/// the format nearly as a record does.
+constexpr double kNotReadCosts = 0.1;
+
+/// The same for a record that lacks a field: instruments leave out what they do not know, and files
+/// of levels, or of coordinates alone, are full of such.
+constexpr double kIncompleteCosts = 0.25;
+
+/// A value that nobody measures tells more against a format than one that somebody could have
+/// measured tells for it: numbers from the wrong column are often believable by chance.
+constexpr double kUnbelievableCosts = 2;
 
 /// What points with everything measured add, so that of two formats that read the same lines the
 /// one wins that gets more out of them.
 constexpr double kCompletePoints = 0.1;
 
-/// A guess before anything was seen, worth so many points or numbers: few say less than many.
+/// What numbers add, where a line has five of them, for the same reason: that many an observation
+/// with its name, three measurements and a height holds.
+constexpr double kNumbersRead = 0.2;
+constexpr double kNumbersInLine = 5;
+
+/// A guess before anything was seen, worth so many lines, points or numbers: few say less than many.
 constexpr double kBenefitOfDoubt = 1;
 
-double CostOf(RemarkKind kind) {
-    switch (kind) {
-    case RemarkKind::NotRead:
-    case RemarkKind::Unit:
-        return kNotReadCosts;
-    case RemarkKind::NoNumber:
-    case RemarkKind::Incomplete:
-    case RemarkKind::NoMeasurement:
-    case RemarkKind::LongLine:
-    case RemarkKind::LineEnd:
-    case RemarkKind::Nul:
-        return kFaultCosts;
-    default: // skipped lines are counted as such; the rest says nothing of the format
-        return 0;
-    }
+bool IsKnown(RemarkKind kind) {
+    return kind == RemarkKind::NotRead || kind == RemarkKind::Unit ||
+           kind == RemarkKind::NoMeasurement;
+}
+
+bool IsDamage(RemarkKind kind) {
+    return kind == RemarkKind::LongLine || kind == RemarkKind::LineEnd || kind == RemarkKind::Nul;
 }
 
 /// The part of good ones among all, where a few bad ones among few are not held against it.
 double Share(double good, double bad) {
-    return (good + kBenefitOfDoubt) / (good + bad + kBenefitOfDoubt);
+    return (std::max(good, 0.0) + kBenefitOfDoubt) / (std::max(good, 0.0) + bad + kBenefitOfDoubt);
 }
 
 } // namespace
 
 double ScoreOf(const FileAccount& account, const counting::Counts& counts) {
-    const auto lines = static_cast<double>(account.lines - account.blank);
-    if (lines <= 0)
-        return 0;
-    double worth = static_cast<double>(account.read - account.blank);
+    double known = 0; // of the causes of one line only one counts
+    double damage = 0;
+    double faults = 0;
     for (const Remark& remark : account.remarks) {
-        if (!remark.lines.empty()) // a file is no worse for what has no line
-            worth -= CostOf(remark.kind) * static_cast<double>(remark.count);
+        if (remark.lines.empty())
+            continue; // a file is no worse for what has no line
+        const auto count = static_cast<double>(remark.count);
+        if (IsKnown(remark.kind))
+            known = std::max(known, count);
+        else if (IsDamage(remark.kind))
+            damage = std::max(damage, count);
+        else if (remark.kind == RemarkKind::NoNumber)
+            faults += count;
+        else if (remark.kind == RemarkKind::Incomplete)
+            faults += kIncompleteCosts * count;
     }
+    const auto lines = static_cast<double>(account.lines - account.blank);
+    const double worth =
+        static_cast<double>(account.read - account.blank) - damage - faults - kNotReadCosts * known;
     if (worth <= 0)
         return 0;
+    const auto records = static_cast<double>(counts.records);
     const auto points = static_cast<double>(counts.points);
     const auto unbelievable = static_cast<double>(counts.unbelievable);
-    const double believable = Share(points - unbelievable, unbelievable);
-    const double numbers =
+    const double sense =
+        Share(points - unbelievable, kUnbelievableCosts * unbelievable) *
+        Share(records - faults, std::min(faults, records)) *
         Share(static_cast<double>(account.numbers), static_cast<double>(account.noNumbers));
     const double complete =
         points > 0 ? kCompletePoints * static_cast<double>(counts.complete) / points : 0;
-    return worth / lines * believable * numbers + complete * believable;
+    const double numbers =
+        kNumbersRead *
+        std::min(static_cast<double>(account.numbers) / (kNumbersInLine * lines), 1.0);
+    return (worth / (lines + kBenefitOfDoubt) + complete + numbers) * sense;
 }
 
 } // namespace convfile

@@ -13,6 +13,9 @@ double ScoreOf(const FileAccount& account, const counting::Counts& counts);
 /// are full of what is not read stay above it, prose and other makers' files below.
 inline constexpr double kFits = 0.5;
 
+/// With an extension that says the same, a fifth will do: what else would it be?
+inline constexpr double kFitsItsExtension = 0.2;
+
 /// So much more, and another format fits far better than the one that was named: a file that its
 /// own format reads badly is still its own, where no other reads nearly all of it.
 inline constexpr double kFarBetter = 0.3;

@@ -181,7 +181,9 @@ void CConvFilePCP::TellFirstLine(std::string_view text) {
 /// field is no part of it.
 void CConvFilePCP::TellLinesBehindFirst() {
     const bool isKnown = restBegin_ > 0;
-    const auto placeOfNext = [&] { return static_cast<std::size_t>(untold_.data() - &buffer_[0]); };
+    const auto placeOfNext = [&] {
+        return static_cast<std::size_t>(untold_.data() - buffer_.data());
+    };
     const auto noteLeftOver = [&] {
         if (!isKnown || endIsRead_)
             return;

@@ -31,8 +31,6 @@
 namespace {
 
 constexpr std::size_t kFieldLength = 16;
-/// A record that is read, whatever it comes from.
-constexpr std::size_t kTypeLength = 2;
 
 constexpr Cause kOtherVersion = {RemarkKind::Unit,
                                  "a header (00NM) without SDR33 in it is read as one of SDR33"};

@@ -45,8 +45,8 @@ private:
     void CalcOffSet(CPun* reference, const std::string& name, double along, double lateral,
                     double vertical, int station);
 
-    /// As those of the query helper; what is not there is remarked on. `tables` names those that are
-    /// asked.
+    /// As those of the query helper; what is not there is remarked on. `tables` names those that
+    /// are asked.
     std::string ReadFirst(std::string_view tables, std::string_view head, std::string_view key,
                           int fields);
     bool ReadRows(std::string_view tables, std::string_view head, std::string_view key, int fields,

@@ -43,6 +43,7 @@ constexpr std::size_t kTextSearch = 5; ///< the "+" of a text is looked for from
 constexpr std::size_t kUnit = 6;
 constexpr std::size_t kSign = 7;
 constexpr std::size_t kData = 8;
+constexpr std::size_t kFewestDigits = 8;
 
 /// A slope distance up to this one, metres, was not measured.
 constexpr double kLongestNoDistance = 0.001;
@@ -180,7 +181,7 @@ double GonFromMils(double data) {
 /// What becomes of the words of a line, by their indexes.
 struct CConvFileGSI::WordRules {
     std::array<const Cause*, kNoIndex> causes{}; ///< what is remarked on; null: it is read
-    std::array<std::uint8_t, 12> read{};         ///< the indexes of those that are
+    std::array<std::uint8_t, 12> read{};         ///< the indexes of those that are, commonest first
     std::size_t readCount = 0;
 
     constexpr WordRules(std::initializer_list<std::uint8_t> indexes) {
@@ -210,9 +211,9 @@ private:
     }
 };
 
-constexpr CConvFileGSI::WordRules CConvFileGSI::kPointWords = {21, 22, 31, 32, 33, 71, 87, 88};
-constexpr CConvFileGSI::WordRules CConvFileGSI::kPointWordsWithPlace = {21, 22, 31, 32, 33, 71,
-                                                                        81, 82, 83, 87, 88};
+constexpr CConvFileGSI::WordRules CConvFileGSI::kPointWords = {21, 22, 31, 87, 71, 88, 32, 33};
+constexpr CConvFileGSI::WordRules CConvFileGSI::kPointWordsWithPlace = {21, 22, 31, 87, 71, 88,
+                                                                        81, 82, 83, 32, 33};
 constexpr CConvFileGSI::WordRules CConvFileGSI::kStationWords = WordRules{71, 88}.OfStation();
 constexpr CConvFileGSI::WordRules CConvFileGSI::kStationWordsWithPlace =
     WordRules{25, 71, 84, 85, 86, 88}.OfStation();
@@ -220,38 +221,40 @@ constexpr CConvFileGSI::WordRules CConvFileGSI::kBlockWords = {42, 43, 44};
 
 /// A unit digit: how the data become metres or gon, and what is remarked on where an angle has it.
 struct CConvFileGSI::Unit {
-    double (*scale)(double data) = nullptr; ///< null: not read
+    double factor = 0;
+    double divisor = 0; ///< 0: not read
     bool isOfAngles = false;
-    const Cause* horizontal = nullptr;
+    const Cause* horizontal = nullptr; ///< null: nothing is
     const Cause* zenith = nullptr;
-    std::string_view inBook = {}; ///< what angles of the book are then; empty: gon
+    std::string_view inBook = {};             ///< what angles of the book are then; empty: gon
+    double (*convert)(double data) = nullptr; ///< in place of factor and divisor
 
-    constexpr bool IsPlain() const { return scale && !horizontal; }
+    constexpr bool IsRead() const { return divisor != 0 || convert; }
 };
 
-/// The units by their digits; a point is metres, too.
+/// The units by their digits; a point is metres, too. The last is that of all other characters.
 constexpr CConvFileGSI::Units CConvFileGSI::kClassicUnits = {{
-    {[](double data) { return data / 1000; }},          // metre, last digit 1 mm
-    {[](double data) { return data * 0.3048 / 1000; }}, // foot, last digit 1/1000 ft
-    {[](double data) { return data / 100000; }, true},  // gon, five decimals
+    {1, 1000},         // metre, last digit 1 mm
+    {0.3048, 1000},    // foot, last digit 1/1000 ft
+    {1, 100000, true}, // gon, five decimals
     // Decimal degrees; not scaled by any decimals, on purpose: jobs whose angles were scaled
     // afterwards are converted again, and must not be scaled twice.
-    {[](double data) { return data * 400 / 360; }, true, &kWholeDegrees, &kWholeDegrees,
-     "1/100000 gon"},
-    {nullptr, true, &kHorizontalSexagesimal, &kZenithSexagesimal},
-    {nullptr, true, &kHorizontalMils, &kZenithMils},
-    {[](double data) { return data / 10000; }},          // metre, last digit 1/10 mm
-    {[](double data) { return data * 0.3048 / 10000; }}, // foot, last digit 1/10000 ft
-    {[](double data) { return data / 100000; }},         // metre, last digit 1/100 mm
-    {},
+    {400, 360, true, &kWholeDegrees, &kWholeDegrees, "1/100000 gon"},
+    {0, 0, true, &kHorizontalSexagesimal, &kZenithSexagesimal},
+    {0, 0, true, &kHorizontalMils, &kZenithMils},
+    {1, 10000},      // metre, last digit 1/10 mm
+    {0.3048, 10000}, // foot, last digit 1/10000 ft
+    {1, 100000},     // metre, last digit 1/100 mm
+    {0, 0, false, &kNoUnit, &kNoUnit},
+    {0, 0, false, &kNoUnit, &kNoUnit},
 }};
 
 /// By the complete rules angles come out in gon, whatever they are in.
 constexpr CConvFileGSI::Units CConvFileGSI::kCompleteUnits = [] {
     Units units = kClassicUnits;
-    units[3] = {GonFromDecimals, true};
-    units[4] = {GonFromSexagesimal, true};
-    units[5] = {GonFromMils, true};
+    units[3] = {.isOfAngles = true, .convert = GonFromDecimals};
+    units[4] = {.isOfAngles = true, .convert = GonFromSexagesimal};
+    units[5] = {.isOfAngles = true, .convert = GonFromMils};
     return units;
 }();
 
@@ -263,6 +266,7 @@ CConvFileGSI::~CConvFileGSI() = default;
 bool CConvFileGSI::Esegui() {
     if (!OpenFile())
         return false;
+    units_ = (Rules().appliesUnits ? kCompleteUnits : kClassicUnits).data();
     AddJobOfFile();
     return ForEachLine([this] { return LeggeUnaRigaGSI(); }, [this] { ConvertLine(); });
 }
@@ -503,7 +507,7 @@ void CConvFileGSI::JudgeBlock(const Record& station) {
 bool CConvFileGSI::HoldsOnlyRead(const WordRules& rules) const {
     const bool endsInBlank = blankCount_ > 0 && blanks_[blankCount_ - 1] + 1 == line_.size();
     std::size_t read = endsInBlank ? 1 : 0;
-    for (std::size_t i = 0; i < rules.readCount; ++i)
+    for (std::size_t i = 0; i < rules.readCount && read < blankCount_; ++i)
         read += firstWords_[rules.read[i]] != kAbsent ? 1 : 0;
     return read == blankCount_;
 }
@@ -562,9 +566,12 @@ void CConvFileGSI::FindWords() {
 /// where there is none.
 std::size_t CConvFileGSI::FindKey(std::string_view key) const {
     const std::size_t first = firstWords_[WordIndex(key)];
-    if (first == kAbsent || (key.size() == kPlainKey && first != kLastFound))
-        return first;
-    for (std::size_t word = first; word < blankCount_; ++word) {
+    const bool isFound = first == kAbsent || (key.size() == kPlainKey && first < kLastFound);
+    return isFound ? first : SearchKey(key, first);
+}
+
+std::size_t CConvFileGSI::SearchKey(std::string_view key, std::size_t word) const {
+    for (; word < blankCount_; ++word) {
         if (line_.substr(blanks_[word]).starts_with(key))
             return word;
     }
@@ -630,39 +637,41 @@ double CConvFileGSI::TrovaDoubleInCmpConCod(std::string_view key) {
         return kNoValue; // dashes: not measured
     double value = ReadNumberOrNoValue(data);
     const Unit& unit = UnitOf(line_[position + kUnit]);
-    if (IsHeard())
+    const bool isAngle = key[1] == '2';
+    if (IsHeard() && (data.size() < kFewestDigits || unit.horizontal || isAngle != unit.isOfAngles))
         JudgeValue(key, data, unit);
     if (value == kNoValue)
         return kNoValue;
     if (line_[position + kSign] == '-')
         value = -value;
-    const double scaled = unit.scale ? unit.scale(value) : kNoValue;
-    if (unit.scale && scaled == kNoValue)
+    if (unit.divisor != 0) [[likely]]
+        return value * unit.factor / unit.divisor;
+    return unit.convert ? Converted(value, unit) : kNoValue;
+}
+
+/// The value where a factor alone does not give it.
+double CConvFileGSI::Converted(double data, const Unit& unit) {
+    const double value = unit.convert(data);
+    if (value == kNoValue)
         Note(kNoMinutes);
-    return scaled;
+    return value;
 }
 
 /// By the unit digit alone: an angle word and a distance word with the same digit are scaled alike.
 const CConvFileGSI::Unit& CConvFileGSI::UnitOf(char digit) const {
-    static constexpr Unit kNone = {};
-    const Units& units = Rules().appliesUnits ? kCompleteUnits : kClassicUnits;
-    if (digit == '.')
-        return units[0];
-    return IsDigit(digit) ? units[static_cast<std::size_t>(digit - '0')] : kNone;
+    const std::size_t unit = digit == '.' ? 0 : static_cast<unsigned char>(digit - '0');
+    return units_[std::min(unit, kClassicUnits.size() - 1)];
 }
 
-/// Remarks on the data of a word and their unit, where there is something to be said.
+/// Remarks on the data of a word and their unit, where one of them is out of the ordinary.
 void CConvFileGSI::JudgeValue(std::string_view key, std::string_view data, const Unit& unit) {
-    constexpr std::size_t kFewestDigits = 8;
     const bool isAngle = key[1] == '2';
-    if (data.size() >= kFewestDigits && unit.IsPlain() && isAngle == unit.isOfAngles) [[likely]]
-        return;
     if (data.size() < kFewestDigits)
         Note(kShortWord);
     const Cause* const cause = key[2] == '1' ? unit.horizontal : unit.zenith;
     if (isAngle && unit.isOfAngles && cause)
         Note(*cause);
-    else if (!unit.scale)
+    else if (!unit.IsRead())
         Note(kNoUnit);
     else if (isAngle != unit.isOfAngles)
         Note(kOtherUnit);

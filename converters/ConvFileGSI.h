@@ -60,6 +60,7 @@ private:
     void FindWords();
     static std::size_t WordIndex(std::string_view word);
     std::size_t FindKey(std::string_view key) const;
+    std::size_t SearchKey(std::string_view key, std::size_t word) const;
     std::size_t BlankFrom(std::size_t position, std::size_t word = 0) const;
     std::string_view NameInFirstWord() const;
     void ConvertLine();
@@ -74,10 +75,11 @@ private:
     bool OpensStation(std::string_view number, Record& station);
 
     struct Unit;
-    using Units = std::array<Unit, 10>;
+    using Units = std::array<Unit, 11>;
     static const Units kClassicUnits;
     static const Units kCompleteUnits;
     const Unit& UnitOf(char digit) const;
+    double Converted(double data, const Unit& unit);
 
     bool BeginsWithWord() const;
     void JudgeLine(bool isStation);
@@ -99,6 +101,7 @@ private:
     /// For each word index the first word that has it, as its place in blanks_; kAbsent: none.
     std::array<std::uint8_t, 100> firstWords_{};
 
+    const Unit* units_ = nullptr; ///< by which the file is read
     std::string defaultCode_; ///< for points without one, from the last code block that gave one
     double defaultTargetHeight_ = kNoValue; ///< the same
     std::optional<SetUp> lastSetUp_;        ///< where the record before opened it

@@ -10,9 +10,9 @@ namespace {
 /// the format nearly as a record does.
 constexpr double kNotReadCosts = 0.1;
 
-/// The same for a record that lacks a field: instruments leave out what they do not know, and files
-/// of levels, or of coordinates alone, are full of such.
-constexpr double kIncompleteCosts = 0.25;
+/// The part of a fault that a record is which lacks a field: instruments leave out what they do not
+/// know, but not everywhere.
+constexpr double kIncompleteCosts = 0.75;
 
 /// A value that nobody measures tells more against a format than one that somebody could have
 /// measured tells for it: numbers from the wrong column are often believable by chance.
@@ -22,10 +22,9 @@ constexpr double kUnbelievableCosts = 2;
 /// one wins that gets more out of them.
 constexpr double kCompletePoints = 0.1;
 
-/// What numbers add, where a line has five of them, for the same reason: that many an observation
-/// with its name, three measurements and a height holds.
-constexpr double kNumbersRead = 0.2;
-constexpr double kNumbersInLine = 5;
+/// What records add, as many as there are in a line, for the same reason: a station that another
+/// format knows only as a line that it does not read.
+constexpr double kRecords = 0.2;
 
 /// A guess before anything was seen, worth so many lines, points or numbers: few say less than many.
 constexpr double kBenefitOfDoubt = 1;
@@ -77,10 +76,8 @@ double ScoreOf(const FileAccount& account, const counting::Counts& counts) {
         Share(static_cast<double>(account.numbers), static_cast<double>(account.noNumbers));
     const double complete =
         points > 0 ? kCompletePoints * static_cast<double>(counts.complete) / points : 0;
-    const double numbers =
-        kNumbersRead *
-        std::min(static_cast<double>(account.numbers) / (kNumbersInLine * lines), 1.0);
-    return (worth / (lines + kBenefitOfDoubt) + complete + numbers) * sense;
+    const double written = kRecords * std::min(records / lines, 1.0);
+    return (worth / (lines + kBenefitOfDoubt) + complete + written) * sense;
 }
 
 } // namespace convfile

@@ -174,6 +174,13 @@ TEST(Account, SkippedLinesChangeNoRecord) {
     EXPECT_GT(skipped, 50U);
 }
 
+bool IsFreeText(const app::Conversion& conversion, std::uint64_t line) {
+    return std::ranges::any_of(conversion.account.remarks, [&](const Remark& remark) {
+        return (remark.kind == RemarkKind::Unknown || remark.kind == RemarkKind::NotRead) &&
+               std::ranges::find(remark.lines, line) != remark.lines.end();
+    });
+}
+
 /// Nonsense in the place of a line that was read does not pass unnoticed.
 TEST(Account, NonsenseIsNoticed) {
     for (const Golden& golden : TextFiles()) {
@@ -182,7 +189,12 @@ TEST(Account, NonsenseIsNoticed) {
         Converted(golden, Joined(lines), whole);
         const std::string expected = JsonOf(whole) + AccountText(whole);
         for (std::size_t i = 0; i < lines.size(); ++i) {
-            if (lines[i].find_first_not_of(" \t\r\n") == std::string::npos)
+            // Free text in the place of free text, or nonsense of nonsense, is the same again; a
+            // download begins with some.
+            if (golden.format == "gt7" && i < 2)
+                continue;
+            if (lines[i].find_first_of("0123456789") == std::string::npos ||
+                IsFreeText(whole, i + 1))
                 continue;
             std::vector<std::string> others = lines;
             others[i] = "lorem ipsum dolor sit\n";

@@ -1,15 +1,9 @@
 #include "app/JsonOutput.h"
 
-#include "app/Display.h"
+#include "app/JsonWriter.h"
 #include "app/Platform.h"
-#include "host/NoValue.h"
-#include "routines/CodePage.h"
-#include "routines/Numbers.h"
 
-#include <rapidjson/prettywriter.h>
-#include <rapidjson/writer.h>
-
-#include <string>
+#include <cstdint>
 #include <string_view>
 
 namespace convfile::app {
@@ -18,41 +12,7 @@ namespace {
 
 using namespace convfile::memory;
 
-/// Where the JSON library writes: it escapes the control characters below 20 hex, and this the
-/// others (7F, and the upper ones, which UTF-8 has as C2 80 to C2 9F). They only occur in texts.
-class EscapingSink {
-public:
-    using Ch = char;
-
-    explicit EscapingSink(Sink& sink) : sink_(sink) {}
-
-    void Put(char c) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (held_ && byte >= 0xA0)
-            sink_.Put(kUpperLead);
-        if ((held_ && byte < 0xA0) || byte == 0x7F)
-            PutEscaped(byte);
-        else if (c != kUpperLead)
-            sink_.Put(c);
-        held_ = c == kUpperLead;
-    }
-    void Flush() {}
-
-private:
-    static constexpr char kUpperLead = '\xC2';
-
-    void PutEscaped(unsigned char byte) {
-        constexpr std::string_view kHex = "0123456789ABCDEF";
-        sink_.Write("\\u00");
-        sink_.Put(kHex[byte >> 4]);
-        sink_.Put(kHex[byte & 0xF]);
-    }
-
-    Sink& sink_;
-    bool held_ = false; ///< the lead byte of a character that may be a control character
-};
-
-/// Writes one conversion, member by member, with either of the two writers of the JSON library.
+/// Writes one conversion, member by member, compact or indented.
 template <class Writer>
 class JsonObject {
 public:
@@ -61,11 +21,11 @@ public:
     void Write(const Conversion& conversion) {
         json_.StartObject();
         Utf8("file", BareName(conversion.path));
-        Key("converted");
+        json_.Key("converted");
         json_.Bool(conversion.converted);
         if (parts_ == JsonParts::All) {
             Utf8("format", conversion.account.format);
-            Key("account");
+            json_.Key("account");
             WriteAccount(conversion.account);
             Utf8("path", Utf8OfName(conversion.path));
             if (!conversion.converted)
@@ -96,17 +56,17 @@ private:
         Utf8("kind", NameOf(remark.kind));
         Text("text", remark.text);
         Count("count", remark.count);
-        Key("lines");
+        json_.Key("lines");
         json_.StartArray();
         for (const std::uint64_t line : remark.lines)
-            json_.Uint64(line);
+            json_.Integer(line);
         json_.EndArray();
         json_.EndObject();
     }
 
     void Count(std::string_view name, std::uint64_t count) {
-        Key(name);
-        json_.Uint64(count);
+        json_.Key(name);
+        json_.Integer(count);
     }
 
     /// The line that a record comes from, where a line gave it.
@@ -115,43 +75,30 @@ private:
             Count("line", line);
     }
 
-    void Key(std::string_view name) {
-        json_.Key(name.data(), static_cast<rapidjson::SizeType>(name.size()));
-    }
-
     void Utf8(std::string_view name, std::string_view text) {
-        Key(name);
-        json_.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+        json_.Key(name);
+        json_.Utf8(text);
     }
 
     void Text(std::string_view name, std::string_view bytes) {
-        Utf8(name, Utf8FromWindows1252(bytes));
+        json_.Key(name);
+        json_.Text(bytes);
     }
 
     void Integer(std::string_view name, int value) {
-        Key(name);
-        json_.Int(value);
-    }
-
-    /// A number with the fewest digits that read back exactly; null where it is absent.
-    void Number(double value) {
-        if (!IsPresent(value)) {
-            json_.Null();
-            return;
-        }
-        const std::string digits = ShortestNumber(value);
-        json_.RawValue(digits.data(), digits.size(), rapidjson::kNumberType);
+        json_.Key(name);
+        json_.Integer(value);
     }
 
     void Number(std::string_view name, double value) {
-        Key(name);
-        Number(value);
+        json_.Key(name);
+        json_.Number(value);
     }
 
     template <class Records, class Record>
     void Array(std::string_view name, const Records& records,
                void (JsonObject::*write)(const Record&)) {
-        Key(name);
+        json_.Key(name);
         json_.StartArray();
         for (const auto& record : records) {
             if constexpr (requires { *record; })
@@ -248,21 +195,20 @@ private:
     }
 
     void WriteCoordinates(const Coordinates& place) {
-        Key("coordinates");
+        json_.Key("coordinates");
         json_.StartArray();
-        Number(place.x);
-        Number(place.y);
-        Number(place.z);
+        json_.Number(place.x);
+        json_.Number(place.y);
+        json_.Number(place.z);
         json_.EndArray();
     }
 
     void WriteMarks(const Marks& marks) {
-        Key("flags");
+        json_.Key("flags");
         json_.StartArray();
         for (std::size_t i = 0; i < kMarkCount; ++i) {
             if (marks.test(i)) {
-                json_.String(kMarkNames[i].data(),
-                             static_cast<rapidjson::SizeType>(kMarkNames[i].size()));
+                json_.Utf8(kMarkNames[i]);
             }
         }
         json_.EndArray();
@@ -276,7 +222,7 @@ private:
     }
 
     void WriteCadastral(const CadastralDocument& document) {
-        Key("cadastral");
+        json_.Key("cadastral");
         json_.StartObject();
         Text("day", document.day);
         Text("month", document.month);
@@ -289,11 +235,11 @@ private:
         Text("surveyor_first_name", document.surveyorFirstName);
         Text("qualification", document.qualification);
         Text("province", document.province);
-        Key("values");
+        json_.Key("values");
         json_.StartObject();
         WriteLineBody(document.values);
         json_.EndObject();
-        Key("lines");
+        json_.Key("lines");
         json_.StartArray();
         for (std::size_t i = 0; i < document.lines.size(); ++i)
             WriteLine(document.lines[i],
@@ -319,7 +265,7 @@ private:
         Number("real_2", line.GetDatoRea2());
         Integer("integer_1", line.GetDatoInt1());
         Integer("integer_2", line.GetDatoInt2());
-        Key("vertices");
+        json_.Key("vertices");
         json_.StartArray();
         for (int i = 0; i < line.GetVrtArSize(); ++i)
             WriteVertex(*line.GetVrtAt(i));
@@ -347,9 +293,7 @@ void JsonOutput::Separate() {
 }
 
 void JsonOutput::Write(const Conversion& conversion) {
-    EscapingSink escaping(Out());
-    rapidjson::PrettyWriter<EscapingSink> writer(escaping);
-    writer.SetIndent(' ', 2);
+    JsonWriter<true> writer(Out());
     JsonObject(writer, parts_).Write(conversion);
 }
 
@@ -360,8 +304,7 @@ void JsonOutput::End() {
 }
 
 void JsonLinesOutput::Write(const Conversion& conversion) {
-    EscapingSink escaping(Out());
-    rapidjson::Writer<EscapingSink> writer(escaping);
+    JsonWriter<false> writer(Out());
     JsonObject(writer, JsonParts::All).Write(conversion);
     Out().Write("\n");
     Out().Flush();

@@ -9,6 +9,7 @@
 #include <charconv>
 #include <limits>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 namespace convfile::app {
@@ -30,6 +31,18 @@ int ReadCode(const std::string& text) {
         throw CLI::ValidationError("--code", "\"" + text + "\" is no integer");
     return static_cast<int>(std::clamp<long long>(code, std::numeric_limits<int>::min(),
                                                   std::numeric_limits<int>::max()));
+}
+
+/// A count of files at a time, from 1.
+std::size_t ReadJobs(const std::string& text) {
+    constexpr std::size_t kMost = 256;
+    std::size_t jobs = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), jobs);
+    if (error == std::errc::result_out_of_range)
+        jobs = kMost;
+    if (error == std::errc::invalid_argument || end != text.data() + text.size() || jobs == 0)
+        throw CLI::ValidationError("-j", "\"" + text + "\" is no number from 1");
+    return std::min(jobs, kMost);
 }
 
 void Declare(CLI::App& app, Options& options, bool& listFormats) {
@@ -56,6 +69,12 @@ void Declare(CLI::App& app, Options& options, bool& listFormats) {
                    "Make a file of each that is converted, in this folder, named after it")
         ->type_name("FOLDER")
         ->excludes(file);
+    options.jobs = std::max<std::size_t>(std::thread::hardware_concurrency(), 1);
+    app.add_option_function<std::string>(
+           "-j,--jobs", [&options](const std::string& text) { options.jobs = ReadJobs(text); },
+           "Convert so many files at a time; what is printed is the same")
+        ->type_name("N")
+        ->default_str(std::to_string(options.jobs));
     app.set_version_flag("--version", "convfile " CONVFILE_VERSION, "Print the version and exit");
     app.add_option("FILE", options.files,
                    "Files to convert; a folder stands for all files below it that a format fits")

@@ -3,6 +3,7 @@
 #include "app/Choice.h"
 #include "app/Output.h"
 
+#include <cstddef>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -19,6 +20,7 @@ struct Options {
     std::string view = std::string(kTable); ///< one of Views()
     std::string outputFile;                 ///< one for all files; empty: standard output
     std::string outputFolder;               ///< instead of that, for a file of each; empty: not so
+    std::size_t jobs = 1;                   ///< so many files at a time
     std::vector<std::string> files; ///< and folders; empty only where formats are to be listed
 };
 

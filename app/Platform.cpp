@@ -107,6 +107,11 @@ std::size_t ColumnsOfTerminal() {
     return info.dwSize.X > 0 ? static_cast<std::size_t>(info.dwSize.X) : kUsualColumns;
 }
 
+bool PrintsToTerminal() {
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &mode) != 0;
+}
+
 void KeepDatabaseDriver() {
     CoInitialize(nullptr);
 }
@@ -150,6 +155,10 @@ std::size_t ColumnsOfTerminal() {
     winsize size{};
     const bool isKnown = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
     return isKnown ? size.ws_col : kUsualColumns;
+}
+
+bool PrintsToTerminal() {
+    return isatty(STDOUT_FILENO) != 0;
 }
 
 void KeepDatabaseDriver() {}

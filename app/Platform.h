@@ -39,6 +39,9 @@ bool IsLinkToFolder(const std::filesystem::path& folder);
 /// How many columns the terminal has that standard error goes to; 0 where it is no terminal.
 std::size_t ColumnsOfTerminal();
 
+/// True where standard output goes to a terminal.
+bool PrintsToTerminal();
+
 /// Keeps the driver of job databases loaded on this thread: an import ends its use of it, and lets
 /// go of the driver's objects only after that.
 void KeepDatabaseDriver();

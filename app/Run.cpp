@@ -6,12 +6,16 @@
 #include "app/OutputFile.h"
 #include "app/OutputNames.h"
 #include "app/Platform.h"
+#include "app/Progress.h"
+#include "app/Workers.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
 #include <memory>
 #include <new>
+#include <optional>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -44,13 +48,14 @@ ByteSource SourceOf(const std::string& file) {
 
 /// What became of one file.
 struct Done {
-    std::unique_ptr<Conversion> conversion;
-    bool isLeftOut = false; ///< it was found in a folder, and no format fits
+    std::unique_ptr<Conversion> conversion; ///< where it is not rendered yet
+    std::string text;                       ///< where it is
+    bool isLeftOut = false;                 ///< it was found in a folder, and no format fits
     bool shortOfMemory = false;
     std::string problem; ///< what is to be told of it
 };
 
-/// All files of a run, one after another.
+/// All files of a run.
 class Files {
 public:
     explicit Files(const Options& options) : options_(options) {}
@@ -85,12 +90,23 @@ public:
         // What a folder holds is an array even where that is one file, or none.
         const std::size_t most = inputs_.folders.empty() ? inputs_.files.size() : 2;
         const auto output = MakeOutput(options_.view, sink, most);
-        for (std::size_t i = 0; i < inputs_.files.size(); ++i) {
-            const Done done = ConvertOne(i);
-            if (!done.isLeftOut && !done.shortOfMemory)
-                output->Add(*done.conversion);
-            Count(i, done);
-        }
+        const bool sharesTerminal = &out == &std::cout && PrintsToTerminal();
+        const bool inThreads = CountThreads() > 1;
+        InOrder(
+            [&](std::size_t i) {
+                Done done = ConvertOne(i);
+                if (inThreads)
+                    Render(done);
+                return done;
+            },
+            [&](const Done& done) {
+                if (sharesTerminal)
+                    progress_->Clear();
+                if (done.conversion && !done.isLeftOut)
+                    output->Add(*done.conversion);
+                else if (!done.isLeftOut && !done.shortOfMemory)
+                    output->AddRendered(done.text);
+            });
         output->End();
         sink.Flush();
         if (sink.Failed())
@@ -100,12 +116,15 @@ public:
 
     /// Converts each into a file of its own.
     void ConvertEach() {
-        for (std::size_t i = 0; i < inputs_.files.size(); ++i) {
-            Done done = ConvertOne(i);
-            if (done.conversion && done.conversion->converted)
-                WriteOne(i, done);
-            Count(i, done);
-        }
+        InOrder(
+            [&](std::size_t i) {
+                Done done = ConvertOne(i);
+                if (done.conversion && done.conversion->converted)
+                    WriteOne(i, done);
+                done.conversion.reset();
+                return done;
+            },
+            [](const Done&) {});
         TellOfFolders();
     }
 
@@ -118,6 +137,45 @@ public:
     }
 
 private:
+    std::size_t CountThreads() const {
+        const auto isStandardInput = [](const Input& input) {
+            return input.file == kStandardInput;
+        };
+        if (std::ranges::count_if(inputs_.files, isStandardInput) > 1)
+            return 1; // which of them gets its bytes must not be chance
+        return std::min(options_.jobs, inputs_.files.size());
+    }
+
+    /// Does the work for each file, some at a time, and takes what comes of it in their order.
+    template <class Work, class Take>
+    void InOrder(const Work& work, const Take& take) {
+        progress_.emplace(inputs_.files.size());
+        const std::size_t threads = CountThreads();
+        std::optional<Workers<Done>> workers;
+        if (threads > 1)
+            workers.emplace(inputs_.files.size(), threads, work);
+        for (std::size_t i = 0; i < inputs_.files.size(); ++i) {
+            const auto show = [&] { progress_->Show(i, inputs_.files[i].file); };
+            show();
+            const Done done = workers ? workers->Take(show) : work(i);
+            take(done);
+            Count(i, done);
+        }
+        progress_->Clear();
+    }
+
+    void Render(Done& done) const {
+        if (!done.conversion)
+            return;
+        try {
+            if (!done.isLeftOut)
+                done.text = Rendered(options_.view, *done.conversion);
+        } catch (const std::bad_alloc&) {
+            done.shortOfMemory = true;
+        }
+        done.conversion.reset();
+    }
+
     Done ConvertOne(std::size_t i) const {
         Done done;
         const Input& input = inputs_.files[i];
@@ -166,6 +224,8 @@ private:
         if (input.IsFound())
             ++fitting_[input.folder];
         const bool isWell = !done.shortOfMemory && done.problem.empty();
+        if (!isWell)
+            progress_->Clear();
         if (done.shortOfMemory)
             TellOfShortMemory(input.file);
         else if (!isWell)
@@ -191,6 +251,7 @@ private:
     Inputs inputs_;
     std::vector<fs::path> outputs_;    ///< one a file, where each has its own
     std::vector<std::size_t> fitting_; ///< in each folder
+    std::optional<Progress> progress_;
     std::size_t leftOut_ = 0;
     bool allConverted_ = true;
     bool anyConverted_ = false;

@@ -1,6 +1,7 @@
 // Many files and what is written of them: that old outputs last until new ones are whole, and that a
 // run says and writes the same however many files it takes at a time.
 
+#include "app/Progress.h"
 #include "tests/support/Files.h"
 #include "tests/support/Program.h"
 
@@ -174,6 +175,36 @@ TEST_F(ManyTest, OutputsThatClashAreWrongUsage) {
     }
     EXPECT_EQ(Files(), before);
     EXPECT_EQ(Read("c/site.json"), GsiLine(0));
+}
+
+TEST_F(ManyTest, FilesAtATimeChangeNothing) {
+    Gsi("day/0.gsi", 9000); // the first is the slowest
+    for (int i = 1; i < 30; ++i)
+        Gsi("day/" + std::to_string(i) + ".gsi", i);
+    folder_.Write("day/2x.gsi", "");
+    const std::string arguments =
+        " " + Quoted("missing.gsi") + " " + Quoted("day") + " " + Quoted("day/2x.gsi") + " --to ";
+    for (const char* view : {"json", "jsonl", "table", "summary", "csv", "points"}) {
+        const Outcome one = Run("-j 1" + arguments + view);
+        const Outcome seven = Run("-j 7" + arguments + view);
+        EXPECT_EQ(seven.out, one.out) << view;
+        EXPECT_EQ(seven.err, one.err) << "and no progress in a pipe";
+        EXPECT_EQ(seven.status, 1);
+        EXPECT_EQ(one.status, 1);
+    }
+    EXPECT_EQ(Run("-j 5 --to json -O " + Quoted("out") + " " + Quoted("day")).status, 0);
+    EXPECT_EQ(Files("out").size(), 30U);
+    for (const char* jobs : {"0", "-1", "x", "2x", "\"\""})
+        EXPECT_EQ(Run(std::string("-j ") + jobs + arguments + "json").status, 2) << jobs;
+}
+
+TEST(Progress, SaysHowFarARunIs) {
+    EXPECT_EQ(app::ProgressLine(0, 500, 0, "day/a.gsi", 80), "0 of 500: day/a.gsi");
+    EXPECT_EQ(app::ProgressLine(100, 500, 16.1, "day/a.gsi", 80),
+              "100 of 500, 1:05 left: day/a.gsi");
+    EXPECT_EQ(app::ProgressLine(100, 500, 16, "a\x1B[31m\u00E8\u00E8\u00E8\u00E8\u00E8\u00E8", 32),
+              "100 of 500, 1:04 left: ...\u00E8\u00E8\u00E8\u00E8\u00E8\u00E8");
+    EXPECT_EQ(app::ProgressLine(100, 500, 16, "a.gsi", 5), "100 of 500, 1:04 left: ");
 }
 
 #if !defined(_WIN32)

@@ -182,8 +182,12 @@ protected:
     }
     /// The same for a text that is kept and read as a number later.
     void CheckNumber(std::string_view text, const Cause& noNumber = kNoNumberIsZero) {
-        if (!keeper_ || IsPlainNumber(text))
+        if (!keeper_)
             return;
+        if (IsPlainNumber(text)) {
+            keeper_->CountNumber(true);
+            return;
+        }
         double unused = 0;
         CheckEnd(text, NumberAtStart(text, unused), noNumber);
     }

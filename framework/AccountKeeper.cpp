@@ -61,6 +61,17 @@ AccountKeeper::~AccountKeeper() {
     });
 }
 
+void AccountKeeper::LineBegins(std::string_view text, std::uint64_t number) {
+    EndLine();
+    text_ = text;
+    line_ = number;
+    ++lines_;
+    inPiece_ = true;
+    continues_ = false;
+    if (text.front() <= ' ' && IsBlank()) [[unlikely]]
+        ++blankLines_;
+}
+
 void AccountKeeper::PieceBegins(const LinePiece& piece) {
     if (!piece.continues)
         EndLine();
@@ -120,16 +131,13 @@ bool AccountKeeper::GoesOn(std::uint64_t bytesRead) {
 /// A piece that was skipped leaves its line skipped, unless another is read. The mere line end of a
 /// long line reads nothing.
 void AccountKeeper::EndPiece() {
-    if (inPiece_ && !skipped_ && !(continues_ && IsBlank()))
-        lineRead_ = true;
+    lineRead_ = lineRead_ || (inPiece_ && PieceIsRead());
     inPiece_ = skipped_ = false;
 }
 
 void AccountKeeper::EndLine() {
-    const bool began = inPiece_;
-    EndPiece();
-    skippedLines_ += began && !lineRead_ ? 1 : 0;
-    lineRead_ = false;
+    skippedLines_ += inPiece_ && !lineRead_ && !PieceIsRead() ? 1 : 0;
+    inPiece_ = skipped_ = lineRead_ = false;
 }
 
 bool AccountKeeper::IsBlank() const {

@@ -32,6 +32,7 @@ public:
     ~AccountKeeper();
 
     // What the reader tells.
+    void LineBegins(std::string_view text, std::uint64_t number) override;
     void PieceBegins(const LinePiece& piece) override;
     void EndsEarly(std::uint64_t bytes) override;
     bool GoesOn(std::uint64_t bytesRead) override;
@@ -108,6 +109,7 @@ private:
     void EndLine();
     void NoteEmpty();
     bool IsBlank() const;
+    bool PieceIsRead() const { return !skipped_ && !(continues_ && IsBlank()); }
 
     FileAccount* account_;
     CConvListener* listener_;
@@ -129,7 +131,7 @@ private:
 
     std::uint64_t jobs_ = 0;
     const CJob* lastJob_ = nullptr; ///< a job that is told again is still one
-    std::uint64_t records_ = 0; ///< stations, points, and lines of the document
+    std::uint64_t records_ = 0;     ///< stations, points, and lines of the document
     std::uint64_t orientationPoints_ = 0;
     std::uint64_t documentLines_ = 0;
 

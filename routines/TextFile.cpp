@@ -67,8 +67,12 @@ bool TextFile::Next(std::string_view& line, LastCharacter last) {
     }
     const bool isEnded = !line.empty() && line.back() == '\n';
     const std::size_t nul = sawNul_ ? line.find('\0') : std::string_view::npos;
-    if (watch_) [[unlikely]]
-        Tell(line, isEnded, last);
+    if (watch_) [[unlikely]] {
+        if (isEnded && !inLine_ && !isCovered_ && !sawNul_ && !sawCr_)
+            watch_->LineBegins(line, ++number_);
+        else
+            Tell(line, isEnded, last);
+    }
     if (nul != std::string_view::npos) {
         line = line.substr(0, nul);
         if (rules_ == LineRules::Complete) {

@@ -89,7 +89,8 @@ TEST_F(ManyTest, AnOldOutputLastsUntilTheNewOneIsWhole) {
 
 TEST_F(ManyTest, AFolderStandsForWhatFitsBelowIt) {
     Gsi("day/b.gsi");
-    Gsi("day/\u0416.gsi"); // beyond the code page
+    WriteBytes(fs::path(folder_.Path("day")) / fs::path(u8"\u0416.gsi"), // beyond the code page
+               GsiLine(0));
     Gsi("day/a/z");
     Gsi("day/a.gsi");
     Gsi("day/.hidden.gsi");

@@ -5,7 +5,8 @@
 #include "export/FromBook.h"
 #include "export/Output.h"
 
-#include <sstream>
+#include <ostream>
+#include <streambuf>
 #include <utility>
 
 namespace convfile::app {
@@ -25,6 +26,24 @@ private:
     }
 
     std::unique_ptr<exports::Output> output_;
+};
+
+/// Keeps what it gets, as it gets it.
+class PieceBuffer final : public std::streambuf {
+public:
+    std::vector<std::string> Take() { return std::exchange(pieces_, {}); }
+
+private:
+    std::streamsize xsputn(const char* bytes, std::streamsize size) override {
+        pieces_.emplace_back(bytes, static_cast<std::size_t>(size));
+        return size;
+    }
+    int_type overflow(int_type c) override {
+        pieces_.emplace_back(1, traits_type::to_char_type(c));
+        return traits_type::not_eof(c);
+    }
+
+    std::vector<std::string> pieces_;
 };
 
 } // namespace
@@ -56,15 +75,16 @@ std::unique_ptr<Output> MakeOutput(std::string_view name, Sink& sink, std::size_
     return nullptr;
 }
 
-std::string Rendered(std::string_view view, const Conversion& conversion) {
-    std::ostringstream text;
-    Sink sink(text);
+std::vector<std::string> Rendered(std::string_view view, const Conversion& conversion) {
+    PieceBuffer pieces;
+    std::ostream stream(&pieces);
+    Sink sink(stream);
     const auto output = MakeOutput(view, sink, 1);
     sink.Flush();
-    text.str({}); // a table's head
+    pieces.Take(); // a table's head
     output->Add(conversion);
     sink.Flush();
-    return std::move(text).str();
+    return pieces.Take();
 }
 
 std::string_view ExtensionOf(std::string_view view) {

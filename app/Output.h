@@ -26,9 +26,10 @@ public:
         Write(conversion);
     }
     /// Adds what Rendered made of one.
-    void AddRendered(std::string_view text) {
+    void AddRendered(const std::vector<std::string>& pieces) {
         Separate();
-        sink_.Write(text);
+        for (const std::string& piece : pieces)
+            sink_.Write(piece);
         sink_.Flush();
     }
     virtual void End() {}
@@ -58,8 +59,9 @@ bool TakesOneFile(std::string_view view);
 /// The way of that name; `files` is how many results may come. Null for an unknown name.
 std::unique_ptr<Output> MakeOutput(std::string_view name, Sink& sink, std::size_t files);
 
-/// What is shown of one file among several, without what stands before, between and behind them.
-std::string Rendered(std::string_view view, const Conversion& conversion);
+/// What is shown of one file among several, without what stands before, between and behind them:
+/// in pieces, as a long text that grows would be copied, and asked of the system, again and again.
+std::vector<std::string> Rendered(std::string_view view, const Conversion& conversion);
 
 /// The extension of a file of that kind alone.
 std::string_view ExtensionOf(std::string_view view);

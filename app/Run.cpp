@@ -49,7 +49,7 @@ ByteSource SourceOf(const std::string& file) {
 /// What became of one file.
 struct Done {
     std::unique_ptr<Conversion> conversion; ///< where it is not rendered yet
-    std::string text;                       ///< where it is
+    std::vector<std::string> text;          ///< where it is
     bool isLeftOut = false;                 ///< it was found in a folder, and no format fits
     bool shortOfMemory = false;
     std::string problem; ///< what is to be told of it

@@ -36,7 +36,7 @@ public:
             const std::lock_guard lock(mutex_);
             next_ = count_;
         }
-        changed_.notify_all();
+        room_.notify_all();
         for (std::thread& thread : threads_)
             thread.join();
     }
@@ -44,8 +44,8 @@ public:
     /// The next result in order; `whileWaiting` is called now and then until it is there.
     Result Take(const std::function<void()>& whileWaiting) {
         std::unique_lock lock(mutex_);
-        while (!changed_.wait_for(lock, kNowAndThen,
-                                  [this] { return done_[given_ % ahead_].has_value(); })) {
+        while (!ready_.wait_for(lock, kNowAndThen,
+                                [this] { return done_[given_ % ahead_].has_value(); })) {
             lock.unlock();
             whileWaiting();
             lock.lock();
@@ -53,7 +53,7 @@ public:
         Result result = std::move(*std::exchange(done_[given_ % ahead_], std::nullopt));
         ++given_;
         lock.unlock();
-        changed_.notify_all();
+        room_.notify_one();
         return result;
     }
 
@@ -63,7 +63,7 @@ private:
     void Work() {
         std::unique_lock lock(mutex_);
         while (true) {
-            changed_.wait(lock, [this] { return next_ >= count_ || next_ < given_ + ahead_; });
+            room_.wait(lock, [this] { return next_ >= count_ || next_ < given_ + ahead_; });
             if (next_ >= count_)
                 return;
             const std::size_t mine = next_++;
@@ -71,7 +71,8 @@ private:
             Result result = work_(mine);
             lock.lock();
             done_[mine % ahead_] = std::move(result);
-            changed_.notify_all();
+            if (mine == given_) // nobody waits for another
+                ready_.notify_one();
         }
     }
 
@@ -82,7 +83,8 @@ private:
     std::size_t given_ = 0;                   ///< so many
     std::vector<std::optional<Result>> done_; ///< a ring
     std::mutex mutex_;
-    std::condition_variable changed_;
+    std::condition_variable room_;  ///< for another result, or no more to do
+    std::condition_variable ready_; ///< the next result in order
     std::vector<std::thread> threads_;
 };
 

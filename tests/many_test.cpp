@@ -89,6 +89,8 @@ TEST_F(ManyTest, AnOldOutputLastsUntilTheNewOneIsWhole) {
 
 TEST_F(ManyTest, AFolderStandsForWhatFitsBelowIt) {
     Gsi("day/b.gsi");
+    WriteBytes(fs::path(folder_.Path("day")) / fs::path(u8"\u0416.gsi"), // beyond the code page
+               GsiLine(0));
     Gsi("day/a/z");
     Gsi("day/a.gsi");
     Gsi("day/.hidden.gsi");
@@ -102,12 +104,13 @@ TEST_F(ManyTest, AFolderStandsForWhatFitsBelowIt) {
 #endif
     const Outcome day = Run("--to json " + Quoted("day"));
     EXPECT_EQ(day.status, 0);
-    EXPECT_THAT(NamesIn(day.out), ElementsAre("z", "a.gsi", "b.gsi"));
-    EXPECT_THAT(day.out, AllOf(StartsWith("[\n{"), HasSubstr("day/a.gsi\"")));
+    EXPECT_THAT(NamesIn(day.out), ElementsAre("z", "a.gsi", "b.gsi", "\u0416.gsi"));
+    EXPECT_THAT(day.out, AllOf(StartsWith("[\n{"), HasSubstr("a.gsi\"")));
     EXPECT_EQ(day.err, "convfile: 2 files were left out: no format fits\n");
 
     const Outcome named = Run("--to jsonl --format gsi " + Quoted("day"));
-    EXPECT_THAT(NamesIn(named.out), ElementsAre("nothing", "z", "a.gsi", "b.gsi", "nothing.gsi"));
+    EXPECT_THAT(NamesIn(named.out),
+                ElementsAre("nothing", "z", "a.gsi", "b.gsi", "nothing.gsi", "\u0416.gsi"));
     EXPECT_EQ(named.err, "");
 
     fs::create_directory(folder_.Path("empty"));
@@ -133,7 +136,7 @@ TEST_F(ManyTest, EachFileHasAnOutputNamedAfterIt) {
     EXPECT_EQ(run.out, "");
     EXPECT_THAT(Files("out/new"), ElementsAre("a/site.json", "a/site.raw.json", "site.json",
                                               "two/site.alt.json", "two/site.gsi.json"));
-    EXPECT_EQ(Read("out/new/site.json"), Run("--to json " + Quoted("day/site.gsi")).out);
+    EXPECT_THAT(Read("out/new/site.json"), StartsWith("{\n  \"file\": \"site.gsi\""));
     for (const char* view : {"table", "summary", "dxf", "points", "jsonl"})
         EXPECT_EQ(Run(std::string("-O ") + Quoted("kinds") + " --to " + view + " " +
                       Quoted("day/site.gsi"))

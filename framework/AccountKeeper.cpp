@@ -172,7 +172,13 @@ void AccountKeeper::Add(Tally& tally, std::uint64_t line) {
     if (line == tally.lastLine)
         return;
     tally.lastLine = line;
-    tally.remark.lastLine = std::max(tally.remark.lastLine, line);
+    if (line > tally.remark.lastLine) { // nearly always: lines come in their order
+        tally.remark.lastLine = line;
+        ++tally.remark.count;
+        if (lines.size() < kMostLines)
+            lines.push_back(line);
+        return;
+    }
     const auto place = std::ranges::lower_bound(lines, line);
     if (place != lines.end() && *place == line)
         return;

@@ -24,15 +24,25 @@ bool HoldsText(std::string_view bytes) {
     return bytes.find_first_not_of(std::string_view("\x1A\0\r\n", 4)) != std::string_view::npos;
 }
 
-/// True where a CR has no LF behind it, or another CR before it; at the border of a block, where
-/// that cannot be told, too.
+/// True where a CR has no LF directly behind it, or stands last, where that cannot be told.
 bool HoldsCrWithoutLf(std::string_view bytes) {
-    bool holds = false;
-    ForEachPosition(bytes, '\r', [&](std::size_t cr) {
-        holds = holds || cr + 1 == bytes.size() || bytes[cr + 1] != '\n' || cr == 0 ||
-                bytes[cr - 1] == '\r';
-    });
-    return holds;
+    std::size_t i = 0;
+#if defined(__SSE2__)
+    const auto equal = [&](std::size_t at, char wanted) {
+        const void* const sixteen = bytes.data() + at;
+        const __m128i loaded = _mm_loadu_si128(static_cast<const __m128i*>(sixteen));
+        return _mm_cmpeq_epi8(loaded, _mm_set1_epi8(wanted));
+    };
+    for (; i + sizeof(__m128i) < bytes.size(); i += sizeof(__m128i)) {
+        if (_mm_movemask_epi8(_mm_andnot_si128(equal(i + 1, '\n'), equal(i, '\r'))) != 0)
+            return true;
+    }
+#endif
+    for (; i < bytes.size(); ++i) {
+        if (bytes[i] == '\r' && (i + 1 == bytes.size() || bytes[i + 1] != '\n'))
+            return true;
+    }
+    return false;
 }
 
 } // namespace

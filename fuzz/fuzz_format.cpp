@@ -164,7 +164,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (isDatabase)
         std::ofstream(path, std::ios::binary).write(bytes.data(), std::ssize(bytes));
     const auto convert = [&](const ByteSource& source, Conversion& conversion) {
-        const Route route{.format = fuzzedFormat, .complete = false, .trustsFormat = last % 2 == 0};
+        const Route route{
+            .format = fuzzedFormat, .complete = middle % 2 == 1, .trustsFormat = last % 2 == 0};
         Convert(route, path, conversion, isDatabase ? ByteSource{} : source);
         return conversion.converted;
     };

@@ -86,8 +86,9 @@ TEST(Account, EveryFileGivesItsOwn) {
     }
 }
 
-app::Conversion& Converted(const Golden& golden, std::string_view bytes, app::Conversion& result) {
-    ConvertBytesAs(golden.format, golden.file.filename().string(), bytes, result);
+app::Conversion& Converted(const Golden& golden, std::string_view bytes, app::Conversion& result,
+                           Rules rules = Rules::Classic) {
+    ConvertBytesAs(golden.format, golden.file.filename().string(), bytes, result, rules);
     return result;
 }
 
@@ -126,8 +127,9 @@ TEST(Account, AddsUpWhereverAFileIsCut) {
         const std::size_t first = bytes.size() > kSmallFile ? bytes.size() : 0;
         for (std::size_t length = first; length <= bytes.size(); ++length) {
             app::Conversion cut;
+            const Rules rules = length % 2 == 0 ? Rules::Classic : Rules::Complete;
             const FileAccount& account =
-                Converted(golden, std::string_view(bytes).substr(0, length), cut).account;
+                Converted(golden, std::string_view(bytes).substr(0, length), cut, rules).account;
             ASSERT_EQ(account.lines, account.read + account.skipped) << golden.file << length;
             ASSERT_LE(account.remarks.size(), 32U) << golden.file << length;
             for (const Remark& remark : account.remarks) {

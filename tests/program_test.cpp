@@ -133,7 +133,8 @@ TEST_F(CommandLineTest, TellsHowTheFileWasRead) {
     EXPECT_THAT(Run("--to json \"" + name + "\"").out,
                 HasSubstr("  \"format\": \"gsi\",\n  \"account\": {\n    \"lines\": 2,\n    "
                           "\"read\": 1,\n    \"skipped\": 1,\n"));
-    EXPECT_THAT(Run("--to jsonl \"" + name + "\"").out, HasSubstr("\"points\":[{\"name\":\"1\",\"line\":1,"));
+    EXPECT_THAT(Run("--to jsonl \"" + name + "\"").out,
+                HasSubstr("\"points\":[{\"name\":\"1\",\"line\":1,"));
 }
 
 TEST_F(CommandLineTest, SaysWhatHasNoConverter) {

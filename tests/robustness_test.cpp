@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
+#include <vector>
 
 namespace convfile::test {
 namespace {
@@ -15,6 +17,16 @@ namespace {
 using memory::Adder;
 
 constexpr std::size_t kSmallFile = 8192;
+
+/// Every reference file, to be read by the classic rules and by the complete ones.
+std::vector<std::pair<Golden, Rules>> BothReadings() {
+    std::vector<std::pair<Golden, Rules>> readings;
+    for (const Golden& golden : GoldenFiles()) {
+        readings.emplace_back(golden, Rules::Classic);
+        readings.emplace_back(golden, Rules::Complete);
+    }
+    return readings;
+}
 
 std::string ReplaceAll(std::string text, std::string_view from, std::string_view to) {
     for (std::size_t i = text.find(from); i != std::string_view::npos;
@@ -31,16 +43,16 @@ bool HasPlainLineEnds(const std::string& bytes) {
 }
 
 TEST(EveryFormat, TakesBothLineEnds) {
-    for (const Golden& golden : GoldenFiles()) {
+    for (const auto& [golden, rules] : BothReadings()) {
         const std::string bytes = ReadBytes(golden.file);
         if (!HasPlainLineEnds(bytes))
             continue;
         const std::string lf = ReplaceAll(bytes, "\r\n", "\n");
         const std::string name = golden.file.filename().string();
-        const std::string expected = ConvertToJson(golden.format, golden.Path());
+        const std::string expected = ConvertToJson(golden.format, golden.Path(), rules);
         for (const std::string& ended : {lf, ReplaceAll(lf, "\n", "\r\n")}) {
             app::Conversion result;
-            ConvertBytesAs(golden.format, name, ended, result);
+            ConvertBytesAs(golden.format, name, ended, result, rules);
             EXPECT_EQ(JsonOf(result), expected) << golden.file;
         }
     }
@@ -49,17 +61,18 @@ TEST(EveryFormat, TakesBothLineEnds) {
 /// A file cut short gives what was complete in it: all its points but the last, which the cut may
 /// have changed, are those of the whole file. (By name: their values may hang on a later UNITS.)
 TEST(EveryFormat, CutAtEveryByteKeepsWhatWasComplete) {
-    for (const Golden& golden : GoldenFiles()) {
+    for (const auto& [golden, rules] : BothReadings()) {
         const std::string bytes = ReadBytes(golden.file);
         if (bytes.size() > kSmallFile)
             continue;
         app::Conversion whole;
-        ConvertAs(golden.format, golden.Path(), whole);
+        ConvertAs(golden.format, golden.Path(), whole, rules);
         const std::vector<std::string> wholePoints = PointNames(whole.fieldBook);
         const std::string name = golden.file.filename().string();
         for (std::size_t length = 0; length < bytes.size(); ++length) {
             app::Conversion cut;
-            ConvertBytesAs(golden.format, name, std::string_view(bytes).substr(0, length), cut);
+            ConvertBytesAs(golden.format, name, std::string_view(bytes).substr(0, length), cut,
+                           rules);
             std::vector<std::string> points = PointNames(cut.fieldBook);
             if (!points.empty())
                 points.pop_back();
@@ -86,15 +99,15 @@ std::size_t RecordCount(const memory::FieldBook& book, Adder adder) {
 /// the same answer, and nothing of that kind is added any more.
 TEST(EveryFormat, GoesOnWhereTheFieldBookDeclines) {
     constexpr Adder kAdders[] = {Adder::Job, Adder::Station, Adder::Point, Adder::OrientationPoint};
-    for (const Golden& golden : GoldenFiles()) {
+    for (const auto& [golden, rules] : BothReadings()) {
         app::Conversion whole;
-        ConvertAs(golden.format, golden.Path(), whole);
+        ConvertAs(golden.format, golden.Path(), whole, rules);
         for (const Adder adder : kAdders) {
             const std::size_t most = RecordCount(whole.fieldBook, adder);
             for (std::size_t call = 0; call <= std::min<std::size_t>(most, 40); ++call) {
                 app::Conversion declined;
                 declined.fieldBook.DeclineFrom(adder, call);
-                ConvertAs(golden.format, golden.Path(), declined);
+                ConvertAs(golden.format, golden.Path(), declined, rules);
                 EXPECT_EQ(declined.converted, whole.converted) << golden.file;
                 EXPECT_LE(RecordCount(declined.fieldBook, adder), call) << golden.file;
             }
@@ -124,10 +137,10 @@ std::string WithNegativeZeros(std::string text) {
 
 TEST(EveryFormat, WritesNoNegativeZero) {
     const TempFolder folder;
-    for (const Golden& golden : GoldenFiles()) {
+    for (const auto& [golden, rules] : BothReadings()) {
         const std::string path = folder.Write(golden.file.filename().string(),
                                               WithNegativeZeros(ReadBytes(golden.file)));
-        const std::string book = ConvertToJson(golden.format, path);
+        const std::string book = ConvertToJson(golden.format, path, rules);
         for (const char* const zero : {" -0,", " -0\n"})
             EXPECT_EQ(book.find(zero), std::string_view::npos) << golden.file;
     }

@@ -14,7 +14,8 @@ std::vector<std::string> ConvertAll(const std::vector<Golden>& files) {
     std::vector<std::string> results;
     results.reserve(files.size());
     for (const Golden& golden : files)
-        results.push_back(ConvertToJson(golden.format, golden.Path()));
+        for (const Rules rules : {Rules::Classic, Rules::Complete})
+            results.push_back(ConvertToJson(golden.format, golden.Path(), rules));
     return results;
 }
 

@@ -105,6 +105,7 @@ void Book::EndPoint() {
 
 const Counts& Book::Finish() {
     EndPoint();
+    counts_.namedJobs = job_.Named();
     return counts_;
 }
 

@@ -16,6 +16,7 @@ namespace convfile::counting {
 /// What was written.
 struct Counts {
     std::uint64_t records = 0;      ///< stations, points, orientation points and lines
+    std::uint64_t namedJobs = 0;    ///< jobs that a record of the file names
     std::uint64_t points = 0;       ///< with a distance or an angle
     std::uint64_t complete = 0;     ///< of them with a distance and both angles
     std::uint64_t unbelievable = 0; ///< of them with a value that no surveyor would measure
@@ -49,19 +50,27 @@ private:
 
 class Job final : public CJob {
 public:
-    void SetNome(const std::string& name) override { name_ = name; }
+    void SetNome(const std::string& name) override {
+        name_ = name;
+        ++named_;
+    }
     void SetOper(const std::string&) override {}
     void SetStrum(const std::string&) override {}
     void SetData(const std::string&) override {}
-    void SetLabels(const std::string& name, const std::string&, const std::string&,
-                   const std::string&) override {
+    void SetLabels(const std::string& name, const std::string& operatorName,
+                   const std::string& instrument, const std::string& date) override {
         name_ = name;
+        named_ += operatorName.empty() && instrument.empty() && date.empty() ? 0 : 1;
     }
     void SetCodeElab(short) override {}
     const std::string& GetNome() override { return name_; }
 
+    /// How often a name was set, or texts besides it: the job named after the file has none.
+    std::uint64_t Named() const { return named_; }
+
 private:
     std::string name_;
+    std::uint64_t named_ = 0;
 };
 
 class Station final : public Forgetful<CSta> {

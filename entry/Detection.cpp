@@ -18,8 +18,10 @@ constexpr std::size_t kSecondLook = 1024UL * 1024;
 constexpr double kBehind = 0.25;
 constexpr double kOut = kFits / 2;
 
+/// `needsRecords`: lines that the format only knows do not make a file of it, such as a text that
+/// stands where others have a header.
 double Try(const Candidate& candidate, std::string_view bytes, const std::string& name,
-           const ReadingRules& rules) {
+           const ReadingRules& rules, bool needsRecords) {
     if (candidate.format->kind == FormatKind::Database)
         return database::BeginsAccessFile(bytes) ? 1 : 0;
     counting::Book book;
@@ -37,13 +39,17 @@ double Try(const Candidate& candidate, std::string_view bytes, const std::string
                                                    .isTrial = true,
                                                    .layout = candidate.layout}},
                                   &file);
-    return converted ? ScoreOf(account, book.Finish()) : 0;
+    if (!converted)
+        return 0;
+    const counting::Counts& counts = book.Finish();
+    const bool holdsAnything = counts.records > 0 || counts.namedJobs > 0 || account.numbers > 0;
+    return holdsAnything || !needsRecords ? ScoreOf(account, counts) : 0;
 }
 
 void TryAll(std::vector<Candidate>& candidates, std::string_view bytes, const std::string& name,
-            const ReadingRules& rules) {
+            const ReadingRules& rules, bool needsRecords) {
     for (Candidate& candidate : candidates)
-        candidate.score = Try(candidate, bytes, name, rules);
+        candidate.score = Try(candidate, bytes, name, rules, needsRecords);
 }
 
 const Candidate& BestOf(const std::vector<Candidate>& candidates) {
@@ -54,7 +60,7 @@ const Candidate& BestOf(const std::vector<Candidate>& candidates) {
 
 double FirstScore(const Format& format, Sample& sample, const std::string& name,
                   const ReadingRules& rules) {
-    return Try({.format = &format}, sample.First(kFirstLook), name, rules);
+    return Try({.format = &format}, sample.First(kFirstLook), name, rules, false);
 }
 
 Candidate FindFormat(const std::vector<const Format*>& formats, Sample& sample,
@@ -67,13 +73,15 @@ Candidate FindFormat(const std::vector<const Format*>& formats, Sample& sample,
     }
     if (candidates.empty())
         return {};
-    TryAll(candidates, sample.First(kFirstLook), name, rules);
-    if (!sample.IsWhole(kFirstLook)) {
+    const std::string_view first = sample.First(kFirstLook);
+    const bool isWhole = sample.IsWhole(kFirstLook);
+    TryAll(candidates, first, name, rules, isWhole);
+    if (!isWhole) {
         const double least = std::max(BestOf(candidates).score - kBehind, kOut);
         std::erase_if(candidates, [&](const Candidate& c) { return c.score < least; });
         if (candidates.empty())
             return {};
-        TryAll(candidates, sample.First(kSecondLook), name, rules);
+        TryAll(candidates, sample.First(kSecondLook), name, rules, true);
     }
     const Candidate& best = BestOf(candidates);
     return best.score >= kFits ? best : Candidate{};

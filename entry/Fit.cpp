@@ -34,8 +34,10 @@ bool IsKnown(RemarkKind kind) {
            kind == RemarkKind::NoMeasurement;
 }
 
-bool IsDamage(RemarkKind kind) {
-    return kind == RemarkKind::LongLine || kind == RemarkKind::LineEnd || kind == RemarkKind::Nul;
+/// A last line without its end says nothing of the format; lines of which half have none do.
+bool IsDamage(RemarkKind kind, bool isEverywhere) {
+    return kind == RemarkKind::LongLine || kind == RemarkKind::Nul ||
+           (kind == RemarkKind::LineEnd && isEverywhere);
 }
 
 /// The part of good ones among all, where a few bad ones among few are not held against it.
@@ -46,6 +48,7 @@ double Share(double good, double bad) {
 } // namespace
 
 double ScoreOf(const FileAccount& account, const counting::Counts& counts) {
+    const auto lines = static_cast<double>(account.lines - account.blank);
     double known = 0; // of the causes of one line only one counts
     double damage = 0;
     double faults = 0;
@@ -55,14 +58,13 @@ double ScoreOf(const FileAccount& account, const counting::Counts& counts) {
         const auto count = static_cast<double>(remark.count);
         if (IsKnown(remark.kind))
             known = std::max(known, count);
-        else if (IsDamage(remark.kind))
+        else if (IsDamage(remark.kind, 2 * count >= lines))
             damage = std::max(damage, count);
         else if (remark.kind == RemarkKind::NoNumber)
             faults += count;
         else if (remark.kind == RemarkKind::Incomplete)
             faults += kIncompleteCosts * count;
     }
-    const auto lines = static_cast<double>(account.lines - account.blank);
     const double worth =
         static_cast<double>(account.read - account.blank) - damage - faults - kNotReadCosts * known;
     if (worth <= 0)

@@ -72,6 +72,7 @@ TEST(Detection, TakesNoFileThatIsNoneOfOurs) {
          "it was the age of foolishness, 1859.\n"},
         {"coordinates", coordinates},
         {"coordinates in columns", coordinateColumns},
+        {"a word", "convfile\n"},
         {"markup", "<?xml version=\"1.0\"?>\n<LandXML version=\"1.2\">\n <Units/>\n</LandXML>\n"},
         {"json", "{\n  \"name\": \"x\",\n  \"values\": [1, 2, 3.5]\n}\n"},
         {"source", "#include <stdio.h>\nint main(void) {\n    return 0;\n}\n"},

@@ -11,8 +11,8 @@
 
 namespace convfile::app {
 
-/// Writes JSON straight into the buffer in front of the output: compact, or indented by two blanks a
-/// level. Control characters in texts are escaped, the upper ones (U+007F to U+009F) too, and
+/// Writes JSON straight into the buffer in front of the output: compact, or indented by two blanks
+/// a level. Control characters in texts are escaped, the upper ones (U+007F to U+009F) too, and
 /// nothing else but what must be.
 template <bool kIndented>
 class JsonWriter {

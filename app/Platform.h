@@ -14,7 +14,8 @@ namespace convfile::app {
 void PrepareStandardStreams();
 
 /// The arguments, without the program's own name. The program has names of files as the system
-/// gives them where it is one of bytes, and in UTF-8 on Windows, so that none is beyond a code page.
+/// gives them where it is one of bytes, and in UTF-8 on Windows, so that none is beyond a code
+/// page.
 std::vector<std::string> Arguments(int argc, char** argv);
 
 /// Such a name as a path, and the other way round.

@@ -19,8 +19,8 @@
 //
 // Angles are gon, or degrees after "UNITS M,D"; lengths metres, whatever UNITS says. Other keywords
 // (XYZ, SCALE, TEMP ...) are not read. The complete reading applies UNITS as instruments write it:
-// degrees, minutes and seconds (DDD.MMSSss), feet; and XYZ (east, north, height) gives coordinates to
-// the station or point before it.
+// degrees, minutes and seconds (DDD.MMSSss), feet; and XYZ (east, north, height) gives coordinates
+// to the station or point before it.
 
 #include "converters/KeywordRecords.h"
 

@@ -9,8 +9,8 @@
 #include <cstdint>
 #include <string>
 
-/// A field book, and a cadastral document, that keep nothing but counts: what a file is read into to
-/// see how well a format fits it.
+/// A field book, and a cadastral document, that keep nothing but counts: what a file is read into
+/// to see how well a format fits it.
 namespace convfile::counting {
 
 /// What was written.
@@ -120,8 +120,8 @@ private:
     double horizontalAngle_ = 0;
 };
 
-/// Holds one record of each kind, the last, and of points two in turn, so that who compares them can
-/// tell that one was added.
+/// Holds one record of each kind, the last, and of points two in turn, so that who compares them
+/// can tell that one was added.
 class Book final : public CLibCmp {
 public:
     CJob* AddJob(bool) override;

@@ -6,8 +6,8 @@ namespace convfile {
 
 namespace {
 
-/// What a line that is known but not read, or not in its unit, lacks of a line's worth: it speaks for
-/// the format nearly as a record does.
+/// What a line that is known but not read, or not in its unit, lacks of a line's worth: it speaks
+/// for the format nearly as a record does.
 constexpr double kNotReadCosts = 0.1;
 
 /// The part of a fault that a record is which lacks a field: instruments leave out what they do not
@@ -26,7 +26,8 @@ constexpr double kCompletePoints = 0.1;
 /// format knows only as a line that it does not read.
 constexpr double kRecords = 0.2;
 
-/// A guess before anything was seen, worth so many lines, points or numbers: few say less than many.
+/// A guess before anything was seen, worth so many lines, points or numbers: few say less than
+/// many.
 constexpr double kBenefitOfDoubt = 1;
 
 bool IsKnown(RemarkKind kind) {

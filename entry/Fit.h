@@ -9,8 +9,9 @@ namespace convfile {
 /// From 0, not at all, to a little above 1, in every line. The same rule for all formats.
 double ScoreOf(const FileAccount& account, const counting::Counts& counts);
 
-/// A file is one of a format's from here on: of what it holds nearly half makes sense. Files of ours
-/// that are full of what is not read stay above it; of 1,500 files of all kinds none comes near.
+/// A file is one of a format's from here on: of what it holds nearly half makes sense. Files of
+/// ours that are full of what is not read stay above it; of 1,500 files of all kinds none comes
+/// near.
 inline constexpr double kFits = 0.4;
 
 /// With an extension that says the same, a fifth will do: what else would it be?

@@ -4,17 +4,26 @@
 
 namespace convfile {
 
+namespace {
+
+/// Most files are far smaller than the sample may be.
+constexpr std::size_t kStep = 64UL * 1024;
+
+} // namespace
+
 bool Sample::Open(const std::string& name, const ByteSource& source) {
     source_ = source;
     return file_.Open(name, source);
 }
 
 std::string_view Sample::First(std::size_t size) {
-    if (bytes_.size() <= size && !atEnd_) { // one byte more, to see whether there is one
+    while (bytes_.size() <= size && !atEnd_) { // one byte more, to see whether there is one
         const std::size_t had = bytes_.size();
-        bytes_.resize(size + 1);
-        bytes_.resize(had + file_.Read(bytes_.data() + had, size + 1 - had));
-        atEnd_ = bytes_.size() <= size;
+        const std::size_t wanted = std::min(size + 1 - had, kStep);
+        bytes_.resize(had + wanted);
+        const std::size_t read = file_.Read(bytes_.data() + had, wanted);
+        bytes_.resize(had + read);
+        atEnd_ = read < wanted;
     }
     const std::string_view first = std::string_view(bytes_).substr(0, size);
     if (first.size() == bytes_.size())

@@ -47,11 +47,12 @@ AccountKeeper::~AccountKeeper() {
         account_->blank = blankLines_;
         account_->numbers = numbers_;
         account_->noNumbers = noNumbers_;
-        const auto order = [](const Tally& tally) {
+        // Of the same line and kind by their texts: compilers differ in which field is read first.
+        std::ranges::sort(tallies_, {}, [](const Tally& tally) {
             const auto& lines = tally.remark.lines;
-            return std::make_tuple(lines.empty() ? kCurrent : lines.front(), tally.remark.kind);
-        };
-        std::ranges::stable_sort(tallies_, {}, order);
+            return std::make_tuple(lines.empty() ? kCurrent : lines.front(), tally.remark.kind,
+                                   std::string_view(tally.remark.text));
+        });
         for (Tally& tally : tallies_)
             account_->remarks.push_back(std::move(tally.remark));
         if (!angleUnit_.empty())
@@ -67,7 +68,7 @@ void AccountKeeper::LineBegins(std::string_view text, std::uint64_t number) {
     line_ = number;
     ++lines_;
     inPiece_ = true;
-    continues_ = false;
+    isMereEnd_ = false;
     if (text.front() <= ' ' && IsBlank()) [[unlikely]]
         ++blankLines_;
 }
@@ -82,7 +83,7 @@ void AccountKeeper::PieceBegins(const LinePiece& piece) {
     lines_ += piece.continues ? 0 : 1;
     blankLines_ += !piece.continues && IsBlank() ? 1 : 0;
     inPiece_ = true;
-    continues_ = piece.continues;
+    isMereEnd_ = piece.continues && IsBlank();
     if (piece.isLong || piece.hasNul || piece.hasLoneCr || piece.hasCrRun || piece.losesLast)
         [[unlikely]]
         NotePiece(piece);

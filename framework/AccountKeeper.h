@@ -109,17 +109,17 @@ private:
     void EndLine();
     void NoteEmpty();
     bool IsBlank() const;
-    bool PieceIsRead() const { return !skipped_ && !(continues_ && IsBlank()); }
+    bool PieceIsRead() const { return !skipped_ && !isMereEnd_; }
 
     FileAccount* account_;
     CConvListener* listener_;
     Problem* problem_;
 
     bool opened_ = false;
-    std::string_view text_;  ///< of the current piece
+    std::string_view text_;  ///< of the current piece, as long as that lasts
     std::uint64_t line_ = 0; ///< its number
     bool inPiece_ = false;
-    bool continues_ = false;  ///< it is not the first of its line
+    bool isMereEnd_ = false;  ///< it is the line end of a long line, and no more
     bool skipped_ = false;    ///< this piece
     bool lineRead_ = false;   ///< a piece of this line before it was read
     std::uint64_t lines_ = 0; ///< begun

@@ -115,8 +115,8 @@ protected:
     /// The point of the current station that was added last, or null.
     CPun* LastPoint();
 
-    /// Remark on the current line; the second one skips it, unless it is blank. Nothing where nobody
-    /// listens.
+    /// Remark on the current line; the second one skips it, unless it is blank. Nothing where
+    /// nobody listens.
     void Note(const Cause& cause) {
         if (keeper_) [[unlikely]]
             keeper_->Note(cause);
@@ -171,7 +171,8 @@ protected:
         const double number = ReadNumber(text);
         return IsPresent(number) ? number / divisor : number;
     }
-    /// The same of degrees, minutes and seconds (DDD.MMSSss), in gon; one with minutes or seconds of
+    /// The same of degrees, minutes and seconds (DDD.MMSSss), in gon; one with minutes or seconds
+    /// of
     /// 60 or more is absent.
     double ReadSexagesimal(std::string_view text) {
         double gon = 0;

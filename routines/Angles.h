@@ -21,14 +21,14 @@ constexpr double GonFromDegrees(double degrees) {
     return degrees * 400 / 360;
 }
 
-/// Gon of an angle in degrees, minutes and seconds, from their digits: "35" and "4510" are 35°45'10",
-/// what is behind these are decimals of the seconds. The nearest double to it: 59.9999999" stay less
-/// than a minute. None for minutes or seconds of 60 or more.
+/// Gon of an angle in degrees, minutes and seconds, from their digits: "35" and "4510" are
+/// 35°45'10", what is behind these are decimals of the seconds. The nearest double to it:
+/// 59.9999999" stay less than a minute. None for minutes or seconds of 60 or more.
 std::optional<double> GonFromSexagesimal(std::string_view degrees,
                                          std::string_view minutesAndSeconds);
 
-/// The same of a number DDD.MMSSss at the start of the text (35.451 is 35°45'10"): leading blanks, an
-/// optional sign, which is the whole angle's, digits. Gives how many characters it takes; 0, and
+/// The same of a number DDD.MMSSss at the start of the text (35.451 is 35°45'10"): leading blanks,
+/// an optional sign, which is the whole angle's, digits. Gives how many characters it takes; 0, and
 /// `gon` left as it was, where there is no digit. `gon` is the no-value marker for minutes or
 /// seconds of 60 or more.
 std::size_t SexagesimalAtStart(std::string_view text, double& gon);

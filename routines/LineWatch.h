@@ -22,8 +22,8 @@ public:
     LineWatch(const LineWatch&) = delete;
     LineWatch& operator=(const LineWatch&) = delete;
 
-    /// A whole line with its line end is about to be delivered, and nothing else was met in it: what
-    /// nearly every line is. The text stays until the next one.
+    /// A whole line with its line end is about to be delivered, and nothing else was met in it:
+    /// what nearly every line is. The text stays until the next one.
     virtual void LineBegins(std::string_view text, std::uint64_t number) = 0;
     /// Any other piece is about to be delivered; its text stays until the next one is.
     virtual void PieceBegins(const LinePiece& piece) = 0;

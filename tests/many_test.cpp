@@ -1,5 +1,5 @@
-// Many files and what is written of them: that old outputs last until new ones are whole, and that a
-// run says and writes the same however many files it takes at a time.
+// Many files and what is written of them: that old outputs last until new ones are whole, and that
+// a run says and writes the same however many files it takes at a time.
 
 #include "app/Progress.h"
 #include "tests/support/Files.h"
@@ -258,7 +258,8 @@ int Interrupted(const std::string& line, int signal, const std::function<bool()>
 }
 
 TEST_F(ManyTest, AnInterruptLeavesTheOldOutput) {
-    // The second file is a pipe that nobody writes to: the run stands there until it is interrupted.
+    // The second file is a pipe that nobody writes to: the run stands there until it is
+    // interrupted.
     ASSERT_EQ(mkfifo(folder_.Path("pipe.gsi").c_str(), 0600), 0);
     const std::string line =
         "--to jsonl -o " + Quoted("out.json") + " " + Gsi("a.gsi", 2000) + " " + Quoted("pipe.gsi");

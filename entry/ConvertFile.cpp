@@ -94,9 +94,10 @@ void NoteOtherFormat(const Format& better, const Format& format, FileAccount& ac
 
 /// Nothing is said of a file that does not open, but for want of memory: who named it can find out.
 void NoteOpening(ConversionReport& report) {
-    report.shortOfMemory = errno == ENOMEM;
-    if (report.shortOfMemory)
-        report.problem = "not enough memory";
+    if (errno != ENOMEM)
+        return;
+    report.shortOfMemory = true;
+    report.problem = "not enough memory";
 }
 
 void Convert(const ConversionOrder& order, ConversionReport& report) {
@@ -106,7 +107,7 @@ void Convert(const ConversionOrder& order, ConversionReport& report) {
     }
     Sample sample;
     errno = 0;
-    if (!sample.Open(order.file, order.source)) {
+    if (!order.trustsFormat && !sample.Open(order.file, order.source)) {
         NoteOpening(report);
         return;
     }
@@ -124,20 +125,21 @@ void Convert(const ConversionOrder& order, ConversionReport& report) {
     Problem problem;
     std::string file = order.file;
     errno = 0;
-    report.converted = format->convert({.fieldBook = *order.fieldBook,
-                                        .cadastralDocument = order.cadastralDocument,
-                                        .pointLibrary = order.pointLibrary,
-                                        .drawing = order.drawing,
-                                        .preparation = {.source = sample.Source(),
-                                                        .problem = &problem,
-                                                        .account = &report.account,
-                                                        .listener = order.listener,
-                                                        .rules = order.rules,
-                                                        .layout = choice.candidate.layout}},
-                                       &file);
+    report.converted = format->convert(
+        {.fieldBook = *order.fieldBook,
+         .cadastralDocument = order.cadastralDocument,
+         .pointLibrary = order.pointLibrary,
+         .drawing = order.drawing,
+         .preparation = {.source = order.trustsFormat ? order.source : sample.Source(),
+                         .problem = &problem,
+                         .account = &report.account,
+                         .listener = order.listener,
+                         .rules = order.rules,
+                         .layout = choice.candidate.layout}},
+        &file);
     report.shortOfMemory = problem.shortOfMemory;
     report.problem = problem.text;
-    if (!report.converted && !problem.failed)
+    if (!report.converted)
         NoteOpening(report);
     if (report.converted)
         report.account.format = format->name;

@@ -21,8 +21,8 @@ std::string UpperExtension(const std::string& path) {
     return extension;
 }
 
-Route RouteTo(const Format* format, std::string problem) {
-    Route route;
+views::Route RouteTo(const Format* format, std::string problem) {
+    views::Route route;
     if (format)
         route.format = format->name;
     else
@@ -53,8 +53,8 @@ std::string SharedExtensions() {
 
 } // namespace
 
-Route ChooseRoute(const FormatChoice& choice, const std::string& path) {
-    Route route;
+views::Route ChooseRoute(const FormatChoice& choice, const std::string& path) {
+    views::Route route;
     if (choice.code) {
         route = RouteTo(FormatByCode(*choice.code),
                         "format code " + std::to_string(*choice.code) + " has no converter");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "entry/FormatTable.h"
+#include "views/Conversion.h"
 
 #include <optional>
 #include <string>
@@ -15,16 +16,8 @@ struct FormatChoice {
     bool complete = false; ///< read what the classic rules leave out
 };
 
-/// The format that a file is to be read in.
-struct Route {
-    std::string format = {};  ///< short name; empty: extension and content choose
-    std::string problem = {}; ///< why there is no way for this file; empty: there is
-    bool complete = false;
-    bool trustsFormat = false; ///< it is not compared with others
-};
-
 /// The way a file takes.
-Route ChooseRoute(const FormatChoice& choice, const std::string& path);
+views::Route ChooseRoute(const FormatChoice& choice, const std::string& path);
 
 /// The table of formats, for people.
 std::string FormatList();

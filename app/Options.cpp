@@ -1,7 +1,7 @@
 #include "app/Options.h"
 
-#include "app/Display.h"
 #include "entry/FormatTable.h"
+#include "views/Display.h"
 
 #include <CLI/CLI.hpp>
 
@@ -13,6 +13,8 @@
 #include <utility>
 
 namespace convfile::app {
+
+using namespace views;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/Choice.h"
-#include "app/Output.h"
+#include "views/Output.h"
 
 #include <cstddef>
 #include <ostream>
@@ -17,7 +17,7 @@ inline constexpr std::string_view kStandardInput = "-"; ///< as the name of a fi
 /// What the command line says.
 struct Options {
     FormatChoice choice;
-    std::string view = std::string(kTable); ///< one of Views()
+    std::string view = std::string(views::kTable); ///< one of views::Views()
     std::string outputFile;                 ///< one for all files; empty: standard output
     std::string outputFolder;               ///< instead of that, for a file of each; empty: not so
     std::size_t jobs = 1;                   ///< so many files at a time

@@ -1,8 +1,9 @@
 #include "app/OutputNames.h"
 
-#include "app/Display.h"
 #include "app/Options.h"
 #include "app/Platform.h"
+#include "routines/FileName.h"
+#include "views/Display.h"
 
 #include <algorithm>
 #include <cwctype>
@@ -13,6 +14,8 @@
 #include <utility>
 
 namespace convfile::app {
+
+using namespace views;
 
 namespace {
 

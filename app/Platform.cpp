@@ -1,7 +1,5 @@
 #include "app/Platform.h"
 
-#include "routines/CodePage.h"
-
 #if defined(_WIN32)
 #include <fcntl.h>
 #include <io.h>
@@ -164,9 +162,5 @@ bool PrintsToTerminal() {
 void KeepDatabaseDriver() {}
 
 #endif
-
-std::string Utf8OfName(const std::string& name) {
-    return IsUtf8(name) ? name : Utf8FromWindows1252(name);
-}
 
 } // namespace convfile::app

@@ -22,9 +22,6 @@ std::vector<std::string> Arguments(int argc, char** argv);
 std::filesystem::path PathOf(const std::string& name);
 std::string NameOf(const std::filesystem::path& path);
 
-/// Such a name in UTF-8.
-std::string Utf8OfName(const std::string& name);
-
 /// Such a name as the library takes it, in the system's code page; none where that lacks it.
 std::optional<std::string> SystemName(const std::string& name);
 

@@ -1,13 +1,16 @@
 #include "app/Progress.h"
 
-#include "app/Display.h"
 #include "app/Platform.h"
+#include "routines/FileName.h"
+#include "views/Display.h"
 
 #include <algorithm>
 #include <cmath>
 #include <iostream>
 
 namespace convfile::app {
+
+using namespace views;
 
 namespace {
 

@@ -1,13 +1,14 @@
 #include "app/Run.h"
 
-#include "app/Conversion.h"
-#include "app/Display.h"
+#include "app/FileConversion.h"
 #include "app/Inputs.h"
 #include "app/OutputFile.h"
 #include "app/OutputNames.h"
 #include "app/Platform.h"
 #include "app/Progress.h"
 #include "app/Workers.h"
+#include "routines/FileName.h"
+#include "views/Display.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -21,6 +22,8 @@
 #include <vector>
 
 namespace convfile::app {
+
+using namespace views;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/Choice.h"
-#include "app/Conversion.h"
+#include "app/FileConversion.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -33,7 +33,7 @@ private:
 
 /// Converts a file as the program does.
 inline void Convert(const std::string& format, const std::string& path,
-                    app::Conversion& conversion) {
+                    views::Conversion& conversion) {
     app::FormatChoice choice;
     choice.name = format;
     app::Convert(app::ChooseRoute(choice, path), path, conversion);

@@ -117,7 +117,7 @@ void ImportJob(benchmark::State& state, Tables (*make)(std::int64_t)) {
     file.Create() << test::access::Write(test::access::Version::Jet4, make(state.range(0)));
     bool converted = true;
     for (auto _ : state) {
-        app::Conversion conversion;
+        views::Conversion conversion;
         Convert("tlsv", file.Path(), conversion);
         converted = conversion.converted;
     }

@@ -2,9 +2,9 @@
 // many points, of a chain of set-ups in the best and the worst order, of set-ups that have one name
 // in common. CPU time; bytes are those of the view.
 
-#include "app/Output.h"
 #include "bench/GsiFile.h"
 #include "export/Plan.h"
+#include "views/Output.h"
 
 #include <benchmark/benchmark.h>
 
@@ -38,9 +38,9 @@ private:
     long count_ = 0;
 };
 
-const app::Conversion& Book() {
+const views::Conversion& Book() {
     static const auto book = [] {
-        auto conversion = std::make_unique<app::Conversion>();
+        auto conversion = std::make_unique<views::Conversion>();
         Convert("gsi", GsiFile(kPoints), *conversion);
         return conversion;
     }();
@@ -48,14 +48,14 @@ const app::Conversion& Book() {
 }
 
 void MakeView(benchmark::State& state, const std::string& view) {
-    const app::Conversion& book = Book();
+    const views::Conversion& book = Book();
     long bytes = 0;
     for (auto _ : state) {
         Counter counter;
         std::ostream stream(&counter);
         {
-            app::Sink sink(stream);
-            const auto output = app::MakeOutput(view, sink, 1);
+            views::Sink sink(stream);
+            const auto output = views::MakeOutput(view, sink, 1);
             output->Add(book);
             output->End();
         }
@@ -115,7 +115,7 @@ void PlanOfOneName(benchmark::State& state) {
 } // namespace
 
 int main(int argc, char** argv) {
-    for (const std::string& view : app::Views()) {
+    for (const std::string& view : views::Views()) {
         benchmark::RegisterBenchmark(("View/" + view).c_str(), MakeView, view)
             ->Unit(benchmark::kMillisecond);
     }

@@ -84,7 +84,7 @@ Subject MakeSubject(const std::string& format, const fs::path& golden) {
 
 void ConvertSubject(benchmark::State& state, const Subject& subject) {
     for (auto _ : state) {
-        app::Conversion conversion;
+        views::Conversion conversion;
         Convert(subject.format, subject.file->Path(), conversion);
         if (!conversion.converted)
             state.SkipWithError("not converted");
@@ -98,7 +98,7 @@ void ConvertTitles(benchmark::State& state) {
     for (int64_t i = 0; i < state.range(0); ++i)
         report += "|TI  Lavoro    CANTIERE|\n|TI  Operatore ROSSI|\nMISURE\n";
     for (auto _ : state) {
-        app::Conversion conversion;
+        views::Conversion conversion;
         app::Convert({.format = "elt", .trustsFormat = true}, "titles.elt", conversion,
                      ByteSource::Memory(report));
         benchmark::DoNotOptimize(conversion.converted);

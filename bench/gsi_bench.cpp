@@ -79,7 +79,7 @@ void Register(const char* name, const std::string& work) {
 int main(int argc, char** argv) {
     const std::string work = argc == 3 ? argv[1] : "";
     if (work == "convert") {
-        app::Conversion conversion;
+        views::Conversion conversion;
         Convert("gsi", argv[2], conversion);
         PrintCost();
         return conversion.converted ? 0 : 1;

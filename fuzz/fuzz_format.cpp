@@ -9,8 +9,8 @@
 // format, where there are several forms of it; its middle one what the book declines; its last one
 // where streams fail.
 
-#include "app/Conversion.h"
-#include "app/Output.h"
+#include "views/Conversion.h"
+#include "views/Output.h"
 
 #include <rapidjson/reader.h>
 
@@ -34,7 +34,7 @@ extern const char* const fuzzedFormat; ///< its short name; each target has its 
 
 namespace {
 
-using namespace convfile::app;
+using namespace convfile::views;
 using convfile::memory::Adder;
 
 constexpr std::size_t kNever = std::numeric_limits<std::size_t>::max();

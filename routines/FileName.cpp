@@ -25,3 +25,7 @@ std::string TextOfPath(const std::string& path) {
     return IsUtf8(path) ? Windows1252FromUtf8(path) : path;
 #endif
 }
+
+std::string Utf8OfName(const std::string& name) {
+    return IsUtf8(name) ? name : Utf8FromWindows1252(name);
+}

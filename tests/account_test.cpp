@@ -3,7 +3,7 @@
 //
 // CONVFILE_UPDATE_GOLDEN=1 in the environment rewrites the accounts, as it does the field books.
 
-#include "app/Remarks.h"
+#include "views/Remarks.h"
 #include "framework/AccountKeeper.h"
 #include "host/ConvListener.h"
 #include "memory/PointLibrary.h"
@@ -28,7 +28,7 @@ using testing::SizeIs;
 constexpr std::size_t kSmallFile = 4096;
 
 /// Calls `see` with the line of every record of a conversion.
-void ForEachRecordLine(const app::Conversion& c,
+void ForEachRecordLine(const views::Conversion& c,
                        const std::function<void(const char* kind, std::uint64_t line)>& see) {
     for (const auto& job : c.fieldBook.Jobs()) {
         see("jobs", job->Line());
@@ -45,7 +45,7 @@ void ForEachRecordLine(const app::Conversion& c,
 }
 
 /// The account and the lines of the records, in a form that is easily read and compared.
-std::string AccountText(const app::Conversion& c) {
+std::string AccountText(const views::Conversion& c) {
     const FileAccount& account = c.account;
     std::string text =
         "{\"format\": \"" + account.format + "\", \"lines\": " + std::to_string(account.lines) +
@@ -54,7 +54,7 @@ std::string AccountText(const app::Conversion& c) {
         account.angleUnit + "\", \"lengths\": \"" + account.lengthUnit + "\",\n \"remarks\": [";
     const char* gap = "\n";
     for (const Remark& remark : account.remarks) {
-        text += gap + ("  \"" + app::ShownRemark(remark)) + "\"";
+        text += gap + ("  \"" + views::ShownRemark(remark)) + "\"";
         gap = ",\n";
     }
     text += "],\n \"record lines\": {";
@@ -74,7 +74,7 @@ std::string AccountText(const app::Conversion& c) {
 TEST(Account, EveryFileGivesItsOwn) {
     const char* const update = std::getenv("CONVFILE_UPDATE_GOLDEN");
     for (const Golden& golden : GoldenFiles()) {
-        app::Conversion conversion;
+        views::Conversion conversion;
         ConvertAs(golden.format, golden.Path(), conversion);
         std::filesystem::path path = golden.json;
         path.replace_extension(".account.json");
@@ -86,7 +86,7 @@ TEST(Account, EveryFileGivesItsOwn) {
     }
 }
 
-app::Conversion& Converted(const Golden& golden, std::string_view bytes, app::Conversion& result,
+views::Conversion& Converted(const Golden& golden, std::string_view bytes, views::Conversion& result,
                            Rules rules = Rules::Classic) {
     ConvertBytesAs(golden.format, golden.file.filename().string(), bytes, result, rules);
     return result;
@@ -126,7 +126,7 @@ TEST(Account, AddsUpWhereverAFileIsCut) {
         const std::string bytes = ReadBytes(golden.file);
         const std::size_t first = bytes.size() > kSmallFile ? bytes.size() : 0;
         for (std::size_t length = first; length <= bytes.size(); ++length) {
-            app::Conversion cut;
+            views::Conversion cut;
             const Rules rules = length % 2 == 0 ? Rules::Classic : Rules::Complete;
             const FileAccount& account =
                 Converted(golden, std::string_view(bytes).substr(0, length), cut, rules).account;
@@ -151,7 +151,7 @@ TEST(Account, SkippedLinesChangeNoRecord) {
     std::size_t skipped = 0;
     for (const Golden& golden : TextFiles()) {
         const std::vector<std::string> lines = LinesOf(ReadBytes(golden.file));
-        app::Conversion whole;
+        views::Conversion whole;
         Converted(golden, Joined(lines), whole);
         if (whole.account.skipped == 0 || whole.account.lines != lines.size() ||
             golden.format == "mwg")
@@ -165,7 +165,7 @@ TEST(Account, SkippedLinesChangeNoRecord) {
                 ++skipped;
                 std::vector<std::string> others = lines;
                 others.erase(others.begin() + static_cast<std::ptrdiff_t>(line) - 1);
-                app::Conversion without;
+                views::Conversion without;
                 Converted(golden, Joined(others), without);
                 EXPECT_TRUE(JsonOf(without) == JsonOf(whole)) << golden.file << " line " << line;
                 EXPECT_EQ(without.account.skipped + 1, whole.account.skipped)
@@ -176,7 +176,7 @@ TEST(Account, SkippedLinesChangeNoRecord) {
     EXPECT_GT(skipped, 50U);
 }
 
-bool IsFreeText(const app::Conversion& conversion, std::uint64_t line) {
+bool IsFreeText(const views::Conversion& conversion, std::uint64_t line) {
     return std::ranges::any_of(conversion.account.remarks, [&](const Remark& remark) {
         return (remark.kind == RemarkKind::Unknown || remark.kind == RemarkKind::NotRead) &&
                std::ranges::find(remark.lines, line) != remark.lines.end();
@@ -187,7 +187,7 @@ bool IsFreeText(const app::Conversion& conversion, std::uint64_t line) {
 TEST(Account, NonsenseIsNoticed) {
     for (const Golden& golden : TextFiles()) {
         const std::vector<std::string> lines = LinesOf(ReadBytes(golden.file));
-        app::Conversion whole;
+        views::Conversion whole;
         Converted(golden, Joined(lines), whole);
         const std::string expected = JsonOf(whole) + AccountText(whole);
         for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -202,7 +202,7 @@ TEST(Account, NonsenseIsNoticed) {
             others[i] = "lorem ipsum dolor sit\n";
             if (others[i] == lines[i])
                 continue;
-            app::Conversion changed;
+            views::Conversion changed;
             Converted(golden, Joined(others), changed);
             EXPECT_TRUE(JsonOf(changed) + AccountText(changed) != expected)
                 << golden.file << " line " << i + 1 << ": " << lines[i];
@@ -213,9 +213,9 @@ TEST(Account, NonsenseIsNoticed) {
 /// Listening changes nothing of what is written.
 TEST(Account, ListenersDoNotChangeTheBook) {
     for (const Golden& golden : GoldenFiles()) {
-        app::Conversion heard;
+        views::Conversion heard;
         ConvertAs(golden.format, golden.Path(), heard);
-        app::Conversion unheard;
+        views::Conversion unheard;
         std::string path = golden.Path();
         unheard.path = path;
         memory::PointLibrary points(unheard.notifications);
@@ -250,9 +250,9 @@ TEST(Account, AMillionRemarksAreACountAndTwentyLines) {
     ASSERT_THAT(account.remarks, SizeIs(2));
     EXPECT_EQ(account.remarks[0].text, "that");
     EXPECT_EQ(account.remarks[0].count, 1'000'000U);
-    EXPECT_EQ(app::ShownRemark(account.remarks[0]), "not-read: that (1000000 lines: 1-1000000)");
+    EXPECT_EQ(views::ShownRemark(account.remarks[0]), "not-read: that (1000000 lines: 1-1000000)");
     EXPECT_THAT(account.remarks[1].lines, SizeIs(20));
-    EXPECT_EQ(app::ShownRemark(account.remarks[1]),
+    EXPECT_EQ(views::ShownRemark(account.remarks[1]),
               "unknown: this (500000 lines: 2, 4, 6, 8, 10, ...)");
 }
 

@@ -97,7 +97,7 @@ TEST_F(AdoTest, AnErrorOfTheSecondOpenReachesTheCaller) {
     ado_.failures = {{"connection open -1", kDeclined}};
     EXPECT_THROW(database_->Connect("x", false), _com_error);
     EXPECT_THAT(memory::TakeMessages(), IsEmpty());
-    app::Conversion job;
+    views::Conversion job;
     ConvertAs("tlsv", "job.tlsv", job);
     EXPECT_FALSE(job.converted);
     EXPECT_EQ(job.fieldBook.GetJobArSize(), 1);
@@ -156,7 +156,7 @@ TEST_F(AdoTest, AQueryThatFailsGivesNothing) {
 TEST_F(AdoTest, AnImportTellsAFailureFromAFault) {
     const TempFolder folder;
     const std::string path = folder.Write("job.tlsv", "");
-    const auto import = [&](const std::string& call, HRESULT status, app::Conversion& job) {
+    const auto import = [&](const std::string& call, HRESULT status, views::Conversion& job) {
         ado_.failures = {{call, status}};
         ado_.answer = AnswerFrom(RealisticJob());
         ConvertAs("tlsv", path, job);
@@ -165,19 +165,19 @@ TEST_F(AdoTest, AnImportTellsAFailureFromAFault) {
     };
     for (const char* call :
          {"recordset source", "recordset over", "recordset open", "recordset rows"}) {
-        app::Conversion job;
+        views::Conversion job;
         import(call, kDeclined, job);
         EXPECT_FALSE(job.converted) << call;
         EXPECT_THAT(job.problem, testing::HasSubstr("0x80004005"));
     }
-    app::Conversion shortOfMemory;
+    views::Conversion shortOfMemory;
     import("recordset rows", E_OUTOFMEMORY, shortOfMemory);
     EXPECT_FALSE(shortOfMemory.converted);
     EXPECT_EQ(shortOfMemory.problem, "not enough memory");
     for (const unsigned status : {0x80040E14U, 0x80040E37U, 0x80040E10U, 0x80040E07U, 0x80020005U,
                                   0x80040E57U, 0x80040E0CU, 0x800A0BB9U, 0x800A0BCDU}) {
         for (const char* call : {"recordset open", "recordset rows"}) {
-            app::Conversion job;
+            views::Conversion job;
             import(call, static_cast<HRESULT>(status), job);
             EXPECT_TRUE(job.converted) << call << status;
             EXPECT_EQ(job.fieldBook.GetStaArSize(0), 0);
@@ -185,7 +185,7 @@ TEST_F(AdoTest, AnImportTellsAFailureFromAFault) {
     }
     // What was written before the failure stays.
     ado_.TakeCalls();
-    app::Conversion job;
+    views::Conversion job;
     import("recordset source SELECT keyTsShot", kDeclined, job);
     EXPECT_FALSE(job.converted);
     EXPECT_EQ(job.fieldBook.GetStaArSize(0), 3);
@@ -197,12 +197,12 @@ TEST_F(AdoTest, AnImportSaysWhyTheDatabaseDoesNotOpen) {
     const TempFolder folder;
     const std::string path = folder.Write("job.tlsv", "");
     ado_.failures = {{"connection open 0", kDeclined}};
-    app::Conversion job;
+    views::Conversion job;
     ConvertAs("tlsv", path, job);
     EXPECT_FALSE(job.converted);
     EXPECT_EQ(job.problem, "the Access Database Engine cannot open it (0x80004005)");
     ado_.failures = {{"create connection", kDeclined}};
-    app::Conversion other;
+    views::Conversion other;
     ConvertAs("tlsv", path, other);
     EXPECT_EQ(other.problem, "databases cannot be read: their driver does not start");
 }

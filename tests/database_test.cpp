@@ -21,7 +21,7 @@ using access::Version;
 
 /// Refused before anything is written, with the reason and the message of the missing driver.
 void ExpectRefused(const std::vector<Table>& tables, const std::string& problem) {
-    app::Conversion job;
+    views::Conversion job;
     ImportJob(tables, job);
     EXPECT_FALSE(job.converted) << problem;
     EXPECT_EQ(job.problem, problem);
@@ -46,7 +46,7 @@ TEST(JobDatabase, IsRefusedWithoutAColumnThatIsAlwaysRead) {
             tables[t].columns[c].name = name;
             for (char& letter : tables[t].columns[c].name) // the letter case is free
                 letter = static_cast<char>(letter >= 'a' && letter <= 'z' ? letter - 32 : letter);
-            app::Conversion job;
+            views::Conversion job;
             ImportJob(tables, job);
             EXPECT_TRUE(job.converted) << name;
             ++refused;
@@ -58,7 +58,7 @@ TEST(JobDatabase, IsRefusedWithoutAColumnThatIsAlwaysRead) {
     occupations.columns = {{"a", Type::Long}, {"b", Type::Long}};
     ExpectRefused(tables, "table tblTsOccups: it has too few columns");
     occupations.columns.push_back({"c", Type::Long});
-    app::Conversion job;
+    views::Conversion job;
     ImportJob(tables, job);
     EXPECT_TRUE(job.converted);
 }
@@ -69,7 +69,7 @@ TEST(JobDatabase, MayLackTables) {
     for (std::size_t t = 0; t < good.size(); ++t) {
         std::vector<Table> tables = good;
         tables.erase(tables.begin() + static_cast<std::ptrdiff_t>(t));
-        app::Conversion job;
+        views::Conversion job;
         ImportJob(tables, job);
         EXPECT_TRUE(job.converted) << good[t].name;
         EXPECT_EQ(job.fieldBook.Jobs().at(0)->stations.size(),
@@ -88,13 +88,13 @@ std::vector<Table> SharedSetUps(std::size_t count) {
 }
 
 TEST(JobDatabase, MayShareItsKeysWithinReason) {
-    app::Conversion few;
+    views::Conversion few;
     ImportJob(SharedSetUps(300), few); // of 5 shots each, and what belongs to them
     EXPECT_TRUE(few.converted);
     ASSERT_EQ(few.fieldBook.Jobs().at(0)->stations.size(), 300U);
     for (const auto& station : few.fieldBook.Jobs()[0]->stations)
         EXPECT_EQ(station->points.size(), 5U);
-    app::Conversion many;
+    views::Conversion many;
     std::vector<Table> tables = SharedSetUps(3000);
     Table& shots = TableNamed(tables, "tblTsShots");
     shots.primaryKey = -1;
@@ -120,7 +120,7 @@ TEST(JobDatabase, IsNotSearchedWithoutEnd) {
     shots.rows.resize(3000, shots.rows[0]);
     for (std::size_t i = 0; i < shots.rows.size(); ++i)
         shots.rows[i].values[2] = "0 OR C1=-" + std::to_string(i + 1);
-    app::Conversion job;
+    views::Conversion job;
     ImportJob(tables, job);
     EXPECT_FALSE(job.converted);
     EXPECT_EQ(job.problem, "its keys ask for more work than its size explains");
@@ -139,10 +139,10 @@ TEST(JobDatabase, IsRefusedWhereKeysAreWrong) {
                                    .columns = {{"k", Type::Long}},
                                    .rows = {{{std::int64_t{1}}}, {{std::int64_t{1}}}},
                                    .primaryKey = 0});
-    app::Conversion job;
+    views::Conversion job;
     ImportJob(tables, job);
     EXPECT_TRUE(job.converted);
-    app::Conversion whole;
+    views::Conversion whole;
     ImportJob(RealisticJob(), whole);
     EXPECT_EQ(PointNames(job.fieldBook), PointNames(whole.fieldBook));
 }
@@ -155,7 +155,7 @@ TEST(JobDatabase, SurvivesDamage) {
     for (std::size_t i = 2 * kPage; i < 8 * kPage; i += 211) {
         std::string bytes = good;
         bytes[i] = static_cast<char>(bytes[i] ^ 0xFF);
-        app::Conversion damaged;
+        views::Conversion damaged;
         ConvertAs("tlsv", folder.Write("job.tlsv", bytes), damaged);
     }
 }

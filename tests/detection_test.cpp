@@ -1,5 +1,6 @@
 // The format of a file found by what is in it.
 
+#include "app/FileConversion.h"
 #include "entry/ConvertFile.h"
 #include "entry/FormatTable.h"
 #include "memory/FieldBook.h"
@@ -19,8 +20,8 @@ using testing::HasSubstr;
 
 /// The format that is found for bytes of that name; what the problem is where none is.
 std::string FoundFor(const std::string& name, std::string_view bytes, bool complete = false) {
-    app::Conversion conversion;
-    const app::Route route = {.complete = complete};
+    views::Conversion conversion;
+    const views::Route route = {.complete = complete};
     app::Convert(route, name, conversion, ByteSource::Memory(bytes));
     return conversion.converted ? conversion.account.format : conversion.problem;
 }
@@ -93,8 +94,8 @@ constexpr std::string_view kGsi =
 /// What was named is read as told, with a remark where something else fits far better.
 TEST(Detection, ReadsAsToldAndSaysSo) {
     for (const bool byOption : {false, true}) {
-        app::Conversion told;
-        app::Route route;
+        views::Conversion told;
+        views::Route route;
         route.format = byOption ? "raw" : "";
         app::Convert(route, "x.raw", told, ByteSource::Memory(kGsi));
         EXPECT_TRUE(told.converted);
@@ -104,7 +105,7 @@ TEST(Detection, ReadsAsToldAndSaysSo) {
                    remark.text.find("gsi") != std::string::npos;
         }));
     }
-    app::Conversion picture;
+    views::Conversion picture;
     app::Convert({.format = "mts"}, "x.mts", picture,
                  ByteSource::Memory("\xFF\xD8\xFF\xE0 picture"));
     EXPECT_TRUE(picture.converted) << "an option reads any file";

@@ -2,7 +2,7 @@
 // and each format has a sample. Where the head of a converter's source shows a whole file, it is
 // that of the page. The samples of docs/outputs.md, and its pictures, are what the program makes.
 
-#include "app/Output.h"
+#include "views/Output.h"
 #include "entry/FormatTable.h"
 #include "routines/CodePage.h"
 #include "tests/support/Convert.h"
@@ -82,11 +82,11 @@ std::string BytesOf(const Block& block) {
 /// What the program makes of a file.
 std::string ViewOf(std::string_view view, const std::string& format, const std::string& path,
                    Rules rules = Rules::Classic) {
-    app::Conversion conversion;
+    views::Conversion conversion;
     ConvertAs(format, path, conversion, rules);
     std::ostringstream text;
-    app::Sink sink(text);
-    const auto output = app::MakeOutput(view, sink, 1);
+    views::Sink sink(text);
+    const auto output = views::MakeOutput(view, sink, 1);
     output->Add(conversion);
     output->End();
     sink.Flush();
@@ -115,7 +115,7 @@ std::vector<std::string> SampleAtHead(const std::string& source) {
 }
 
 std::string TableOf(const std::string& format, const std::string& path, Rules rules) {
-    return ViewOf(app::kTable, format, path, rules);
+    return ViewOf(views::kTable, format, path, rules);
 }
 
 /// The remarks that the program prints under a file's first line.

@@ -37,7 +37,7 @@ TEST(JobImport, GivesTheReferenceFieldBooks) {
         std::vector<Table> tables;
     } kJobs[] = {{"tlsv/day-jet4", RealisticJob()}, {"tlsv/empty", EmptyJob()}};
     for (const auto& job : kJobs) {
-        app::Conversion result;
+        views::Conversion result;
         ImportJob(job.tables, job.path + ".tlsv", result);
         EXPECT_EQ(JsonOf(result), ReadBytes(job.path + ".json"));
     }
@@ -46,7 +46,7 @@ TEST(JobImport, GivesTheReferenceFieldBooks) {
 TEST(JobImport, PhotosOfAFileWithoutAFolderLieBesideIt) {
     GoldenFiles();
     std::filesystem::current_path("tlsv");
-    app::Conversion job;
+    views::Conversion job;
     ImportJob(RealisticJob(), "day-jet4.tlsv", job);
     EXPECT_EQ(
         job.fieldBook.Jobs().at(0)->stations.at(0)->points.at(0)->GetExtras().photos.at(0).path,
@@ -54,18 +54,18 @@ TEST(JobImport, PhotosOfAFileWithoutAFolderLieBesideIt) {
 }
 
 TEST(JobImport, TellsTheHostInOrder) {
-    app::Conversion job;
+    views::Conversion job;
     ImportJob(RealisticJob(), job);
     EXPECT_THAT(job.notifications, ElementsAre(memory::Notification{"point library parent", 1, 3},
                                                memory::Notification{"orientation points", 1, 1},
                                                memory::Notification{"drawing", 1, 1}));
-    app::Conversion empty;
+    views::Conversion empty;
     ImportJob(EmptyJob(), empty);
     EXPECT_THAT(empty.notifications, ElementsAre(memory::Notification{"drawing", 1, 1}));
 }
 
 TEST(JobImport, AStationThatIsDeclinedLeavesNoKey) {
-    app::Conversion job;
+    views::Conversion job;
     job.fieldBook.DeclineFrom(memory::Adder::Station, 1);
     ImportJob(RealisticJob(), job);
     ASSERT_EQ(job.fieldBook.Jobs().at(0)->stations.size(), 1U);
@@ -74,7 +74,7 @@ TEST(JobImport, AStationThatIsDeclinedLeavesNoKey) {
 
 TEST(JobImport, KeepsTheNewJobWhereTheDatabaseDoesNotOpen) {
     const TempFolder folder;
-    app::Conversion job;
+    views::Conversion job;
     ConvertAs("tlsv", folder.Write("job.tlsv", "no database"), job);
     EXPECT_FALSE(job.converted);
     ASSERT_EQ(job.fieldBook.Jobs().size(), 1U);
@@ -86,7 +86,7 @@ TEST(JobImport, DecimalCommasAndDatesBefore1970) {
     std::vector<Table> tables = RealisticJob();
     TableNamed(tables, "tblCrdObsSession").rows[0].values[2] = std::int64_t{-1};
     SetText(tables, "tblSoPoints", "C1", " 12,5");
-    app::Conversion job;
+    views::Conversion job;
     ImportJob(tables, job);
     EXPECT_EQ(job.fieldBook.Jobs().at(0)->Date(), "31/12/1969");
     EXPECT_EQ(job.fieldBook.Jobs()[0]->stations.at(0)->GetExtras().coordinates.y, 12.5);
@@ -101,7 +101,7 @@ TEST(JobImport, HasNoNegativeZero) {
                                         {"tblTsShots", "TargetAntHeight"},
                                         {"tblTsShots", "HAngle"}})
         SetText(tables, table, column, "-0.00");
-    app::Conversion job;
+    views::Conversion job;
     ImportJob(tables, job);
     const std::string book = JsonOf(job);
     EXPECT_THAT(book, testing::HasSubstr(R"("target_height": 0)"));
@@ -120,7 +120,7 @@ TEST(JobImport, DatesAreThoseOfTheCalendar) {
     for (const auto& date : kDates) {
         std::vector<Table> tables = EmptyJob();
         TableNamed(tables, "tblCrdObsSession").rows = {{{std::int64_t{1}, "x", date.seconds}}};
-        app::Conversion job;
+        views::Conversion job;
         ImportJob(tables, job);
         EXPECT_EQ(job.fieldBook.Jobs().at(0)->Date(), date.date);
     }
@@ -129,7 +129,7 @@ TEST(JobImport, DatesAreThoseOfTheCalendar) {
 TEST(JobImport, NamesKeepTheirQuotes) {
     std::vector<Table> tables = RealisticJob();
     SetText(tables, "tblSoPoints", "Name", "l'\"a\"; --");
-    app::Conversion job;
+    views::Conversion job;
     ImportJob(tables, job);
     const auto& station = *job.fieldBook.Jobs().at(0)->stations.at(0);
     EXPECT_EQ(station.GetNome(), "l'\"a\"; --");
@@ -150,8 +150,8 @@ TEST(JobImport, KeysMayBeNegative) {
             }
         }
     }
-    app::Conversion plain;
-    app::Conversion negative;
+    views::Conversion plain;
+    views::Conversion negative;
     ImportJob(RealisticJob(), plain);
     ImportJob(tables, negative);
     EXPECT_EQ(PointNames(negative.fieldBook), PointNames(plain.fieldBook));
@@ -169,7 +169,7 @@ TEST(JobImport, FlagsTellReferencesAndOffsets) {
         });
         shots.rows.at(0).values[7] = reference;
         shots.rows.at(1).values[7] = offset;
-        app::Conversion job;
+        views::Conversion job;
         ImportJob(tables, job);
         return job.fieldBook.Jobs().at(0)->stations.at(1)->points.at(0)->GetMarks().test(
             static_cast<std::size_t>(memory::Mark::NC));
@@ -189,7 +189,7 @@ TEST(JobImport, ATextKeyFindsNothing) {
     points.columns[1].type = Type::Text; // by which the shots' targets are looked for
     for (access::Row& row : points.rows)
         row.values[1] = std::to_string(std::get<std::int64_t>(row.values[1]));
-    app::Conversion job;
+    views::Conversion job;
     ImportJob(tables, job);
     EXPECT_TRUE(job.converted);
     const auto& observations = job.fieldBook.Jobs().at(0)->stations.at(0)->points;

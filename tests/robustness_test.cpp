@@ -1,6 +1,7 @@
 // What holds for every format whatever its file: written over the reference files, so that a
 // converter joins by adding its own.
 
+#include "app/FileConversion.h"
 #include "tests/support/Convert.h"
 #include "tests/support/Files.h"
 
@@ -51,7 +52,7 @@ TEST(EveryFormat, TakesBothLineEnds) {
         const std::string name = golden.file.filename().string();
         const std::string expected = ConvertToJson(golden.format, golden.Path(), rules);
         for (const std::string& ended : {lf, ReplaceAll(lf, "\n", "\r\n")}) {
-            app::Conversion result;
+            views::Conversion result;
             ConvertBytesAs(golden.format, name, ended, result, rules);
             EXPECT_EQ(JsonOf(result), expected) << golden.file;
         }
@@ -65,12 +66,12 @@ TEST(EveryFormat, CutAtEveryByteKeepsWhatWasComplete) {
         const std::string bytes = ReadBytes(golden.file);
         if (bytes.size() > kSmallFile)
             continue;
-        app::Conversion whole;
+        views::Conversion whole;
         ConvertAs(golden.format, golden.Path(), whole, rules);
         const std::vector<std::string> wholePoints = PointNames(whole.fieldBook);
         const std::string name = golden.file.filename().string();
         for (std::size_t length = 0; length < bytes.size(); ++length) {
-            app::Conversion cut;
+            views::Conversion cut;
             ConvertBytesAs(golden.format, name, std::string_view(bytes).substr(0, length), cut,
                            rules);
             std::vector<std::string> points = PointNames(cut.fieldBook);
@@ -100,12 +101,12 @@ std::size_t RecordCount(const memory::FieldBook& book, Adder adder) {
 TEST(EveryFormat, GoesOnWhereTheFieldBookDeclines) {
     constexpr Adder kAdders[] = {Adder::Job, Adder::Station, Adder::Point, Adder::OrientationPoint};
     for (const auto& [golden, rules] : BothReadings()) {
-        app::Conversion whole;
+        views::Conversion whole;
         ConvertAs(golden.format, golden.Path(), whole, rules);
         for (const Adder adder : kAdders) {
             const std::size_t most = RecordCount(whole.fieldBook, adder);
             for (std::size_t call = 0; call <= std::min<std::size_t>(most, 40); ++call) {
-                app::Conversion declined;
+                views::Conversion declined;
                 declined.fieldBook.DeclineFrom(adder, call);
                 ConvertAs(golden.format, golden.Path(), declined, rules);
                 EXPECT_EQ(declined.converted, whole.converted) << golden.file;
@@ -165,9 +166,9 @@ TEST(EveryFormat, TakesAReadErrorForTheEnd) {
             std::string_view left = cut;
             std::FILE* const stream =
                 fopencookie(&left, "rb", {ReadAndFail, nullptr, nullptr, nullptr});
-            app::Conversion failed;
-            app::Conversion ended;
-            const app::Route route{.format = golden.format, .trustsFormat = true};
+            views::Conversion failed;
+            views::Conversion ended;
+            const views::Route route{.format = golden.format, .trustsFormat = true};
             app::Convert(route, golden.Path(), failed, ByteSource::Stream(stream));
             app::Convert(route, golden.Path(), ended, ByteSource::Memory(cut));
             std::fclose(stream);
@@ -183,11 +184,11 @@ TEST(EveryFormat, RefusesWhatCannotBeOpened) {
     const TempFolder folder;
     for (const Golden& golden : GoldenFiles()) {
         const std::string name = "missing" + golden.file.extension().string();
-        app::Conversion missing;
+        views::Conversion missing;
         ConvertAs(golden.format, folder.Path(name), missing);
         EXPECT_FALSE(missing.converted) << golden.file;
         std::filesystem::create_directory(folder.Path(name));
-        app::Conversion directory;
+        views::Conversion directory;
         ConvertAs(golden.format, folder.Path(name), directory);
         EXPECT_FALSE(directory.converted) << golden.file;
         EXPECT_EQ(directory.problem, "is a folder");

@@ -1,7 +1,7 @@
 // A conversion of which one allocation fails, each in turn: that of this program's own operator
 // new, or of the database in memory.
 
-#include "app/Conversion.h"
+#include "views/Conversion.h"
 #include "memory/PointLibrary.h"
 #include "tests/support/Convert.h"
 #include "tests/support/Files.h"
@@ -67,7 +67,7 @@ namespace convfile::test {
 namespace {
 
 struct Attempt {
-    app::Conversion result;
+    views::Conversion result;
     Problem problem;
     bool hadEnough = false; ///< no allocation failed
 };
@@ -77,7 +77,7 @@ void ConvertFailing(const Golden& golden, const std::string& bytes, long failing
                     Attempt& attempt) {
     const Format& format = *FormatByName(golden.format);
     std::string name = golden.Path();
-    app::Conversion& result = attempt.result;
+    views::Conversion& result = attempt.result;
     result.path = name;
     const bool isDatabase = format.kind == FormatKind::Database;
     memory::PointLibrary pointLibrary(result.notifications);
@@ -99,7 +99,7 @@ void ConvertFailing(const Golden& golden, const std::string& bytes, long failing
 
 TEST(EveryFormat, SaysThatAFileDoesNotOpenForWantOfMemory) {
     for (const Golden& golden : GoldenFiles()) {
-        app::Conversion result;
+        views::Conversion result;
         opensFiles = false;
         ConvertAs(golden.format, golden.Path(), result);
         EXPECT_FALSE(result.converted) << golden.file;

@@ -1,7 +1,8 @@
 #include "tests/support/Convert.h"
 
-#include "app/JsonOutput.h"
+#include "app/FileConversion.h"
 #include "tests/support/Files.h"
+#include "views/JsonOutput.h"
 
 #include <sstream>
 
@@ -9,19 +10,19 @@ namespace convfile::test {
 
 namespace {
 
-app::Route RouteTo(const std::string& format, Rules rules) {
+views::Route RouteTo(const std::string& format, Rules rules) {
     return {.format = format, .complete = rules == Rules::Complete, .trustsFormat = true};
 }
 
 } // namespace
 
-void ConvertAs(const std::string& format, const std::string& path, app::Conversion& result,
+void ConvertAs(const std::string& format, const std::string& path, views::Conversion& result,
                Rules rules) {
     app::Convert(RouteTo(format, rules), path, result);
 }
 
 void ConvertBytesAs(const std::string& format, const std::string& name, std::string_view bytes,
-                    app::Conversion& result, Rules rules) {
+                    views::Conversion& result, Rules rules) {
     if (FormatByName(format)->kind != FormatKind::Database) {
         app::Convert(RouteTo(format, rules), name, result, ByteSource::Memory(bytes));
         return;
@@ -30,10 +31,10 @@ void ConvertBytesAs(const std::string& format, const std::string& name, std::str
     ConvertAs(format, folder.Write(name, bytes), result, rules);
 }
 
-std::string JsonOf(const app::Conversion& conversion) {
+std::string JsonOf(const views::Conversion& conversion) {
     std::ostringstream text;
-    app::Sink sink(text);
-    app::JsonOutput output(sink, 1, app::JsonParts::FieldBook);
+    views::Sink sink(text);
+    views::JsonOutput output(sink, 1, views::JsonParts::FieldBook);
     output.Add(conversion);
     output.End();
     sink.Flush();
@@ -41,7 +42,7 @@ std::string JsonOf(const app::Conversion& conversion) {
 }
 
 std::string ConvertToJson(const std::string& format, const std::string& path, Rules rules) {
-    app::Conversion conversion;
+    views::Conversion conversion;
     ConvertAs(format, path, conversion, rules);
     return JsonOf(conversion);
 }

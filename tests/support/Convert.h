@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Conversion.h"
+#include "views/Conversion.h"
 
 #include <string>
 #include <string_view>
@@ -12,15 +12,15 @@ namespace convfile::test {
 enum class Rules { Classic, Complete };
 
 /// Converts a file in the format of that short name, as the program does.
-void ConvertAs(const std::string& format, const std::string& path, app::Conversion& result,
+void ConvertAs(const std::string& format, const std::string& path, views::Conversion& result,
                Rules rules = Rules::Classic);
 
 /// The same for bytes, as a file of that name: without one, but for databases.
 void ConvertBytesAs(const std::string& format, const std::string& name, std::string_view bytes,
-                    app::Conversion& result, Rules rules = Rules::Classic);
+                    views::Conversion& result, Rules rules = Rules::Classic);
 
 /// The field book of a conversion as the program prints it, without how the file was read.
-std::string JsonOf(const app::Conversion& conversion);
+std::string JsonOf(const views::Conversion& conversion);
 
 /// Both at once.
 std::string ConvertToJson(const std::string& format, const std::string& path,

@@ -11,14 +11,14 @@
 
 namespace convfile::test {
 
-void ImportJob(const std::vector<access::Table>& tables, app::Conversion& result) {
+void ImportJob(const std::vector<access::Table>& tables, views::Conversion& result) {
     const TempFolder folder;
     ImportJob(tables, folder.Write("job.tlsv", access::Write(access::Version::Jet4, tables)),
               result);
 }
 
 void ImportJob([[maybe_unused]] const std::vector<access::Table>& tables, const std::string& path,
-               app::Conversion& result) {
+               views::Conversion& result) {
 #if defined(_WIN32)
     AdoStandIn ado;
     ado.answer = AnswerFrom(tables);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Conversion.h"
+#include "views/Conversion.h"
 #include "tests/support/AccessWriter.h"
 
 #include <string>
@@ -10,11 +10,11 @@ namespace convfile::test {
 
 /// Imports a job from a database with these tables: a file that is written for it, or, where the
 /// platform's own engine reads databases, a stand-in for that which answers from them.
-void ImportJob(const std::vector<access::Table>& tables, app::Conversion& result);
+void ImportJob(const std::vector<access::Table>& tables, views::Conversion& result);
 
 /// The same under a name: that of a file with these tables.
 void ImportJob(const std::vector<access::Table>& tables, const std::string& path,
-               app::Conversion& result);
+               views::Conversion& result);
 
 /// Expects the message that the database driver is missing, and nothing else.
 void ExpectDriverMessage(const std::vector<memory::Message>& messages);

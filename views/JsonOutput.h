@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/Output.h"
+#include "views/Output.h"
 
-namespace convfile::app {
+namespace convfile::views {
 
 /// What of a conversion is written: all that is known of it, or the field book alone, without what
 /// tells how the file was read.
@@ -34,4 +34,4 @@ private:
     void Write(const Conversion& conversion) override;
 };
 
-} // namespace convfile::app
+} // namespace convfile::views

@@ -1,10 +1,10 @@
-#include "app/Remarks.h"
+#include "views/Remarks.h"
 
-#include "app/Display.h"
+#include "views/Display.h"
 
 #include <algorithm>
 
-namespace convfile::app {
+namespace convfile::views {
 
 namespace {
 
@@ -40,4 +40,4 @@ void PrintRemarks(Sink& sink, const FileAccount& account) {
         sink.Write(ShownRemark(remark) + "\n");
 }
 
-} // namespace convfile::app
+} // namespace convfile::views

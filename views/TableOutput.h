@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/Output.h"
+#include "views/Output.h"
 
-namespace convfile::app {
+namespace convfile::views {
 
 /// One line a file: how much was converted, how much of it lacks a measurement; below it the
 /// messages that the host would have shown.
@@ -26,4 +26,4 @@ private:
     bool first_ = true;
 };
 
-} // namespace convfile::app
+} // namespace convfile::views

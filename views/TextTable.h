@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/Display.h"
-#include "app/Output.h"
+#include "views/Display.h"
+#include "views/Output.h"
 
 #include <algorithm>
 #include <functional>
@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace convfile::app {
+namespace convfile::views {
 
 enum class Align { Left, Right };
 
@@ -68,4 +68,4 @@ private:
     std::vector<std::size_t> widths_;
 };
 
-} // namespace convfile::app
+} // namespace convfile::views

@@ -1,8 +1,8 @@
-#include "app/JsonWriter.h"
+#include "views/JsonWriter.h"
 
 #include "routines/CodePage.h"
 
-namespace convfile::app {
+namespace convfile::views {
 
 namespace {
 
@@ -57,4 +57,4 @@ void JsonWriter<kIndented>::WriteEscape(unsigned char c) {
 template class JsonWriter<true>;
 template class JsonWriter<false>;
 
-} // namespace convfile::app
+} // namespace convfile::views

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/Output.h"
 #include "host/NoValue.h"
+#include "views/Output.h"
 
 #include <array>
 #include <charconv>
@@ -9,7 +9,7 @@
 #include <cstddef>
 #include <string_view>
 
-namespace convfile::app {
+namespace convfile::views {
 
 /// Writes JSON straight into the buffer in front of the output: compact, or indented by two blanks
 /// a level. Control characters in texts are escaped, the upper ones (U+007F to U+009F) too, and
@@ -124,4 +124,4 @@ private:
     bool isAfterKey_ = false;
 };
 
-} // namespace convfile::app
+} // namespace convfile::views

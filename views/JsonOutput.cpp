@@ -1,12 +1,12 @@
-#include "app/JsonOutput.h"
+#include "views/JsonOutput.h"
 
-#include "app/JsonWriter.h"
-#include "app/Platform.h"
+#include "routines/FileName.h"
+#include "views/JsonWriter.h"
 
 #include <cstdint>
 #include <string_view>
 
-namespace convfile::app {
+namespace convfile::views {
 
 namespace {
 
@@ -310,4 +310,4 @@ void JsonLinesOutput::Write(const Conversion& conversion) {
     Out().Flush();
 }
 
-} // namespace convfile::app
+} // namespace convfile::views

@@ -1,17 +1,17 @@
-#include "app/TableOutput.h"
+#include "views/TableOutput.h"
 
-#include "app/CadastralTable.h"
-#include "app/Display.h"
-#include "app/Remarks.h"
-#include "app/TextTable.h"
 #include "host/NoValue.h"
+#include "views/CadastralTable.h"
+#include "views/Display.h"
+#include "views/Remarks.h"
+#include "views/TextTable.h"
 
 #include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
 
-namespace convfile::app {
+namespace convfile::views {
 
 namespace {
 
@@ -257,4 +257,4 @@ void TableOutput::Write(const Conversion& conversion) {
     sink.Flush();
 }
 
-} // namespace convfile::app
+} // namespace convfile::views

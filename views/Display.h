@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace convfile::app {
+namespace convfile::views {
 
 /// A text of the field book for a terminal: UTF-8, control characters made visible ("\x1B"), so
 /// that a file cannot steer the terminal it is shown on.
@@ -21,4 +21,4 @@ std::string ShownAngle(double gon);
 /// A number as short as it reads back; "-" where absent.
 std::string ShownNumber(double value);
 
-} // namespace convfile::app
+} // namespace convfile::views

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/Output.h"
 #include "entry/ConvertFile.h"
+#include "views/Output.h"
 
 #include <string>
 
-namespace convfile::app {
+namespace convfile::views {
 
 /// A remark in one line: "unit: ... (1733 lines: 2-1734)".
 std::string ShownRemark(const Remark& remark);
@@ -13,4 +13,4 @@ std::string ShownRemark(const Remark& remark);
 /// The remarks of a file, one line each.
 void PrintRemarks(Sink& sink, const FileAccount& account);
 
-} // namespace convfile::app
+} // namespace convfile::views

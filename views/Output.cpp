@@ -1,15 +1,15 @@
-#include "app/Output.h"
+#include "views/Output.h"
 
-#include "app/JsonOutput.h"
-#include "app/TableOutput.h"
 #include "export/FromBook.h"
 #include "export/Output.h"
+#include "views/JsonOutput.h"
+#include "views/TableOutput.h"
 
 #include <ostream>
 #include <streambuf>
 #include <utility>
 
-namespace convfile::app {
+namespace convfile::views {
 
 namespace {
 
@@ -93,4 +93,4 @@ std::string_view ExtensionOf(std::string_view view) {
     return view == "points" ? "csv" : view;
 }
 
-} // namespace convfile::app
+} // namespace convfile::views

@@ -1,4 +1,4 @@
-#include "app/Display.h"
+#include "views/Display.h"
 
 #include "host/NoValue.h"
 #include "routines/CodePage.h"
@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace convfile::app {
+namespace convfile::views {
 
 namespace {
 
@@ -71,4 +71,4 @@ std::string ShownNumber(double value) {
     return IsPresent(value) ? ShortestNumber(value) : std::string(kAbsent);
 }
 
-} // namespace convfile::app
+} // namespace convfile::views

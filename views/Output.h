@@ -1,14 +1,14 @@
 #pragma once
 
-#include "app/Conversion.h"
 #include "routines/OutputBuffer.h"
+#include "views/Conversion.h"
 
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace convfile::app {
+namespace convfile::views {
 
 /// Where results go.
 using Sink = OutputBuffer;
@@ -66,4 +66,4 @@ std::vector<std::string> Rendered(std::string_view view, const Conversion& conve
 /// The extension of a file of that kind alone.
 std::string_view ExtensionOf(std::string_view view);
 
-} // namespace convfile::app
+} // namespace convfile::views

@@ -1,11 +1,11 @@
-#include "app/CadastralTable.h"
+#include "views/CadastralTable.h"
 
-#include "app/Display.h"
+#include "views/Display.h"
 
 #include <string>
 #include <string_view>
 
-namespace convfile::app {
+namespace convfile::views {
 
 namespace {
 
@@ -96,4 +96,4 @@ void PrintCadastralLines(Sink& sink, const memory::CadastralDocument& document) 
     }
 }
 
-} // namespace convfile::app
+} // namespace convfile::views

@@ -5,7 +5,13 @@
 #include "host/Messages.h"
 #include "routines/TskString.h"
 
+#include <memory>
+#include <new>
 #include <utility>
+
+#if defined(_WIN32)
+#include <windows.h>
+#endif
 
 namespace convfile::memory {
 namespace {
@@ -19,10 +25,46 @@ struct ThreadState {
     int codeTables = 0;
 };
 
+#if defined(_WIN32)
+
+/// What a thread_local would do. The destructor of one goes by a key of winpthreads, which loses
+/// count of its readers where two threads end at once, and then waits for one of them for ever when
+/// the process ends.
+class ThreadStates {
+public:
+    ThreadStates() : index_(FlsAlloc(&End)) {}
+    ThreadStates(const ThreadStates&) = delete;
+    ThreadStates& operator=(const ThreadStates&) = delete;
+    ~ThreadStates() { FlsFree(index_); }
+
+    ThreadState& OfThisThread() {
+        if (void* const state = FlsGetValue(index_))
+            return *static_cast<ThreadState*>(state);
+        auto state = std::make_unique<ThreadState>();
+        if (FlsSetValue(index_, state.get()) == 0)
+            throw std::bad_alloc();
+        return *state.release();
+    }
+
+private:
+    static void WINAPI End(void* state) { delete static_cast<ThreadState*>(state); }
+
+    DWORD index_;
+};
+
+ThreadState& State() {
+    static ThreadStates states;
+    return states.OfThisThread();
+}
+
+#else
+
 ThreadState& State() {
     thread_local ThreadState state;
     return state;
 }
+
+#endif
 
 } // namespace
 

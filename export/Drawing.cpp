@@ -21,8 +21,9 @@ double MiddleRange(std::vector<double>& values) {
     const auto low = values.begin() + static_cast<std::ptrdiff_t>(tenth);
     const auto high = values.end() - static_cast<std::ptrdiff_t>(tenth) - 1;
     std::nth_element(values.begin(), low, values.end());
+    const double least = *low; // what comes next may move it
     std::nth_element(low, high, values.end());
-    return *high - *low;
+    return *high - least;
 }
 
 /// How far apart the places of a group typically are; 0 where they are not. A few that lie far

@@ -2,6 +2,7 @@
 
 #include "export/Drawing.h"
 #include "export/LabelRoom.h"
+#include "export/SvgSheet.h"
 #include "export/SvgText.h"
 #include "routines/OutputBuffer.h"
 
@@ -14,24 +15,10 @@ namespace convfile::exports {
 
 namespace {
 
-// Sizes are pixels, of which a sheet has so many that typical neighbours have room for their names.
-constexpr double kSpacing = 40;
-constexpr double kSmallest = 640; // the longer side of what is drawn
-constexpr double kLarge = 900;    // may be so long, and longer where there are many places
-constexpr double kLargePerRoot = 50;
-constexpr double kLargest = 3200;
-constexpr double kBeside = 70; // around it, for the names of what lies at the edge
-constexpr double kHead = 64;   // above that: what is drawn, and where north is
-constexpr double kFoot = 56;   // below: scale and legend
-constexpr double kSmallestSheet = 480;
-constexpr double kFewestMetres = 1; // a single place is drawn as if it were a metre
-
-constexpr double kTitleSize = 16;
+// Sizes are pixels.
 constexpr double kCaptionSize = 10;
-constexpr double kNorth = 80; // what the arrow takes of the head
 constexpr double kPointSize = 11;
 constexpr double kStationSize = 13;
-constexpr double kBold = 1.08; // how much wider letters of stations are
 constexpr double kTriangle = 7;
 constexpr double kDot = 1.8;
 constexpr double kLetters = 0.76; // the height of letters above their line, of their size
@@ -50,29 +37,17 @@ std::string Counted(std::size_t count, const std::string& one) {
 class SvgWriter {
 public:
     SvgWriter(OutputBuffer& out, const Work& work, const Drawing& drawing)
-        : out_(out), work_(work), drawing_(drawing), room_(4 * kPointSize) {
-        const double longer = std::max({drawing.box.Width(), drawing.box.Height(), kFewestMetres});
-        const double many = std::sqrt(static_cast<double>(drawing.marks.size()));
-        const double largest = std::clamp(kLargePerRoot * many, kLarge, kLargest);
-        scale_ = std::clamp(longer * kSpacing / drawing.spacing, kSmallest, largest) / longer;
-        // The middle of what is drawn is the middle of the sheet.
-        const double width = drawing.box.Width() * scale_ + 2 * kBeside;
-        const double height = drawing.box.Height() * scale_ + 2 * kBeside;
-        const double title = std::min(kTitleSize * kBold * TextWidth(work.file) + kNorth, kLarge);
-        width_ = std::ceil(std::max({width, title, kSmallestSheet}));
-        height_ = std::ceil(std::max(height, kSmallestSheet / 2) + kHead + kFoot);
-        if (!drawing.box.IsEmpty()) {
-            const double middleEast = drawing.box.left + drawing.box.Width() / 2;
-            const double middleNorth = drawing.box.bottom + drawing.box.Height() / 2;
-            left_ = middleEast - width_ / 2 / scale_;
-            top_ = middleNorth + (height_ - kHead - kFoot) / 2 / scale_;
-        }
-    }
+        : out_(out),
+          work_(work),
+          drawing_(drawing),
+          sheet_(drawing, work.file),
+          room_(4 * kPointSize) {}
 
     void Write() {
         WriteStart();
         if (drawing_.marks.empty()) {
-            WriteText(width_ / 2, height_ / 2, kNothingPlaced, "text-anchor=\"middle\"");
+            WriteText(sheet_.Width() / 2, sheet_.Height() / 2, kNothingPlaced,
+                      "text-anchor=\"middle\"");
         } else {
             WriteFrames();
             WriteSights();
@@ -86,12 +61,12 @@ public:
     }
 
 private:
-    double X(double east) const { return (east - left_) * scale_; }
-    double Y(double north) const { return (top_ - north) * scale_ + kHead; }
+    double X(double east) const { return sheet_.X(east); }
+    double Y(double north) const { return sheet_.Y(north); }
 
     void WriteStart() {
-        const std::string width = Pixels(width_);
-        const std::string height = Pixels(height_);
+        const std::string width = Pixels(sheet_.Width());
+        const std::string height = Pixels(sheet_.Height());
         out_.Write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                    "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
                    width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + " " + height +
@@ -99,7 +74,7 @@ private:
                    "\" fill=\"#222\">\n<title>" + XmlTextOfUtf8(work_.file) +
                    "</title>\n<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n");
         WriteText(16, 26, XmlTextOfUtf8(work_.file),
-                  "font-size=\"" + Pixels(kTitleSize) + "\" font-weight=\"bold\"");
+                  "font-size=\"" + Pixels(SvgSheet::kTitleSize) + "\" font-weight=\"bold\"");
         WriteText(16, 45, Summary(), "fill=\"#555\"");
     }
 
@@ -142,8 +117,8 @@ private:
         constexpr double kFrame = 12; // around the places
         const double x = X(drawn.box.left) - kFrame;
         const double y = Y(drawn.box.top) - kFrame;
-        const double width = drawn.box.Width() * scale_ + 2 * kFrame;
-        const double height = drawn.box.Height() * scale_ + 2 * kFrame;
+        const double width = drawn.box.Width() * sheet_.Scale() + 2 * kFrame;
+        const double height = drawn.box.Height() * sheet_.Scale() + 2 * kFrame;
         out_.Write("<rect x=\"" + Pixels(x) + "\" y=\"" + Pixels(y) + "\" width=\"" +
                    Pixels(width) + "\" height=\"" + Pixels(height) + "\"/>\n");
         std::string caption = "group " + std::to_string(drawn.group.number);
@@ -215,7 +190,7 @@ private:
         }
         out_.Write("<g id=\"labels\">\n<g font-size=\"" + Pixels(kStationSize) +
                    "\" font-weight=\"bold\" fill=\"#8c1d18\">\n");
-        WriteLabelsOf(true, kStationSize, kBold);
+        WriteLabelsOf(true, kStationSize, SvgSheet::kBold);
         out_.Write("</g>\n");
         WriteLabelsOf(false, kPointSize, 1);
         out_.Write("</g>\n");
@@ -226,7 +201,8 @@ private:
                                    Side::Left,  Side::LeftAbove,  Side::LeftBelow,
                                    Side::Above, Side::Below};
         constexpr double kMargin = 4;
-        const Box limits{kMargin, kFoot - height_, width_ - kMargin, -kHead};
+        const Box limits{kMargin, SvgSheet::kFoot - sheet_.Height(), sheet_.Width() - kMargin,
+                         -SvgSheet::kHead};
         const double gap = stations ? kTriangle + 2.5 : kDot + 2.5;
         for (const Placed& mark : drawing_.marks) {
             if (mark.stoodOn != stations || mark.name.empty())
@@ -244,9 +220,9 @@ private:
     void WriteScaleBar() {
         constexpr double kLongest = 200;
         constexpr double kLeft = 16;
-        const double length = RoundDown125(std::min(kLongest, width_ / 3) / scale_);
-        const double right = kLeft + length * scale_;
-        const double y = height_ - 22;
+        const double length = RoundDown125(std::min(kLongest, sheet_.Width() / 3) / sheet_.Scale());
+        const double right = kLeft + length * sheet_.Scale();
+        const double y = sheet_.Height() - 22;
         out_.Write("<path id=\"scale\" fill=\"none\" stroke=\"#222\" stroke-width=\"1.2\" d=\"M" +
                    Pixels(kLeft) + " " + Pixels(y - 6) + "v6H" + Pixels(right) + "v-6\"/>\n");
         WriteText((kLeft + right) / 2, y - 5, ShortestNumber(length) + " m",
@@ -254,8 +230,8 @@ private:
     }
 
     void WriteLegend() {
-        const double y = height_ - 25;
-        const double x = width_ - 150;
+        const double y = sheet_.Height() - 25;
+        const double x = sheet_.Width() - 150;
         out_.Write("<path fill=\"#fff\" stroke=\"#b3261e\" stroke-width=\"1.6\" " +
                    Triangle(x, y - 1) + "/>\n");
         WriteText(x + 12, y + 3, "station", "");
@@ -264,19 +240,15 @@ private:
     }
 
     void WriteNorth() {
-        const std::string x = Pixels(width_ - 28);
+        const std::string x = Pixels(sheet_.Width() - 28);
         out_.Write("<path id=\"north\" d=\"M" + x + " 14l-6 30l6 -6l6 6z\"/>\n");
-        WriteText(width_ - 28, 56, "N", "text-anchor=\"middle\" font-weight=\"bold\"");
+        WriteText(sheet_.Width() - 28, 56, "N", "text-anchor=\"middle\" font-weight=\"bold\"");
     }
 
     OutputBuffer& out_;
     const Work& work_;
     const Drawing& drawing_;
-    double scale_ = 1; // pixels in a metre
-    double width_ = 0;
-    double height_ = 0;
-    double left_ = 0; // of the sheet, metres east
-    double top_ = 0;  // of what is below the head, metres north
+    SvgSheet sheet_;
     LabelRoom room_;
 };
 

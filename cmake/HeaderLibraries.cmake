@@ -2,7 +2,7 @@
 # machine that builds, also where it builds for another one; that one's compiler sees nothing else of the
 # machine's headers.
 function(convfile_header_library target folder header)
-  find_path(CONVFILE_${folder}_INCLUDE ${folder}/${header} NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+  find_path(CONVFILE_${folder}_INCLUDE ${folder}/${header} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
   set(include ${CONVFILE_${folder}_INCLUDE})
   if(CMAKE_CROSSCOMPILING)
     set(include ${PROJECT_BINARY_DIR}/include)
@@ -13,5 +13,9 @@ function(convfile_header_library target folder header)
   target_include_directories(${target} SYSTEM INTERFACE ${include})
 endfunction()
 
-convfile_header_library(convfile_cli11 CLI CLI.hpp)
-convfile_header_library(convfile_rapidjson rapidjson writer.h)
+if(CONVFILE_WEB)
+  convfile_header_library(convfile_fast_float fast_float fast_float.h)
+else()
+  convfile_header_library(convfile_cli11 CLI CLI.hpp)
+  convfile_header_library(convfile_rapidjson rapidjson writer.h)
+endif()

@@ -12,13 +12,19 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 
+if(CONVFILE_WEB) # a module lies where it lies
+  set(CONVFILE_POSITION_INDEPENDENT OFF)
+else()
+  set(CONVFILE_POSITION_INDEPENDENT ON)
+endif()
+
 function(convfile_settings target)
   target_compile_features(${target} PUBLIC cxx_std_20)
   set_target_properties(${target} PROPERTIES
     CXX_EXTENSIONS OFF
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON
-    POSITION_INDEPENDENT_CODE ON)
+    POSITION_INDEPENDENT_CODE ${CONVFILE_POSITION_INDEPENDENT})
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
   if(WIN32)
     set_target_properties(${target} PROPERTIES PREFIX "") # convfile.dll, not libconvfile.dll

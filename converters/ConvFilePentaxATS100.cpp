@@ -22,6 +22,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <span>
 
 /// What a column's name begins with, and the value that such a column holds: a text or a number.
 struct CConvFilePentaxATS100::ColumnName {
@@ -212,7 +213,8 @@ void CConvFilePentaxATS100::CheckLastValue(std::string_view text) {
 void CConvFilePentaxATS100::CheckColumns(const ColumnMap& map, std::size_t columns) {
     if (columns == 0)
         Skip(kDataAllTheSame);
-    else if (std::any_of(map.begin() + std::min(columns, map.size()), map.end(), std::identity()))
+    else if (std::ranges::any_of(std::span(map).subspan(std::min(columns, map.size())),
+                                 std::identity()))
         Note(kValuesMissing);
     if (!hasSlopeDistance_ && IsPresent(values_.zenithAngle))
         Note(kZenithReplaced);

@@ -10,8 +10,23 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <system_error>
+
+#if !defined(__cpp_lib_to_chars)
+#include <fast_float/fast_float.h>
+#endif
 
 namespace {
+
+/// std::from_chars, also where the standard library has none for a double, as that for WebAssembly.
+std::from_chars_result DoubleFromChars(const char* begin, const char* end, double& value) {
+#if defined(__cpp_lib_to_chars)
+    return std::from_chars(begin, end, value);
+#else
+    const auto result = fast_float::from_chars(begin, end, value);
+    return {result.ptr, std::isinf(value) ? std::errc::result_out_of_range : result.ec};
+#endif
+}
 
 constexpr bool IsDigit(char c) {
     return c >= '0' && c <= '9';
@@ -185,7 +200,7 @@ std::size_t NumberAtStart(std::string_view text, double& number) {
     if (digits >= text.size() || !(IsDigit(text[digits]) || text[digits] == '.'))
         return 0; // also keeps out what from_chars would take: "inf", "nan"
     double value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const auto [end, error] = DoubleFromChars(text.data(), text.data() + text.size(), value);
     if (error == std::errc::result_out_of_range) {
         const auto length = static_cast<std::size_t>(end - text.data());
         value = IsTooLarge(text.substr(0, length)) ? kNoValue : 0.0;

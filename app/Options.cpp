@@ -74,9 +74,9 @@ void Declare(CLI::App& app, Options& options, bool& listFormats) {
     options.jobs = std::max<std::size_t>(std::thread::hardware_concurrency(), 1);
     app.add_option_function<std::string>(
            "-j,--jobs", [&options](const std::string& text) { options.jobs = ReadJobs(text); },
-           "Convert so many files at a time; what is printed is the same")
-        ->type_name("N")
-        ->default_str(std::to_string(options.jobs));
+           "Convert so many files at a time, where not given as many as there are processors; what "
+           "is printed is the same")
+        ->type_name("N");
     app.set_version_flag("--version", "convfile " CONVFILE_VERSION, "Print the version and exit");
     app.add_option("FILE", options.files,
                    "Files to convert; a folder stands for all files below it that a format fits")

@@ -124,6 +124,25 @@ const char* PlainDecimal(std::string_view text, double& number) {
     return at;
 }
 
+/// True where a text of four to eight characters holds digits and at most one ".", told of all of
+/// them at once.
+bool IsShortPlainNumber(std::string_view text) {
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
+    std::memcpy(&first, text.data(), sizeof first);
+    std::memcpy(&last, text.data() + text.size() - sizeof last, sizeof last);
+    const std::size_t overlap = 8 - text.size(); // where both have the same characters
+    const std::uint64_t missing = overlap * 8;
+    const std::uint64_t bytes = first | std::uint64_t{last} << (32 - missing);
+    // Of a digit 0 to 9 remain, to which 118 can be added below 128.
+    const std::uint64_t rest = bytes ^ 0x3030303030303030;
+    const std::uint64_t others =
+        (rest | (rest + 0x7676767676767676)) & (0x8080808080808080 >> missing);
+    if ((others & (others - 1)) != 0)
+        return false;
+    return others == 0 || text[static_cast<std::size_t>(std::countr_zero(others)) / 8] == '.';
+}
+
 template <class Integer>
 Integer IntegerAtStart(std::string_view text) {
     text = NumberText(text);
@@ -194,6 +213,27 @@ std::size_t NumberAtStart(std::string_view text, double& number) {
     }
     number = value;
     return lengthTo(end);
+}
+
+bool IsPlainNumber(std::string_view text) {
+    const std::size_t size = text.size();
+    if constexpr (std::endian::native == std::endian::little) {
+        if (size >= 4 && size <= 8 && IsShortPlainNumber(text))
+            return true; // nearly always
+    }
+    std::size_t i = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
+    const auto skipDigits = [&] {
+        const std::size_t from = i;
+        while (i < size && IsDigit(text[i]))
+            ++i;
+        return i > from;
+    };
+    bool hasDigits = skipDigits();
+    if (i < size && text[i] == '.') {
+        ++i;
+        hasDigits = skipDigits() || hasDigits;
+    }
+    return hasDigits && i == size;
 }
 
 double NumberOrNoValue(std::string_view text) {

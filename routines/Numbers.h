@@ -19,16 +19,7 @@ std::size_t NumberAtStart(std::string_view text, double& number);
 
 /// True where the text is a number and nothing else, of a sign, digits and a point: faster to tell
 /// than the number.
-constexpr bool IsPlainNumber(std::string_view text) {
-    std::size_t digits = 0;
-    std::size_t others = 0;
-    for (const char c : text) {
-        digits += c >= '0' && c <= '9' ? 1 : 0;
-        others += c == '.' ? 1 : 0;
-    }
-    const bool hasSign = text.starts_with('-') || text.starts_with('+');
-    return digits > 0 && others <= 1 && digits + others + (hasSign ? 1 : 0) == text.size();
-}
+bool IsPlainNumber(std::string_view text);
 
 /// The number at the start of the text; the no-value marker where it starts with none.
 double NumberOrNoValue(std::string_view text);

@@ -184,6 +184,26 @@ char* WriteFewDecimals(char* to, bool negative, std::uint64_t millionths) {
     return to;
 }
 
+/// Writes a number of units of the last of so many decimals (0 to 6), from behind.
+char* WriteScaled(char* to, bool negative, std::uint64_t scaled, std::size_t decimals) {
+    std::array<char, kDecimalsRoom> digits;
+    char* const end = digits.data() + digits.size();
+    char* at = end;
+    for (std::size_t left = decimals; left > 0; --left, scaled /= 10)
+        *--at = static_cast<char>('0' + scaled % 10);
+    if (decimals > 0)
+        *--at = '.';
+    for (; scaled >= 10; scaled /= 100)
+        std::memcpy(at -= 2, &kPairs[2 * (scaled % 100)], 2);
+    if (scaled > 0 || at == end || *at == '.')
+        *--at = static_cast<char>('0' + scaled);
+    if (negative)
+        *--at = '-';
+    const auto size = static_cast<std::size_t>(end - at);
+    std::memcpy(to, at, size);
+    return to + size;
+}
+
 } // namespace
 
 std::size_t NumberAtStart(std::string_view text, double& number) {
@@ -274,7 +294,7 @@ std::string WithImpliedPoint(std::string_view text, std::size_t decimals) {
 
 std::string StringDaDouble(double value, int width, int decimals) {
     // The longest double has 309 digits before the point.
-    std::array<char, 512> buffer{};
+    std::array<char, 512> buffer;
     const int places = std::clamp(decimals, 0, 100);
     const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                                             std::chars_format::fixed, places);
@@ -283,6 +303,21 @@ std::string StringDaDouble(double value, int width, int decimals) {
     if (text.size() < wanted)
         text.insert(0, wanted - text.size(), ' ');
     return text;
+}
+
+char* WriteDecimals(char* to, double value, int decimals) {
+    // What is scaled is off by no more than 2^-13, so that only what is near to a half is in doubt.
+    constexpr double kMost = 0x1p40;
+    constexpr double kDoubt = 0x1p-10;
+    const auto places = static_cast<std::size_t>(decimals);
+    const double scaled = std::fabs(value) * kPowersOfTen[places];
+    if (scaled < kMost) {
+        const auto whole = static_cast<std::uint64_t>(scaled);
+        const double rest = scaled - static_cast<double>(whole);
+        if (std::fabs(rest - 0.5) > kDoubt)
+            return WriteScaled(to, std::signbit(value), whole + (rest > 0.5 ? 1 : 0), places);
+    }
+    return std::to_chars(to, to + kDecimalsRoom, value, std::chars_format::fixed, decimals).ptr;
 }
 
 std::string ShortestNumber(double value) {

@@ -48,6 +48,11 @@ std::string WithImpliedPoint(std::string_view text, std::size_t decimals);
 /// more), as sprintf's "%*.*f" writes it in the C locale.
 std::string StringDaDouble(double value, int width, int decimals);
 
+/// The same without padding, of a number below 10^9 with 0 to 6 decimals, written to where there is
+/// room for kDecimalsRoom characters; gives their end.
+char* WriteDecimals(char* to, double value, int decimals);
+inline constexpr std::size_t kDecimalsRoom = 20;
+
 /// The fewest digits that read back as the same number; with an exponent only where the number is
 /// below 0.0001 or has more than 16 digits before its point.
 std::string ShortestNumber(double value);

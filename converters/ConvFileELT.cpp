@@ -104,6 +104,10 @@ double Opposite(double offset) {
     return IsPresent(offset) ? -offset : offset;
 }
 
+constexpr std::uint64_t BitOf(char c) {
+    return std::uint64_t{1} << (static_cast<unsigned char>(c) % 64);
+}
+
 void AppendWithBlank(std::string& text, const std::string& part) {
     if (!part.empty())
         text.append(part).append(" ");
@@ -404,13 +408,17 @@ void CConvFileELT::FindBars() {
     if (line_.size() > bars_.size())
         bars_.resize(line_.size());
     barCount_ = 0;
+    tagsSeen_ = 0;
     ForEachPosition(line_, '|', [this](std::size_t bar) {
         bars_[barCount_++] = static_cast<std::uint32_t>(bar);
+        tagsSeen_ |= bar + 1 < line_.size() ? BitOf(line_[bar + 1]) : 0;
     });
 }
 
 /// Where a tag stands first; npos: nowhere.
 std::size_t CConvFileELT::PositionOf(std::string_view tag) const {
+    if ((tagsSeen_ & BitOf(tag[1])) == 0)
+        return std::string_view::npos; // nearly always
     for (std::size_t i = 0; i < barCount_; ++i) {
         const std::string_view here = line_.substr(bars_[i]);
         if (here.size() >= tag.size() && here[1] == tag[1] && here.starts_with(tag))

@@ -48,6 +48,7 @@ private:
     /// Where the bars of the current line are: every tag begins with one.
     std::vector<std::uint32_t> bars_ = std::vector<std::uint32_t>(TextFile::kLongestLine);
     std::size_t barCount_ = 0;
+    std::uint64_t tagsSeen_ = 0; ///< by the low bits of what stands behind the bars
 
     /// Texts of the job as the titles gave them. What the last start of measurements took of them
     /// is written once, at the end: they gather over the whole file.

@@ -43,14 +43,12 @@ constexpr std::size_t kTextSearch = 5; ///< the "+" of a text is looked for from
 constexpr std::size_t kUnit = 6;
 constexpr std::size_t kSign = 7;
 constexpr std::size_t kData = 8;
+constexpr std::size_t kFirstSign = kSign - 1; ///< in the first word, which no blank precedes
 constexpr std::size_t kFewestDigits = 8;
 
 /// A slope distance up to this one, metres, was not measured.
 constexpr double kLongestNoDistance = 0.001;
 
-/// A key of blank, word index and point; longer ones go on with literal points.
-constexpr std::size_t kPlainKey = 4;
-constexpr std::size_t kNoIndex = 100;
 constexpr std::uint8_t kAbsent = 255; ///< no word of a line
 /// The first words of a line are found by their indexes, those from here on one after the other.
 constexpr std::size_t kLastFound = 254;
@@ -181,8 +179,6 @@ double GonFromMils(double data) {
 /// What becomes of the words of a line, by their indexes.
 struct CConvFileGSI::WordRules {
     std::array<const Cause*, kNoIndex> causes{}; ///< what is remarked on; null: it is read
-    std::array<std::uint8_t, 12> read{};         ///< the indexes of those that are, commonest first
-    std::size_t readCount = 0;
 
     constexpr WordRules(std::initializer_list<std::uint8_t> indexes) {
         Fill(0, kNoIndex - 1, kOtherWords);
@@ -190,10 +186,8 @@ struct CConvFileGSI::WordRules {
         Fill(72, 79, kAttributes);
         Fill(81, 83, kPointCoordinates);
         Fill(84, 86, kStationCoordinates);
-        for (const std::uint8_t index : indexes) {
+        for (const std::uint8_t index : indexes)
             causes[index] = nullptr;
-            read[readCount++] = index;
-        }
     }
 
     constexpr WordRules OfStation() const {
@@ -326,8 +320,7 @@ void CConvFileGSI::StationLine(Record& station) {
     station.place = PlaceIn(" 84.", " 85.", " 86.");
 }
 
-CConvGen::Place CConvFileGSI::PlaceIn(std::string_view east, std::string_view north,
-                                      std::string_view height) {
+CConvGen::Place CConvFileGSI::PlaceIn(const Key& east, const Key& north, const Key& height) {
     if (!Rules().readsCoordinates)
         return {};
     return {.x = TrovaDoubleInCmpConCod(east),
@@ -475,24 +468,37 @@ bool CConvFileGSI::TrattaRiga41PuntoStonex(Record& station) {
     return false;
 }
 
+/// The line without what tells that its words are longer.
+std::string_view CConvFileGSI::FirstWord() const {
+    std::string_view word = line_;
+    word.remove_prefix(word.starts_with('*') ? 1 : 0);
+    return word;
+}
+
 /// True where the first word of the line has the form of one.
 bool CConvFileGSI::BeginsWithWord() const {
-    const std::string_view word = line_.substr(line_.starts_with('*') ? 1 : 0);
-    constexpr std::size_t kFirstSign = kSign - 1;
+    const std::string_view word = FirstWord();
     return word.size() > kFirstSign && IsDigit(word[0]) && IsDigit(word[1]) &&
            IsSign(word[kFirstSign]);
 }
 
+/// True where it is a point number, also where the rest of it is none.
+bool CConvFileGSI::BeginsWithPointNumber() const {
+    return Begins(FirstWord(), "11");
+}
+
 /// Remarks on a line of measurements: a station or a point.
 void CConvFileGSI::JudgeLine(bool isStation) {
+    if (IsReadWhole() && BeginsWithPointNumber() && BeginsWithWord()) [[likely]]
+        return;
     const bool begins = BeginsWithWord();
     const bool withPlace = Rules().readsCoordinates;
     const WordRules& ofStation = withPlace ? kStationWordsWithPlace : kStationWords;
     const WordRules& ofPoint = withPlace ? kPointWordsWithPlace : kPointWords;
     const WordRules& rules = isStation ? ofStation : ofPoint;
-    if (!(begins && HoldsOnlyRead(rules)) && !JudgeWords(rules) && !begins)
+    if (!JudgeWords(rules) && !begins)
         Skip(kNoWord);
-    else if (!begins || !line_.substr(line_.starts_with('*') ? 1 : 0).starts_with("11"))
+    else if (!begins || !BeginsWithPointNumber())
         Note(kNoPointNumber);
 }
 
@@ -503,13 +509,10 @@ void CConvFileGSI::JudgeBlock(const Record& station) {
         Note(kNoStationName);
 }
 
-/// True where the line has as many words as are read of it: nearly always.
-bool CConvFileGSI::HoldsOnlyRead(const WordRules& rules) const {
+/// True where as many words were read of the line as it has: nearly always.
+bool CConvFileGSI::IsReadWhole() const {
     const bool endsInBlank = blankCount_ > 0 && blanks_[blankCount_ - 1] + 1 == line_.size();
-    std::size_t read = endsInBlank ? 1 : 0;
-    for (std::size_t i = 0; i < rules.readCount && read < blankCount_; ++i)
-        read += firstWords_[rules.read[i]] != kAbsent ? 1 : 0;
-    return read == blankCount_;
+    return wordsRead_ + (endsInBlank ? 1 : 0) == blankCount_;
 }
 
 /// Remarks on the words of the current line that are not read, by their indexes. True where one but
@@ -538,21 +541,12 @@ void CConvFileGSI::JudgeOtherBlock(const Cause& cause) {
         Skip(kNoBlock);
 }
 
-/// Word index of a word, given from its blank on: two digits and a point. kNoIndex for others.
-std::size_t CConvFileGSI::WordIndex(std::string_view word) {
-    if (word.size() < 4 || word[3] != '.')
-        return kNoIndex;
-    const auto tens = static_cast<unsigned char>(word[1] - '0');
-    const auto ones = static_cast<unsigned char>(word[2] - '0');
-    return tens < 10 && ones < 10 ? tens * 10U + ones : kNoIndex;
-}
-
 /// One pass over the blanks of the line, so that each of the ten words a line is asked for is found
 /// at once.
 void CConvFileGSI::FindWords() {
     if (line_.size() > blanks_.size())
         blanks_.resize(line_.size());
-    blankCount_ = 0;
+    blankCount_ = wordsRead_ = 0;
     firstWords_.fill(kAbsent);
     ForEachPosition(line_, ' ', [&](std::size_t blank) {
         const std::size_t index = WordIndex(line_.substr(blank));
@@ -564,10 +558,10 @@ void CConvFileGSI::FindWords() {
 
 /// The first word that begins with the key (its blank included), as its place in blanks_; kAbsent
 /// where there is none.
-std::size_t CConvFileGSI::FindKey(std::string_view key) const {
-    const std::size_t first = firstWords_[WordIndex(key)];
-    const bool isFound = first == kAbsent || (key.size() == kPlainKey && first < kLastFound);
-    return isFound ? first : SearchKey(key, first);
+std::size_t CConvFileGSI::FindKey(const Key& key) const {
+    const std::size_t first = firstWords_[key.index];
+    const bool isFound = first == kAbsent || (!key.goesOn && first < kLastFound);
+    return isFound ? first : SearchKey(key.text, first);
 }
 
 std::size_t CConvFileGSI::SearchKey(std::string_view key, std::size_t word) const {
@@ -578,10 +572,10 @@ std::size_t CConvFileGSI::SearchKey(std::string_view key, std::size_t word) cons
     return kAbsent;
 }
 
-/// The first blank at or after that position, which lies behind `word`; the line's length where
-/// there is none.
-std::size_t CConvFileGSI::BlankFrom(std::size_t position, std::size_t word) const {
-    for (std::size_t i = word; i < blankCount_; ++i) {
+/// The first blank at or after that position, which lies behind all blanks before the `first`; the
+/// line's length where there is none.
+std::size_t CConvFileGSI::BlankFrom(std::size_t position, std::size_t first) const {
+    for (std::size_t i = first; i < blankCount_; ++i) {
         if (blanks_[i] >= position)
             return blanks_[i];
     }
@@ -602,13 +596,14 @@ std::string_view CConvFileGSI::NameInFirstWord() const {
 
 /// Text of a word, without leading zeros and without its "-" characters. A word signed "-" gives no
 /// text.
-std::string CConvFileGSI::TrovaStrInCmpConCod(std::string_view key) {
+std::string CConvFileGSI::TrovaStrInCmpConCod(const Key& key) {
     const std::size_t word = FindKey(key);
     if (word == kAbsent)
         return {};
+    ++wordsRead_;
     const std::size_t search = blanks_[word] + kTextSearch;
     const std::size_t plus = line_.find('+', search);
-    const std::size_t blank = BlankFrom(search, word);
+    const std::size_t blank = BlankFrom(search, word + 1);
     if (plus == std::string_view::npos || plus >= blank) {
         Note(kTextWithMinus);
         return {};
@@ -622,24 +617,31 @@ std::string CConvFileGSI::TrovaStrInCmpConCod(std::string_view key) {
 
 /// Value of a word; the no-value marker where the word is absent, its unit not read or its data no
 /// number. Data too large for a double are absent before any scaling.
-double CConvFileGSI::TrovaDoubleInCmpConCod(std::string_view key) {
+double CConvFileGSI::TrovaDoubleInCmpConCod(const Key& key) {
     const std::size_t word = FindKey(key);
     if (word == kAbsent)
         return kNoValue;
+    ++wordsRead_;
     const std::size_t position = blanks_[word];
     if (position + kData >= line_.size()) {
         Note(kShortWord);
         return kNoValue;
     }
-    const std::size_t end = BlankFrom(position + kData, word);
-    const std::string_view data = line_.substr(position + kData, end - position - kData);
+    const std::size_t end = BlankFrom(position + kData, word + 1);
+    const std::string_view data(line_.data() + position + kData, end - position - kData);
     if (Rules().appliesUnits && Contains(data, "-"))
         return kNoValue; // dashes: not measured
-    double value = ReadNumberOrNoValue(data);
+    double value = kNoValue;
+    const std::size_t numberEnd = NumberAtStart(data, value);
     const Unit& unit = UnitOf(line_[position + kUnit]);
-    const bool isAngle = key[1] == '2';
-    if (IsHeard() && (data.size() < kFewestDigits || unit.horizontal || isAngle != unit.isOfAngles))
-        JudgeValue(key, data, unit);
+    if (IsHeard()) {
+        const bool isOrdinary = numberEnd == data.size() && numberEnd >= kFewestDigits &&
+                                !unit.horizontal && key.IsOfAngle() == unit.isOfAngles;
+        if (isOrdinary) [[likely]]
+            keeper_->CountNumber(true);
+        else
+            JudgeValue(key, data, numberEnd, unit);
+    }
     if (value == kNoValue)
         return kNoValue;
     if (line_[position + kSign] == '-')
@@ -664,11 +666,13 @@ const CConvFileGSI::Unit& CConvFileGSI::UnitOf(char digit) const {
 }
 
 /// Remarks on the data of a word and their unit, where one of them is out of the ordinary.
-void CConvFileGSI::JudgeValue(std::string_view key, std::string_view data, const Unit& unit) {
-    const bool isAngle = key[1] == '2';
+void CConvFileGSI::JudgeValue(const Key& key, std::string_view data, std::size_t numberEnd,
+                              const Unit& unit) {
+    CheckEnd(data, numberEnd, kNoNumberIsAbsent);
+    const bool isAngle = key.IsOfAngle();
     if (data.size() < kFewestDigits)
         Note(kShortWord);
-    const Cause* const cause = key[2] == '1' ? unit.horizontal : unit.zenith;
+    const Cause* const cause = key.text[2] == '1' ? unit.horizontal : unit.zenith;
     if (isAngle && unit.isOfAngles && cause)
         Note(*cause);
     else if (!unit.IsRead())

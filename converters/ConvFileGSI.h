@@ -44,24 +44,48 @@ private:
         }
     };
 
+    /// Word index of a word, given from its blank on: two digits and a point. kNoIndex for others.
+    static constexpr std::size_t WordIndex(std::string_view word) {
+        if (word.size() < 4 || word[3] != '.')
+            return kNoIndex;
+        const auto tens = static_cast<unsigned char>(word[1] - '0');
+        const auto ones = static_cast<unsigned char>(word[2] - '0');
+        return tens < 10 && ones < 10 ? tens * 10U + ones : kNoIndex;
+    }
+    static constexpr std::size_t kNoIndex = 100;
+
+    /// What a word that is looked for begins with, its blank included: its index and a point, and
+    /// further points where it has some.
+    struct Key {
+        std::string_view text;
+        std::size_t index;
+        bool goesOn; ///< behind the point
+
+        template <std::size_t Size>
+        consteval Key(const char (&key)[Size]) // NOLINT: written as the texts that they are
+            : text(key, Size - 1), index(WordIndex(text)), goesOn(Size - 1 > kPlainKey) {}
+
+        constexpr bool IsOfAngle() const { return text[1] == '2'; }
+    };
+    static constexpr std::size_t kPlainKey = 4;
+
     // Operations in the library's own vocabulary.
     bool LeggeUnaRigaGSI();
     bool SeparaCampi(Record& record);
     bool TrattaRiga41(Record& station);
     bool TrattaRiga41Stonex(Record& station);
     bool TrattaRiga41PuntoStonex(Record& station);
-    double TrovaDoubleInCmpConCod(std::string_view key);
-    std::string TrovaStrInCmpConCod(std::string_view key);
+    double TrovaDoubleInCmpConCod(const Key& key);
+    std::string TrovaStrInCmpConCod(const Key& key);
     static void EliminaZeriIniz(std::string_view& digits);
     void ConvertiRiga(Record& record);
     void ConversioneRigaS(Record& station);
     void ConversioneRigaP(Record& point);
 
     void FindWords();
-    static std::size_t WordIndex(std::string_view word);
-    std::size_t FindKey(std::string_view key) const;
+    std::size_t FindKey(const Key& key) const;
     std::size_t SearchKey(std::string_view key, std::size_t word) const;
-    std::size_t BlankFrom(std::size_t position, std::size_t word = 0) const;
+    std::size_t BlankFrom(std::size_t position, std::size_t first = 0) const;
     std::string_view NameInFirstWord() const;
     void ConvertLine();
     void StationLine(Record& station);
@@ -69,7 +93,7 @@ private:
     void ReduceWhereNeeded(Record& point);
     double AbsentDistance(double distance);
     bool HoldsStation() const;
-    Place PlaceIn(std::string_view east, std::string_view north, std::string_view height);
+    Place PlaceIn(const Key& east, const Key& north, const Key& height);
     static bool IsPlaced(const Place& place);
     bool OpensSetUp(Record& station);
     bool OpensStation(std::string_view number, Record& station);
@@ -81,7 +105,9 @@ private:
     const Unit& UnitOf(char digit) const;
     double Converted(double data, const Unit& unit);
 
+    std::string_view FirstWord() const;
     bool BeginsWithWord() const;
+    bool BeginsWithPointNumber() const;
     void JudgeLine(bool isStation);
     struct WordRules;
     static const WordRules kPointWords;
@@ -90,16 +116,17 @@ private:
     static const WordRules kStationWordsWithPlace;
     static const WordRules kBlockWords;
     bool JudgeWords(const WordRules& rules);
-    bool HoldsOnlyRead(const WordRules& rules) const;
+    bool IsReadWhole() const;
     void JudgeBlock(const Record& station);
     void JudgeOtherBlock(const Cause& cause);
-    void JudgeValue(std::string_view key, std::string_view data, const Unit& unit);
+    void JudgeValue(const Key& key, std::string_view data, std::size_t numberEnd, const Unit& unit);
 
     /// Where the blanks of the current line are; each but the ones in a row has a word behind it.
     std::vector<std::uint32_t> blanks_ = std::vector<std::uint32_t>(TextFile::kLongestLine);
     std::size_t blankCount_ = 0;
     /// For each word index the first word that has it, as its place in blanks_; kAbsent: none.
-    std::array<std::uint8_t, 100> firstWords_{};
+    std::array<std::uint8_t, kNoIndex> firstWords_{};
+    std::size_t wordsRead_ = 0; ///< of the current line, each once
 
     const Unit* units_ = nullptr; ///< by which the file is read
     std::string defaultCode_; ///< for points without one, from the last code block that gave one

@@ -82,6 +82,8 @@ void CConvFileMM2::CheckFields() {
         Skip(kNoField);
         return;
     }
+    if (line_.size() == 1 && line_.front() == '\n')
+        return; // nearly always
     const std::size_t end = line_.rfind(kGroupSeparator);
     const std::string_view open = end == std::string_view::npos ? line_ : line_.substr(end + 1);
     if (end != std::string_view::npos)

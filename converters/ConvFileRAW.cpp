@@ -204,18 +204,25 @@ void CConvFileRAW::ConvertIdentified() {
 
 void CConvFileRAW::ConvertComment() {
     const std::string_view comment = TrimBoth(Piece(line_, kTypeAndComma));
-    std::string_view value = comment;
-    std::string_view topic;
-    CutAt(value, ':', topic);
-    const auto* const found = std::ranges::find_if(kAnnouncements, [&](const Announcement& a) {
-        return a.topic == TrimBoth(topic) && TrimBoth(value).starts_with(a.value);
-    });
-    if (found != std::end(kAnnouncements))
-        Announce(*found);
-    else if (comment.starts_with("TI INPUT"))
+    if (const Announcement* const announcement = AnnouncementIn(comment))
+        Announce(*announcement);
+    else if (Begins(comment, "TI INPUT"))
         ConvertHeights(comment);
     else
         Note(kComments);
+}
+
+const CConvFileRAW::Announcement* CConvFileRAW::AnnouncementIn(std::string_view comment) {
+    std::string_view value = comment;
+    std::string_view topic;
+    if (!CutAt(value, ':', topic))
+        return nullptr;
+    topic = TrimBoth(topic);
+    value = TrimBoth(value);
+    const auto* const found = std::ranges::find_if(kAnnouncements, [&](const Announcement& a) {
+        return a.topic == topic && value.starts_with(a.value);
+    });
+    return found != std::end(kAnnouncements) ? found : nullptr;
 }
 
 void CConvFileRAW::Announce(const Announcement& announcement) {

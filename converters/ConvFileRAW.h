@@ -52,6 +52,7 @@ private:
     void ConvertIdentified();
     void ConvertCoordinates();
     void ConvertComment();
+    static const Announcement* AnnouncementIn(std::string_view comment);
     void Announce(const Announcement& announcement);
     void Apply(Setting setting);
     void ConvertHeights(std::string_view comment);

@@ -62,14 +62,12 @@ AccountKeeper::~AccountKeeper() {
     });
 }
 
-void AccountKeeper::LineBegins(std::string_view text, std::uint64_t number) {
+/// A line that is only written down leaves what this sets as it is: it is read.
+void AccountKeeper::LookAtLine() {
     EndLine();
-    text_ = text;
-    line_ = number;
-    ++lines_;
     inPiece_ = true;
-    isMereEnd_ = false;
-    if (text.front() <= ' ' && IsBlank()) [[unlikely]]
+    isMereEnd_ = mustLook_ = false;
+    if (text_.front() <= ' ' && IsBlank())
         ++blankLines_;
 }
 
@@ -82,7 +80,7 @@ void AccountKeeper::PieceBegins(const LinePiece& piece) {
     line_ = piece.number;
     lines_ += piece.continues ? 0 : 1;
     blankLines_ += !piece.continues && IsBlank() ? 1 : 0;
-    inPiece_ = true;
+    inPiece_ = mustLook_ = true;
     isMereEnd_ = piece.continues && IsBlank();
     if (piece.isLong || piece.hasNul || piece.hasLoneCr || piece.hasCrRun || piece.losesLast)
         [[unlikely]]
@@ -148,20 +146,21 @@ bool AccountKeeper::IsBlank() const {
 void AccountKeeper::Skip(const Cause& cause) {
     if (IsBlank())
         return;
-    skipped_ = true;
+    skipped_ = mustLook_ = true;
     Note(cause);
 }
 
 void AccountKeeper::Count(const Cause& cause, std::uint64_t line) {
+    Tally*& known = known_[Place(cause)];
     const auto found = std::ranges::find(tallies_, &cause, &Tally::cause);
     if (found == tallies_.end()) {
-        last_ = nullptr; // the tallies may move
-        last_ = &tallies_.emplace_back(
+        known_ = {}; // the tallies may move
+        known = &tallies_.emplace_back(
             Tally{&cause, {.kind = cause.kind, .text = std::string(cause.text)}});
     } else {
-        last_ = &*found;
+        known = &*found;
     }
-    Add(*last_, line);
+    Add(*known, line);
 }
 
 void AccountKeeper::Add(Tally& tally, std::uint64_t line) {
@@ -176,8 +175,9 @@ void AccountKeeper::Add(Tally& tally, std::uint64_t line) {
     if (line > tally.remark.lastLine) { // nearly always: lines come in their order
         tally.remark.lastLine = line;
         ++tally.remark.count;
-        if (lines.size() < kMostLines)
+        if (!tally.isFull)
             lines.push_back(line);
+        tally.isFull = lines.size() == kMostLines;
         return;
     }
     const auto place = std::ranges::lower_bound(lines, line);
@@ -188,6 +188,7 @@ void AccountKeeper::Add(Tally& tally, std::uint64_t line) {
         return;
     lines.insert(place, line);
     lines.resize(std::min(lines.size(), kMostLines));
+    tally.isFull = lines.size() == kMostLines;
 }
 
 void AccountKeeper::NoteText(RemarkKind kind, std::string text, std::uint64_t line,
@@ -196,7 +197,7 @@ void AccountKeeper::NoteText(RemarkKind kind, std::string text, std::uint64_t li
         return !tally.cause && tally.remark.kind == kind && tally.remark.text == text;
     });
     Tally* tally = found != tallies_.end() ? &*found : nullptr;
-    last_ = nullptr;
+    known_ = {}; // the tallies may move
     if (!tally)
         tally = &tallies_.emplace_back(Tally{nullptr, {.kind = kind, .text = std::move(text)}});
     if (line != 0)

@@ -32,7 +32,6 @@ public:
     ~AccountKeeper();
 
     // What the reader tells.
-    void LineBegins(std::string_view text, std::uint64_t number) override;
     void PieceBegins(const LinePiece& piece) override;
     void EndsEarly(std::uint64_t bytes) override;
     bool GoesOn(std::uint64_t bytesRead) override;
@@ -53,8 +52,9 @@ public:
     /// Remarks on the current line.
     void Note(const Cause& cause) { NoteAt(cause, line_); }
     void NoteAt(const Cause& cause, std::uint64_t line) {
-        if (last_ && last_->cause == &cause && last_->lastLine == line && line != 0)
-            return; // once a line
+        Tally* const tally = known_[Place(cause)];
+        if (tally && tally->cause == &cause && tally->Repeats(line)) [[likely]]
+            return;
         Count(cause, line);
     }
     /// The same with a text of its own, made for this file.
@@ -62,7 +62,7 @@ public:
     /// Remarks on the current line, which is skipped; a blank one is not, and makes no remark.
     void Skip(const Cause& cause);
     /// The current line is skipped without a word of its own.
-    void SkipSilently() { skipped_ = true; }
+    void SkipSilently() { skipped_ = mustLook_ = true; }
 
     /// A field that holds a number, or something else where a number belongs.
     void CountNumber(bool isNumber) { ++(isNumber ? numbers_ : noNumbers_); }
@@ -99,11 +99,30 @@ private:
     struct Tally {
         const Cause* cause = nullptr; ///< null: the text is its own
         Remark remark = {};
-        std::uint64_t lastLine = 0;
+        std::uint64_t lastLine = 0; ///< told; that of the remark is the largest
+        bool isFull = false;        ///< it has all the line numbers it keeps
+
+        /// Counts it where it is told again, and only to be counted: of the same line, or of one
+        /// behind all others when it has its line numbers.
+        bool Repeats(std::uint64_t line) {
+            if (isFull && line > remark.lastLine) {
+                lastLine = remark.lastLine = line;
+                ++remark.count;
+                return true;
+            }
+            return line == lastLine && line != 0;
+        }
     };
+
+    /// Where a cause's tally is looked for first: causes lie one behind the other in tables.
+    static std::size_t Place(const Cause& cause) {
+        return reinterpret_cast<std::uintptr_t>(&cause) / alignof(Cause) % kKnown;
+    }
+    static constexpr std::size_t kKnown = 64;
 
     void Count(const Cause& cause, std::uint64_t line);
     static void Add(Tally& tally, std::uint64_t line);
+    void LookAtLine() override;
     void NotePiece(const LinePiece& piece);
     void EndPiece();
     void EndLine();
@@ -116,13 +135,10 @@ private:
     Problem* problem_;
 
     bool opened_ = false;
-    std::string_view text_;  ///< of the current piece, as long as that lasts
-    std::uint64_t line_ = 0; ///< its number
     bool inPiece_ = false;
-    bool isMereEnd_ = false;  ///< it is the line end of a long line, and no more
-    bool skipped_ = false;    ///< this piece
-    bool lineRead_ = false;   ///< a piece of this line before it was read
-    std::uint64_t lines_ = 0; ///< begun
+    bool isMereEnd_ = false; ///< it is the line end of a long line, and no more
+    bool skipped_ = false;   ///< this piece
+    bool lineRead_ = false;  ///< a piece of this line before it was read
     std::uint64_t skippedLines_ = 0;
     std::uint64_t blankLines_ = 0;
     std::uint64_t numbers_ = 0;
@@ -136,7 +152,7 @@ private:
     std::uint64_t documentLines_ = 0;
 
     std::vector<Tally> tallies_;
-    Tally* last_ = nullptr; ///< counted last
+    std::array<Tally*, kKnown> known_{}; ///< counted last, each in its place
     std::string_view angleUnit_;
     std::string_view lengthUnit_;
 };

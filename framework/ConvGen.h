@@ -181,6 +181,15 @@ protected:
             Note(kNoMinutes);
         return gon;
     }
+    /// The remarks of these on a text whose number takes so many characters.
+    void CheckEnd(std::string_view text, std::size_t numberEnd, const Cause& noNumber) {
+        if (!keeper_) [[likely]]
+            return;
+        if (numberEnd != text.size())
+            CheckRest(text, numberEnd, noNumber);
+        else if (numberEnd > 0)
+            keeper_->CountNumber(true);
+    }
     /// The same for a text that is kept and read as a number later.
     void CheckNumber(std::string_view text, const Cause& noNumber = kNoNumberIsZero) {
         if (!keeper_)
@@ -250,13 +259,5 @@ private:
     void SetAtJob(JobSetter set, std::string text);
     bool AddUnnamedJob();
     CSta* AddStation();
-    void CheckEnd(std::string_view text, std::size_t numberEnd, const Cause& noNumber) {
-        if (!keeper_) [[likely]]
-            return;
-        if (numberEnd != text.size())
-            CheckRest(text, numberEnd, noNumber);
-        else if (numberEnd > 0)
-            keeper_->CountNumber(true);
-    }
     void CheckRest(std::string_view text, std::size_t numberEnd, const Cause& noNumber);
 };

@@ -83,6 +83,8 @@ public:
     void SetLine(std::uint64_t line) { line_ = line; }
     std::uint64_t Line() const { return line_; }
 
+    /// False: there is nothing in its extras.
+    bool HasExtras() const { return extras_ != nullptr; }
     const Marks& GetMarks() const { return GetExtras().marks; }
     const Extras& GetExtras() const {
         static const Extras none;

@@ -146,8 +146,8 @@ const std::string& CConvCod::IdenConvertito(const std::string& code) {
 }
 std::string CConvCod::ModalitaConver(const std::string& code) {
     const auto found = table_->drawingAttributes.find(code);
-    table_->answer = found == table_->drawingAttributes.end() ? std::string() : found->second;
-    return table_->answer;
+    table_->answer.clear();
+    return found == table_->drawingAttributes.end() ? std::string() : found->second;
 }
 bool CConvCod::GetModoConver() const {
     return table_->conversionMode;

@@ -23,8 +23,14 @@ public:
     LineWatch& operator=(const LineWatch&) = delete;
 
     /// A whole line with its line end is about to be delivered, and nothing else was met in it:
-    /// what nearly every line is. The text stays until the next one.
-    virtual void LineBegins(std::string_view text, std::uint64_t number) = 0;
+    /// what nearly every line is, so it is only written down. The text stays until the next one.
+    void LineBegins(std::string_view text, std::uint64_t number) {
+        text_ = text;
+        line_ = number;
+        ++lines_;
+        if (mustLook_ || text.front() <= ' ') [[unlikely]]
+            LookAtLine();
+    }
     /// Any other piece is about to be delivered; its text stays until the next one is.
     virtual void PieceBegins(const LinePiece& piece) = 0;
     /// Reading has ended though the file goes on, for so many bytes, and not all of them are
@@ -35,4 +41,13 @@ public:
 
 protected:
     ~LineWatch() = default;
+
+    /// The same of a line that begins with a blank or a control character, and of one that was to
+    /// be looked at.
+    virtual void LookAtLine() = 0;
+
+    std::string_view text_;   ///< of the current piece, as long as that lasts
+    std::uint64_t line_ = 0;  ///< its number
+    std::uint64_t lines_ = 0; ///< begun
+    bool mustLook_ = true;    ///< the next line is not only to be written down
 };

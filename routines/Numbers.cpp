@@ -87,8 +87,15 @@ constexpr auto kPowersOfTen = [] {
     return powers;
 }();
 
-/// Reads eight digits at once: turned into numbers of two, then four, then eight digits by
-/// multiplications that add neighbours. False where one of the eight is no digit.
+/// Eight digits, the first in the lowest byte, as numbers of two, then four, then eight digits: by
+/// multiplications that add neighbours.
+constexpr std::uint64_t NumberOfDigits(std::uint64_t digits) {
+    digits = (digits * 2561) >> 8;
+    digits = ((digits & 0x00FF00FF00FF00FF) * 6553601) >> 16;
+    return ((digits & 0x0000FFFF0000FFFF) * 42949672960001) >> 32;
+}
+
+/// Reads eight digits at once. False where one of the eight is no digit.
 bool EightDigits(const char* text, std::uint64_t& value) {
     std::uint64_t bytes = 0;
     std::memcpy(&bytes, text, sizeof bytes);
@@ -96,9 +103,46 @@ bool EightDigits(const char* text, std::uint64_t& value) {
     const std::uint64_t carried = ((bytes + 0x0606060606060606) & 0xF0F0F0F0F0F0F0F0) >> 4;
     if ((high | carried) != 0x3333333333333333)
         return false;
-    bytes = ((bytes & 0x0F0F0F0F0F0F0F0F) * 2561) >> 8;
-    bytes = ((bytes & 0x00FF00FF00FF00FF) * 6553601) >> 16;
-    value = ((bytes & 0x0000FFFF0000FFFF) * 42949672960001) >> 32;
+    value = NumberOfDigits(bytes & 0x0F0F0F0F0F0F0F0F);
+    return true;
+}
+
+/// A text of four to eight characters, looked at as a whole.
+struct ShortDecimal {
+    std::uint64_t digits = 0; ///< the first in the lowest byte, the others 0
+    std::size_t count = 0;    ///< of the digits
+    std::size_t decimals = 0; ///< so many of them stand behind a "."
+};
+
+constexpr bool kHasShortDecimals = std::endian::native == std::endian::little;
+
+constexpr bool IsShort(std::string_view text) {
+    return kHasShortDecimals && text.size() >= 4 && text.size() <= 8;
+}
+
+/// False where it holds anything but digits and at most one ".".
+bool ReadShortDecimal(std::string_view text, ShortDecimal& decimal) {
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
+    std::memcpy(&first, text.data(), sizeof first);
+    std::memcpy(&last, text.data() + text.size() - sizeof last, sizeof last);
+    const std::size_t missing = 8 * (8 - text.size()); // bits; both hold as many in common
+    const std::uint64_t bytes = first | std::uint64_t{last} << (32 - missing);
+    // Of a digit 0 to 9 remain, to which 118 can be added below 128.
+    const std::uint64_t rest = bytes ^ 0x3030303030303030;
+    const std::uint64_t others =
+        (rest | (rest + 0x7676767676767676)) & (0x8080808080808080 >> missing);
+    decimal.digits = rest & (~std::uint64_t{0} >> missing);
+    decimal.count = text.size();
+    if (others == 0)
+        return true;
+    const auto point = static_cast<std::size_t>(std::countr_zero(others)) / 8;
+    if ((others & (others - 1)) != 0 || text[point] != '.')
+        return false;
+    const std::uint64_t before = (std::uint64_t{1} << 8 * point) - 1;
+    decimal.digits = (decimal.digits & before) | (decimal.digits >> 8 & ~before);
+    decimal.count = text.size() - 1;
+    decimal.decimals = decimal.count - point;
     return true;
 }
 
@@ -111,9 +155,15 @@ const char* PlainDecimal(std::string_view text, double& number) {
     constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53;
     const char* at = text.data();
     const char* const end = at + text.size();
+    if (ShortDecimal decimal; IsShort(text) && ReadShortDecimal(text, decimal)) {
+        number = static_cast<double>(NumberOfDigits(decimal.digits << 8 * (8 - decimal.count)));
+        if (decimal.decimals > 0)
+            number /= kPowersOfTen[decimal.decimals];
+        return end;
+    }
     std::uint64_t digits = 0;
     const auto readDigits = [&] {
-        if constexpr (std::endian::native == std::endian::little) {
+        if constexpr (kHasShortDecimals) {
             std::uint64_t eight = 0;
             for (; end - at >= 8 && EightDigits(at, eight); at += 8)
                 digits = digits * 100000000 + eight;
@@ -180,6 +230,26 @@ char* WriteFewDecimals(char* to, bool negative, std::uint64_t millionths) {
     return to;
 }
 
+/// Writes a number of units of the last of so many decimals (0 to 6), from behind.
+char* WriteScaled(char* to, bool negative, std::uint64_t scaled, std::size_t decimals) {
+    std::array<char, kDecimalsRoom> digits;
+    char* const end = digits.data() + digits.size();
+    char* at = end;
+    for (std::size_t left = decimals; left > 0; --left, scaled /= 10)
+        *--at = static_cast<char>('0' + scaled % 10);
+    if (decimals > 0)
+        *--at = '.';
+    for (; scaled >= 10; scaled /= 100)
+        std::memcpy(at -= 2, &kPairs[2 * (scaled % 100)], 2);
+    if (scaled > 0 || at == end || *at == '.')
+        *--at = static_cast<char>('0' + scaled);
+    if (negative)
+        *--at = '-';
+    const auto size = static_cast<std::size_t>(end - at);
+    std::memcpy(to, at, size);
+    return to + size;
+}
+
 } // namespace
 
 std::size_t NumberAtStart(std::string_view text, double& number) {
@@ -209,6 +279,25 @@ std::size_t NumberAtStart(std::string_view text, double& number) {
     }
     number = value;
     return lengthTo(end);
+}
+
+bool IsPlainNumber(std::string_view text) {
+    if (ShortDecimal unused; IsShort(text) && ReadShortDecimal(text, unused))
+        return true; // nearly always
+    const std::size_t size = text.size();
+    std::size_t i = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
+    const auto skipDigits = [&] {
+        const std::size_t from = i;
+        while (i < size && IsDigit(text[i]))
+            ++i;
+        return i > from;
+    };
+    bool hasDigits = skipDigits();
+    if (i < size && text[i] == '.') {
+        ++i;
+        hasDigits = skipDigits() || hasDigits;
+    }
+    return hasDigits && i == size;
 }
 
 double NumberOrNoValue(std::string_view text) {
@@ -249,7 +338,7 @@ std::string WithImpliedPoint(std::string_view text, std::size_t decimals) {
 
 std::string StringDaDouble(double value, int width, int decimals) {
     // The longest double has 309 digits before the point.
-    std::array<char, 512> buffer{};
+    std::array<char, 512> buffer;
     const int places = std::clamp(decimals, 0, 100);
     const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                                             std::chars_format::fixed, places);
@@ -258,6 +347,21 @@ std::string StringDaDouble(double value, int width, int decimals) {
     if (text.size() < wanted)
         text.insert(0, wanted - text.size(), ' ');
     return text;
+}
+
+char* WriteDecimals(char* to, double value, int decimals) {
+    // What is scaled is off by no more than 2^-13, so that only what is near to a half is in doubt.
+    constexpr double kMost = 0x1p40;
+    constexpr double kDoubt = 0x1p-10;
+    const auto places = static_cast<std::size_t>(decimals);
+    const double scaled = std::fabs(value) * kPowersOfTen[places];
+    if (scaled < kMost) {
+        const auto whole = static_cast<std::uint64_t>(scaled);
+        const double rest = scaled - static_cast<double>(whole);
+        if (std::fabs(rest - 0.5) > kDoubt)
+            return WriteScaled(to, std::signbit(value), whole + (rest > 0.5 ? 1 : 0), places);
+    }
+    return std::to_chars(to, to + kDecimalsRoom, value, std::chars_format::fixed, decimals).ptr;
 }
 
 std::string ShortestNumber(double value) {

@@ -19,16 +19,7 @@ std::size_t NumberAtStart(std::string_view text, double& number);
 
 /// True where the text is a number and nothing else, of a sign, digits and a point: faster to tell
 /// than the number.
-constexpr bool IsPlainNumber(std::string_view text) {
-    std::size_t digits = 0;
-    std::size_t others = 0;
-    for (const char c : text) {
-        digits += c >= '0' && c <= '9' ? 1 : 0;
-        others += c == '.' ? 1 : 0;
-    }
-    const bool hasSign = text.starts_with('-') || text.starts_with('+');
-    return digits > 0 && others <= 1 && digits + others + (hasSign ? 1 : 0) == text.size();
-}
+bool IsPlainNumber(std::string_view text);
 
 /// The number at the start of the text; the no-value marker where it starts with none.
 double NumberOrNoValue(std::string_view text);
@@ -56,6 +47,11 @@ std::string WithImpliedPoint(std::string_view text, std::size_t decimals);
 /// The value with that many decimals (0 to 100), padded with spaces on the left to `width` (0 or
 /// more), as sprintf's "%*.*f" writes it in the C locale.
 std::string StringDaDouble(double value, int width, int decimals);
+
+/// The same without padding, of a number below 10^9 with 0 to 6 decimals, written to where there is
+/// room for kDecimalsRoom characters; gives their end.
+char* WriteDecimals(char* to, double value, int decimals);
+inline constexpr std::size_t kDecimalsRoom = 20;
 
 /// The fewest digits that read back as the same number; with an exponent only where the number is
 /// below 0.0001 or has more than 16 digits before its point.

@@ -24,22 +24,28 @@ bool HoldsText(std::string_view bytes) {
     return bytes.find_first_not_of(std::string_view("\x1A\0\r\n", 4)) != std::string_view::npos;
 }
 
-/// True where a CR has no LF directly behind it, or stands last, where that cannot be told.
+/// True where a CR has no LF directly behind it; of one that stands last nothing is said.
 bool HoldsCrWithoutLf(std::string_view bytes) {
-    std::size_t i = 0;
+    std::size_t i = std::min(bytes.find('\r'), bytes.size()); // many files have none
 #if defined(__SSE2__)
+    constexpr std::size_t kWidth = sizeof(__m128i);
     const auto equal = [&](std::size_t at, char wanted) {
         const void* const sixteen = bytes.data() + at;
         const __m128i loaded = _mm_loadu_si128(static_cast<const __m128i*>(sixteen));
         return _mm_cmpeq_epi8(loaded, _mm_set1_epi8(wanted));
     };
-    for (; i + sizeof(__m128i) < bytes.size(); i += sizeof(__m128i)) {
-        if (_mm_movemask_epi8(_mm_andnot_si128(equal(i + 1, '\n'), equal(i, '\r'))) != 0)
+    const auto lone = [&](std::size_t at) {
+        return _mm_andnot_si128(equal(at + 1, '\n'), equal(at, '\r'));
+    };
+    for (; i + 4 * kWidth < bytes.size(); i += 4 * kWidth) {
+        const __m128i first = _mm_or_si128(lone(i), lone(i + kWidth));
+        const __m128i second = _mm_or_si128(lone(i + 2 * kWidth), lone(i + 3 * kWidth));
+        if (_mm_movemask_epi8(_mm_or_si128(first, second)) != 0)
             return true;
     }
 #endif
-    for (; i < bytes.size(); ++i) {
-        if (bytes[i] == '\r' && (i + 1 == bytes.size() || bytes[i + 1] != '\n'))
+    for (; i + 1 < bytes.size(); ++i) {
+        if (bytes[i] == '\r' && bytes[i + 1] != '\n')
             return true;
     }
     return false;
@@ -75,22 +81,27 @@ bool TextFile::Next(std::string_view& line, LastCharacter last) {
         TellEnd();
         return false;
     }
-    const bool isEnded = !line.empty() && line.back() == '\n';
-    const std::size_t nul = sawNul_ ? line.find('\0') : std::string_view::npos;
-    if (watch_) [[unlikely]] {
-        if (isEnded && !inLine_ && !isCovered_ && !sawNul_ && !sawCr_)
+    if (watch_) {
+        const bool isEnded = !line.empty() && line.back() == '\n';
+        if (isEnded && !(inLine_ | isCovered_ | sawNul_ | sawCr_)) [[likely]]
             watch_->LineBegins(line, ++number_);
         else
             Tell(line, isEnded, last);
     }
-    if (nul != std::string_view::npos) {
-        line = line.substr(0, nul);
-        if (rules_ == LineRules::Complete) {
-            block_[static_cast<std::size_t>(line.data() - block_.get()) + nul] = '\n';
-            line = {line.data(), nul + 1};
-        }
-    }
+    if (sawNul_) [[unlikely]]
+        EndAtNul(line);
     return true;
+}
+
+void TextFile::EndAtNul(std::string_view& line) {
+    const std::size_t nul = line.find('\0');
+    if (nul == std::string_view::npos)
+        return;
+    line = line.substr(0, nul);
+    if (rules_ == LineRules::Complete) {
+        block_[static_cast<std::size_t>(line.data() - block_.get()) + nul] = '\n';
+        line = {line.data(), nul + 1};
+    }
 }
 
 bool TextFile::NextClassic(std::string_view& line) {
@@ -209,8 +220,12 @@ void TextFile::Fill() {
         atEnd_ = true;
     }
     sawNul_ = sawNul_ || Find(fresh, '\0', size) != nullptr;
-    if (watch_)
-        sawCr_ = sawCr_ || HoldsCrWithoutLf({fresh, size});
+    if (watch_ && !sawCr_) {
+        // A CR that stands last is looked at with what follows it.
+        const std::size_t before = left > 0 && fresh[-1] == '\r' ? 1 : 0;
+        const std::string_view bytes(fresh - before, size + before);
+        sawCr_ = HoldsCrWithoutLf(bytes) || (atEnd_ && bytes.ends_with('\r'));
+    }
     end_ += size;
 }
 

@@ -107,7 +107,8 @@ private:
     bool NextComplete(std::string_view& line);
     int ReadCompleteChar();
     bool FindLineEnd(std::size_t& length, std::size_t& taken);
-    void Tell(std::string_view line, bool isEnded, LastCharacter last);
+    [[gnu::cold]] void EndAtNul(std::string_view& line);
+    [[gnu::cold]] void Tell(std::string_view line, bool isEnded, LastCharacter last);
     void TellEnd();
     void Fill();
     std::size_t ReadBlock(char* bytes, std::size_t size);
@@ -135,7 +136,7 @@ private:
     std::uint64_t number_ = 0;      ///< of the line delivered last
     bool inLine_ = false;           ///< the next piece goes on with it
     bool isLong_ = false;           ///< that line came in pieces
-    bool sawCr_ = false;            ///< lines must be looked through for a CR
+    bool sawCr_ = false;            ///< a CR without LF: lines must be looked through for one
     std::uint64_t bytesBehind_ = 0; ///< the end of reading
     bool losesText_ = false;        ///< they are not padding alone
 };

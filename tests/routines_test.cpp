@@ -181,6 +181,46 @@ TEST(Numbers, AreWrittenAsInTheCLocale) {
     EXPECT_STREQ(buffer, "7/1.50/");
 }
 
+/// Texts of four to eight characters are read as a whole: what is next to a digit, or reaches into
+/// its neighbour when numbers are added to it, must not pass for one.
+TEST(Numbers, ShortTextsAreReadAsTheLongOnes) {
+    for (std::size_t size = 1; size <= 10; ++size) {
+        for (std::size_t at = 0; at < size; ++at) {
+            for (int byte = 0; byte < 256; ++byte) {
+                std::string text = std::string("9081726354").substr(0, size);
+                text[at] = static_cast<char>(byte);
+                double value = 0;
+                const std::size_t taken = NumberAtStart(text, value);
+                const bool isPlain = (byte >= '0' && byte <= '9') || (byte == '.' && size > 1) ||
+                                     (at == 0 && size > 1 && (byte == '+' || byte == '-'));
+                EXPECT_EQ(IsPlainNumber(text), isPlain) << text;
+                if (isPlain) {
+                    EXPECT_EQ(taken, size) << text;
+                    EXPECT_EQ(value, std::strtod(text.c_str(), nullptr)) << text;
+                } else if (byte != 'e' && byte != 'E' && byte != ' ' && byte != '\t') {
+                    EXPECT_EQ(taken, at) << text;
+                }
+            }
+        }
+    }
+}
+
+TEST(Numbers, AreWrittenWithDecimalsAsTheGeneralRoutineDoes) {
+    const auto written = [](double value, int decimals) {
+        std::array<char, kDecimalsRoom> text{};
+        return std::string(text.data(), WriteDecimals(text.data(), value, decimals));
+    };
+    for (int decimals = 0; decimals <= 6; ++decimals) {
+        for (const double half : {0.5, 1.5, 7.5, 12345.5, 999999.5, 99999999.5}) {
+            const double value = half / std::pow(10, decimals);
+            for (const double near : {std::nextafter(value, 0), value, std::nextafter(value, 1e9)})
+                EXPECT_EQ(written(-near, decimals), StringDaDouble(-near, 0, decimals)) << near;
+        }
+        for (const double value : {0.0, -0.0, 9.0, 10.0, 100.0, 999999999.9999999})
+            EXPECT_EQ(written(value, decimals), StringDaDouble(value, 0, decimals)) << value;
+    }
+}
+
 TEST(Numbers, RoundHalvesAwayFromZeroAndLeaveWhatCannotBeRounded) {
     EXPECT_EQ(ArrotondatoAtDec(2.5, 0), 3);
     EXPECT_EQ(ArrotondatoAtDec(-2.5, 0), -3);

@@ -5,21 +5,22 @@
 #include "routines/Numbers.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 
 namespace convfile::views {
 
 namespace {
 
-constexpr std::string_view kAbsent = "-";
+constexpr char kAbsent = '-';
 
 /// From here on decimals only hide the size of a number.
 constexpr double kTooLargeForDecimals = 1e9;
 
-std::string ShownDecimals(double value, int decimals) {
-    if (!IsPresent(value) || std::fabs(value) >= kTooLargeForDecimals)
-        return ShownNumber(value);
-    return StringDaDouble(value, 0, decimals);
+bool HasDecimals(double value) {
+    return IsPresent(value) && std::fabs(value) < kTooLargeForDecimals;
 }
 
 void AppendEscaped(std::string& shown, unsigned char c) {
@@ -27,6 +28,11 @@ void AppendEscaped(std::string& shown, unsigned char c) {
     shown += "\\x";
     shown += kHex[c >> 4];
     shown += kHex[c & 0xF];
+}
+
+std::string ShownWith(double value, int decimals) {
+    std::array<char, kNumberRoom> digits;
+    return {digits.data(), WriteShown(digits.data(), value, decimals)};
 }
 
 } // namespace
@@ -59,16 +65,72 @@ std::size_t ShownWidth(std::string_view utf8) {
     return utf8.size() - static_cast<std::size_t>(std::ranges::count_if(utf8, continues));
 }
 
+/// Eight characters at a time: what is below a blank borrows, what is above "~" carries.
+bool IsShownAsItIs(std::string_view windows1252) {
+    constexpr std::uint64_t kOnes = 0x0101010101010101;
+    const char* at = windows1252.data();
+    std::size_t left = windows1252.size();
+    std::uint64_t others = 0;
+    for (; left >= sizeof others; left -= sizeof others, at += sizeof others) {
+        std::uint64_t bytes = 0;
+        std::memcpy(&bytes, at, sizeof bytes);
+        others |= bytes | (bytes + kOnes) | (bytes - ' ' * kOnes);
+    }
+    for (; left > 0; --left, ++at)
+        others |= *at >= ' ' && *at < '\x7F' ? 0 : kOnes * 0x80;
+    return (others & kOnes * 0x80) == 0;
+}
+
+char* WriteShown(char* to, double value, int decimals) {
+    static_assert(kNumberRoom >= kDecimalsRoom && kNumberRoom >= kShortestRoom);
+    if (HasDecimals(value))
+        return WriteDecimals(to, value, decimals);
+    if (IsPresent(value))
+        return WriteShortest(to, value);
+    *to = kAbsent;
+    return to + 1;
+}
+
 std::string ShownLength(double metres) {
-    return ShownDecimals(metres, 4);
+    return ShownWith(metres, kLengthDecimals);
 }
 
 std::string ShownAngle(double gon) {
-    return ShownDecimals(gon, 5);
+    return ShownWith(gon, kAngleDecimals);
 }
 
 std::string ShownNumber(double value) {
-    return IsPresent(value) ? ShortestNumber(value) : std::string(kAbsent);
+    return IsPresent(value) ? ShortestNumber(value) : std::string(1, kAbsent);
+}
+
+void WidthFinder::Take(std::string_view windows1252) {
+    if (IsShownAsItIs(windows1252))
+        width_ = std::max(width_, windows1252.size());
+    else
+        TakeShown(Shown(windows1252));
+}
+
+void WidthFinder::Take(double value) {
+    if (!HasDecimals(value)) {
+        TakeShown(ShownNumber(value));
+        return;
+    }
+    hasNumbers_ = true;
+    if (!std::signbit(value))
+        largest_ = std::max(largest_, value);
+    else if (!(least_ < value))
+        least_ = value; // also a negative 0, which is shown with its sign
+}
+
+std::size_t WidthFinder::Found(int decimals) const {
+    std::size_t width = width_;
+    std::array<char, kNumberRoom> digits;
+    for (const double value : {largest_, least_}) {
+        const char* const end = WriteShown(digits.data(), value, decimals);
+        if (hasNumbers_)
+            width = std::max(width, static_cast<std::size_t>(end - digits.data()));
+    }
+    return width;
 }
 
 } // namespace convfile::views

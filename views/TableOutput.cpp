@@ -83,8 +83,8 @@ void PrintSummary(Sink& sink, const Conversion& conversion) {
     PrintRemarks(sink, conversion.account);
 }
 
-std::string NameOrUnnamed(const std::string& name) {
-    return name.empty() ? "(unnamed)" : Shown(name);
+std::string_view NameOrUnnamed(const std::string& name) {
+    return name.empty() ? std::string_view("(unnamed)") : name;
 }
 
 std::string ShownCoordinates(const Extras& extras) {
@@ -112,38 +112,45 @@ std::string ShownPhotos(const std::vector<Photo>& photos) {
     return shown;
 }
 
-/// The columns for what every entity may have.
-template <class Record>
-void AddExtraColumns(std::vector<Column<Record>>& columns) {
-    const auto add = [&](const char* head, auto cellOf) {
-        columns.push_back(
-            {head, Align::Left, [cellOf](const Record& r) { return cellOf(r.GetExtras()); }, true});
-    };
-    add("Note", [](const Extras& e) { return Shown(e.note); });
-    add("X Y Z [m]", ShownCoordinates);
-    add("Marks", [](const Extras& e) { return ShownMarks(e.marks); });
-    add("Photos", [](const Extras& e) { return ShownPhotos(e.photos); });
-    add("Terrain note", [](const Extras& e) { return Shown(e.terrainNote); });
-    add("Attribute", [](const Extras& e) { return Shown(e.drawingAttribute); });
-}
-
 /// A column's name with the unit that its values are in.
 std::string Head(const char* name, const std::string& unit) {
     return std::string(name) + " [" + unit + "]";
 }
 
+/// The columns for what every entity may have.
+template <class Record>
+void AddExtraColumns(std::vector<Column<Record>>& columns) {
+    const auto add = [&](const char* head, std::string (*cell)(const Record&)) {
+        columns.push_back({.head = head, .cell = cell, .ofExtras = true, .optional = true});
+    };
+    add("Note", [](const Record& r) { return Shown(r.GetExtras().note); });
+    add("X Y Z [m]", [](const Record& r) { return ShownCoordinates(r.GetExtras()); });
+    add("Marks", [](const Record& r) { return ShownMarks(r.GetExtras().marks); });
+    add("Photos", [](const Record& r) { return ShownPhotos(r.GetExtras().photos); });
+    add("Terrain note", [](const Record& r) { return Shown(r.GetExtras().terrainNote); });
+    add("Attribute", [](const Record& r) { return Shown(r.GetExtras().drawingAttribute); });
+}
+
+/// A column of lengths or angles.
+template <class Record>
+Column<Record> Numbers(const char* name, const std::string& unit, int decimals,
+                       double (*number)(const Record&)) {
+    return {
+        .head = Head(name, unit), .align = Align::Right, .number = number, .decimals = decimals};
+}
+
 TextTable<Point> PointTable(const FileAccount& units) {
     std::vector<Column<Point>> columns = {
-        {"Point", Align::Left, [](const Point& p) { return Shown(p.GetNome()); }},
-        {"Code", Align::Left, [](const Point& p) { return Shown(p.Code()); }},
-        {Head("Target height", units.lengthUnit), Align::Right,
-         [](const Point& p) { return ShownLength(p.TargetHeight()); }},
-        {Head("Slope distance", units.lengthUnit), Align::Right,
-         [](const Point& p) { return ShownLength(p.SlopeDistance()); }},
-        {Head("Zenith angle", units.angleUnit), Align::Right,
-         [](const Point& p) { return ShownAngle(p.ZenithAngle()); }},
-        {Head("Horizontal angle", units.angleUnit), Align::Right,
-         [](const Point& p) { return ShownAngle(p.HorizontalAngle()); }},
+        {.head = "Point", .text = [](const Point& p) -> std::string_view { return p.GetNome(); }},
+        {.head = "Code", .text = [](const Point& p) -> std::string_view { return p.Code(); }},
+        Numbers<Point>("Target height", units.lengthUnit, kLengthDecimals,
+                       [](const Point& p) { return p.TargetHeight(); }),
+        Numbers<Point>("Slope distance", units.lengthUnit, kLengthDecimals,
+                       [](const Point& p) { return p.SlopeDistance(); }),
+        Numbers<Point>("Zenith angle", units.angleUnit, kAngleDecimals,
+                       [](const Point& p) { return p.ZenithAngle(); }),
+        Numbers<Point>("Horizontal angle", units.angleUnit, kAngleDecimals,
+                       [](const Point& p) { return p.HorizontalAngle(); }),
     };
     AddExtraColumns(columns);
     return TextTable<Point>(std::move(columns));
@@ -151,25 +158,31 @@ TextTable<Point> PointTable(const FileAccount& units) {
 
 TextTable<Station> StationTable(const FileAccount& units) {
     std::vector<Column<Station>> columns = {
-        {"Station", Align::Left, [](const Station& s) { return NameOrUnnamed(s.GetNome()); }},
-        {"Code", Align::Left, [](const Station& s) { return Shown(s.Identifier()); }},
-        {Head("Instrument height", units.lengthUnit), Align::Right,
-         [](const Station& s) { return ShownLength(s.InstrumentHeight()); }},
-        {"Temperature", Align::Right,
-         [](const Station& s) { return ShownNumber(s.Temperature()); }},
-        {"Pressure", Align::Right, [](const Station& s) { return ShownNumber(s.Pressure()); }},
-        {"Orientation [gon]", Align::Right,
-         [](const Station& s) {
-             return IsPresent(s.Orientation()) ? ShownAngle(s.Orientation()) : std::string();
-         },
-         true},
+        {.head = "Station", .text = [](const Station& s) { return NameOrUnnamed(s.GetNome()); }},
+        {.head = "Code",
+         .text = [](const Station& s) -> std::string_view { return s.Identifier(); }},
+        Numbers<Station>("Instrument height", units.lengthUnit, kLengthDecimals,
+                         [](const Station& s) { return s.InstrumentHeight(); }),
+        {.head = "Temperature",
+         .align = Align::Right,
+         .cell = [](const Station& s) { return ShownNumber(s.Temperature()); }},
+        {.head = "Pressure",
+         .align = Align::Right,
+         .cell = [](const Station& s) { return ShownNumber(s.Pressure()); }},
+        {.head = "Orientation [gon]",
+         .align = Align::Right,
+         .cell =
+             [](const Station& s) {
+                 return IsPresent(s.Orientation()) ? ShownAngle(s.Orientation()) : std::string();
+             },
+         .optional = true},
     };
     AddExtraColumns(columns);
     return TextTable<Station>(std::move(columns));
 }
 
 void PrintJobHead(Sink& sink, const Job& job) {
-    std::string line = "\nJob " + NameOrUnnamed(job.Name());
+    std::string line = "\nJob " + Shown(NameOrUnnamed(job.Name()));
     const auto add = [&](const char* label, const std::string& text) {
         if (!text.empty())
             line += std::string("  ") + label + " " + Shown(text);
@@ -192,6 +205,8 @@ void PrintFieldBook(Sink& sink, const FieldBook& book, const FileAccount& units)
                 points.Measure(*point);
         }
     }
+    stations.FindWidths();
+    points.FindWidths();
     constexpr std::size_t kIndent = 2;
     for (const auto& job : book.Jobs()) {
         PrintJobHead(sink, *job);
@@ -212,19 +227,24 @@ void PrintOrientationPoints(Sink& sink, const FieldBook& book) {
     if (points.empty())
         return;
     std::vector<Column<OrientationPoint>> columns = {
-        {"Point", Align::Left, [](const OrientationPoint& p) { return Shown(p.GetNome()); }},
-        {"Reliability", Align::Right,
-         [](const OrientationPoint& p) {
-             return p.Reliability() ? std::to_string(*p.Reliability()) : std::string();
-         },
-         true},
-        {"Comment", Align::Left, [](const OrientationPoint& p) { return Shown(p.Comment()); },
-         true},
+        {.head = "Point",
+         .text = [](const OrientationPoint& p) -> std::string_view { return p.GetNome(); }},
+        {.head = "Reliability",
+         .align = Align::Right,
+         .cell =
+             [](const OrientationPoint& p) {
+                 return p.Reliability() ? std::to_string(*p.Reliability()) : std::string();
+             },
+         .optional = true},
+        {.head = "Comment",
+         .text = [](const OrientationPoint& p) -> std::string_view { return p.Comment(); },
+         .optional = true},
     };
     AddExtraColumns(columns);
     TextTable<OrientationPoint> table(std::move(columns));
     for (const auto& point : points)
         table.Measure(*point);
+    table.FindWidths();
     constexpr std::size_t kIndent = 2;
     sink.Write("\nOrientation points\n");
     table.PrintHead(sink, kIndent);

@@ -14,7 +14,7 @@ constexpr std::size_t kMostShown = 2000;
 
 } // namespace
 
-FileLines::FileLines(std::string_view bytes, bool crEnds) : bytes_(bytes), crEnds_(crEnds) {
+FileLines::FileLines(std::string_view bytes, bool crEnds) : bytes_(bytes) {
     constexpr std::size_t kNowhere = std::string_view::npos;
     std::size_t start = 0;
     std::size_t cr = crEnds ? bytes.find('\r') : kNowhere; // the first from the start on

@@ -21,7 +21,6 @@ public:
 
 private:
     std::string_view bytes_;
-    bool crEnds_;
     std::vector<std::uint32_t> starts_; ///< a file here has less than 4 GiB
 };
 

@@ -4,7 +4,7 @@
 import { element } from './dom.js';
 
 const REACH = 14; // pixels of the screen around a click
-const MOST_BYTES = 60e6; // a larger picture is too much for a browser to draw
+const BORDERS = 4;
 const SMALLEST = 0.05;
 const LARGEST = 20;
 
@@ -16,6 +16,7 @@ export class Drawing {
   #note;
   #zoom = 1;
   #size = null;
+  #isFit = true; // it is to fill the pane, whatever its size
   #url = null;
   #ask;
   #choose;
@@ -42,8 +43,12 @@ export class Drawing {
     }, { passive: false });
     this.#picture.addEventListener('click', (event) => this.#click(event));
     this.#dragToMove();
+    new ResizeObserver(() => { if (this.#isFit) this.#fit(); }).observe(scroller);
   }
 
+  get isShown() { return this.#size !== null; }
+
+  /** Shows no drawing, and says why. */
   clear(text) {
     if (this.#url)
       URL.revokeObjectURL(this.#url);
@@ -57,10 +62,6 @@ export class Drawing {
   /** Shows a picture (a Blob of SVG) of so many places. */
   show(blob, size, name) {
     this.clear('');
-    if (blob.size > MOST_BYTES) {
-      this.#note.textContent = `${size.marks.toLocaleString('en')} places are too many to draw here: download the drawing.`;
-      return;
-    }
     this.#size = size;
     this.#url = URL.createObjectURL(blob);
     this.#picture.src = this.#url;
@@ -93,8 +94,9 @@ export class Drawing {
   #fit() {
     if (!this.#size)
       return;
-    const { clientWidth, clientHeight } = this.#scroller;
-    this.#setZoom(Math.min(clientWidth / this.#size.width, clientHeight / this.#size.height));
+    this.#isFit = true;
+    const { offsetWidth, offsetHeight } = this.#scroller; // scroll bars go
+    this.#setZoom(Math.min((offsetWidth - BORDERS) / this.#size.width, (offsetHeight - BORDERS) / this.#size.height));
   }
 
   /** Zooms so that what is under the pointer, or in the middle, stays there. */
@@ -104,6 +106,7 @@ export class Drawing {
     const box = this.#scroller.getBoundingClientRect();
     const x = event ? event.clientX - box.left : box.width / 2;
     const y = event ? event.clientY - box.top : box.height / 2;
+    this.#isFit = false;
     const before = this.#zoom;
     const [left, top] = [this.#scroller.scrollLeft + x, this.#scroller.scrollTop + y];
     this.#setZoom(before * factor);

@@ -8,6 +8,7 @@ import { List } from './list.js';
 const KINDS = {
   document: 'Document', job: 'Job', station: 'Station', point: 'Point', known: 'Known point', line: 'Line',
 };
+const MOST_DRAWN = 200000; // rows; the drawing of more is too much for a browser
 const NUMBERS = [2, 3, 4, 5, 6, 7, 8]; // columns that are aligned to the right
 
 const DOWNLOADS = {
@@ -31,7 +32,7 @@ export class View {
     this.#say = say;
     const ask = (call, ...args) => this.#entry.ask(call, ...args);
     this.#table = new List(byId('table'), {
-      rowHeight: 26, headHeight: 42, idPrefix: 'row-', role: 'row', indexAttribute: 'aria-rowindex',
+      rowHeight: 26, headHeight: 54, idPrefix: 'row-', role: 'row', indexAttribute: 'aria-rowindex',
       fetch: (first, count) => ask('rows', first, count),
       render: (row) => this.#cells(row),
       className: (row) => row[0],
@@ -146,6 +147,12 @@ export class View {
     this.#drawing.clear('');
     if (!overview?.converted)
       return;
+    if (overview.rows > MOST_DRAWN) {
+      this.#drawing.clear(`${counted(overview.rows, 'row')} are too many to draw here: download the drawing.`);
+      return;
+    }
+    await new Promise(requestAnimationFrame); // the table and the lines in view come first
+    await new Promise(requestAnimationFrame);
     try {
       const size = await entry.ask('drawingSize');
       const blob = await entry.ask('render', 'svg', DOWNLOADS.svg.type);
@@ -178,7 +185,8 @@ export class View {
   }
 
   async #mark(row) {
-    this.#drawing.mark(row < 0 ? null : await this.#entry.ask('markOfRow', row));
+    if (this.#drawing.isShown)
+      this.#drawing.mark(row < 0 ? null : await this.#entry.ask('markOfRow', row));
   }
 
   async #download(view) {

@@ -9,7 +9,7 @@ from selenium.webdriver.chrome.options import Options
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 
-ARGUMENTS = """--headless=new --no-sandbox --disable-gpu --disable-quic --no-first-run --disable-sync
+ARGUMENTS = """--headless=new --no-sandbox --disable-dev-shm-usage --disable-gpu --disable-quic --no-first-run --disable-sync
     --disable-background-networking --disable-component-update --window-size=1400,1000"""
 
 

@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string>
 
 namespace convfile::exports {
@@ -90,7 +91,7 @@ public:
 
 private:
     static double TextHeightFor(const Drawing& drawing) {
-        constexpr double kInSpacing = 0.3;
+        constexpr double kInSpacing = 0.2;
         constexpr double kInSheet = 0.025;
         constexpr double kSmallest = 0.01;
         const double sheet = std::max(drawing.box.Width(), drawing.box.Height());
@@ -301,22 +302,25 @@ private:
             WriteLabel(kCodes, mark, mark.code, kForCodes);
     }
 
-    /// A text at its mark: where there is room, else to the right all the same.
+    /// A text at its mark: where there is room, close to it or farther off; else to the right all
+    /// the same.
     void WriteLabel(std::string_view layer, const Placed& mark, std::string_view text,
                     std::span<const Side> sides) {
-        constexpr double kWidth = 0.9; // of a character of the style, in text heights
-        constexpr double kFarthest = 7;
+        constexpr double kWidth = 1.1;    // of a character of a wide style, in text heights
+        constexpr double kFarthest = 5.5; // either way, so that it is within 8 text heights
         const std::string written = DxfText(text);
         const double gap = (mark.stoodOn ? 0.9 : 0.5) * textHeight_;
         const double width = kWidth * textHeight_ * static_cast<double>(written.size());
         const Box near =
             Box{mark.east, mark.north, mark.east, mark.north}.Grown(kFarthest * textHeight_);
         Box limits = near; // of the corner that the text begins at
-        limits.right = std::max(limits.right, mark.east + gap + width);
-        const auto box =
-            room_.Place(mark.east, mark.north, width, textHeight_, gap, sides, limits)
-                .value_or(LabelBox(mark.east, mark.north, width, textHeight_, gap, sides.front()));
-        WriteText(layer, box.left, box.bottom, mark.height, written);
+        limits.right += width;
+        std::optional<Box> box;
+        for (double away = gap; !box && away < kFarthest * textHeight_; away *= 2)
+            box = room_.Place(mark.east, mark.north, width, textHeight_, away, sides, limits);
+        if (!box)
+            box = LabelBox(mark.east, mark.north, width, textHeight_, gap, sides.front());
+        WriteText(layer, box->left, box->bottom, mark.height, written);
     }
 
     void WriteText(std::string_view layer, double x, double y, double z, std::string_view text) {

@@ -42,7 +42,8 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${folder}/shlibs ${folder}/trigge
 
 set(documents ${CMAKE_INSTALL_DATAROOTDIR}/doc)
 install(FILES docs/formats.md docs/outputs.md DESTINATION ${documents}/convfile COMPONENT runtime)
-install(DIRECTORY docs/pictures DESTINATION ${documents}/convfile COMPONENT runtime)
+install(DIRECTORY docs/pictures DESTINATION ${documents}/convfile COMPONENT runtime
+  FILES_MATCHING PATTERN *.svg) # those of the documents that come along
 install(DIRECTORY samples/ DESTINATION ${documents}/convfile/examples COMPONENT runtime)
 install(FILES docs/embedding.md DESTINATION ${documents}/libconvfile-dev COMPONENT development)
 install(DIRECTORY examples DESTINATION ${documents}/libconvfile-dev COMPONENT development)

@@ -4,7 +4,7 @@ set(CPACK_SYSTEM_NAME win64)
 
 install(FILES docs/formats.md docs/outputs.md docs/embedding.md CHANGELOG.md
   DESTINATION docs COMPONENT runtime)
-install(DIRECTORY docs/pictures DESTINATION docs COMPONENT runtime)
+install(DIRECTORY docs/pictures DESTINATION docs COMPONENT runtime FILES_MATCHING PATTERN *.svg)
 install(DIRECTORY samples DESTINATION . COMPONENT runtime)
 install(DIRECTORY examples DESTINATION . COMPONENT development)
 install(FILES LICENSE DESTINATION . COMPONENT runtime OPTIONAL)

@@ -18,9 +18,9 @@ inline constexpr std::string_view kStandardInput = "-"; ///< as the name of a fi
 struct Options {
     FormatChoice choice;
     std::string view = std::string(views::kTable); ///< one of views::Views()
-    std::string outputFile;                 ///< one for all files; empty: standard output
-    std::string outputFolder;               ///< instead of that, for a file of each; empty: not so
-    std::size_t jobs = 1;                   ///< so many files at a time
+    std::string outputFile;                        ///< one for all files; empty: standard output
+    std::string outputFolder;       ///< instead of that, for a file of each; empty: not so
+    std::size_t jobs = 1;           ///< so many files at a time
     std::vector<std::string> files; ///< and folders; empty only where formats are to be listed
 };
 

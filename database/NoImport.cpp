@@ -1,5 +1,5 @@
-// The import of a build without it, such as that of the page: every job database is one that cannot be read. (Whoever
-// asks for one is told so before it comes to this.)
+// The import of a build without it, such as that of the page: every job database is one that cannot
+// be read. (Whoever asks for one is told so before it comes to this.)
 
 #include "database/ConvFileTLSV.h"
 

@@ -3,12 +3,12 @@
 //
 // CONVFILE_UPDATE_GOLDEN=1 in the environment rewrites the accounts, as it does the field books.
 
-#include "views/Remarks.h"
 #include "framework/AccountKeeper.h"
 #include "host/ConvListener.h"
 #include "memory/PointLibrary.h"
 #include "tests/support/Convert.h"
 #include "tests/support/Files.h"
+#include "views/Remarks.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -86,8 +86,8 @@ TEST(Account, EveryFileGivesItsOwn) {
     }
 }
 
-views::Conversion& Converted(const Golden& golden, std::string_view bytes, views::Conversion& result,
-                           Rules rules = Rules::Classic) {
+views::Conversion& Converted(const Golden& golden, std::string_view bytes,
+                             views::Conversion& result, Rules rules = Rules::Classic) {
     ConvertBytesAs(golden.format, golden.file.filename().string(), bytes, result, rules);
     return result;
 }

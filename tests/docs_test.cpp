@@ -2,11 +2,11 @@
 // and each format has a sample. Where the head of a converter's source shows a whole file, it is
 // that of the page. The samples of docs/outputs.md, and its pictures, are what the program makes.
 
-#include "views/Output.h"
 #include "entry/FormatTable.h"
 #include "routines/CodePage.h"
 #include "tests/support/Convert.h"
 #include "tests/support/Files.h"
+#include "views/Output.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

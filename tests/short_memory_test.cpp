@@ -1,10 +1,10 @@
 // A conversion of which one allocation fails, each in turn: that of this program's own operator
 // new, or of the database in memory.
 
-#include "views/Conversion.h"
 #include "memory/PointLibrary.h"
 #include "tests/support/Convert.h"
 #include "tests/support/Files.h"
+#include "views/Conversion.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-// What the page's worker calls, and what it is asked for: numbers and addresses in the module's memory. Texts go
-// both ways in UTF-8.
+// What the page's worker calls, and what it is asked for: numbers and addresses in the module's
+// memory. Texts go both ways in UTF-8.
 
 #include "web/Session.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "views/Conversion.h"
 #include "tests/support/AccessWriter.h"
+#include "views/Conversion.h"
 
 #include <string>
 #include <vector>

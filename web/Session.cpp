@@ -3,7 +3,6 @@
 #include "entry/FormatTable.h"
 #include "views/JsonWriter.h"
 #include "views/Output.h"
-#include "views/Remarks.h"
 
 #include <algorithm>
 #include <new>
@@ -41,7 +40,6 @@ void WriteCount(Json& json, std::string_view name, std::uint64_t count) {
 void WriteRemark(Json& json, const Remark& remark) {
     json.StartObject();
     WriteText(json, "kind", NameOf(remark.kind));
-    WriteText(json, "shown", views::ShownRemark(remark));
     json.Key("text");
     json.Text(remark.text);
     WriteCount(json, "count", remark.count);
@@ -78,6 +76,9 @@ void WriteMark(Json& json, const Marks::Mark* mark) {
     json.EndObject();
 }
 
+/// The records of these files are no lines.
+constexpr std::string_view kWithoutLines = "mts";
+
 /// The lines of these files end in a lone CR, too, whatever is asked for.
 constexpr std::string_view kCompleteAlways = "sdr33";
 
@@ -101,7 +102,9 @@ void Session::Convert(const std::string& name, const std::string& format, bool c
     views::Convert({.format = format, .complete = complete}, name, ByteSource::Memory(bytes),
                    *conversion_, progress);
     rows_.emplace(*conversion_);
-    lines_.emplace(bytes, complete || conversion_->account.format == kCompleteAlways);
+    const bool hasLines = conversion_->account.format != kWithoutLines;
+    lines_.emplace(hasLines ? bytes : std::string_view(),
+                   complete || conversion_->account.format == kCompleteAlways);
 }
 
 std::string Session::Overview() const {

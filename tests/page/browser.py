@@ -58,6 +58,12 @@ class Browser:
     def choose(self, *files):
         self.by_id("choose").send_keys("\n".join(str(file) for file in files))
 
+    def drop(self, *files):
+        """As somebody does it with the mouse: files, and folders."""
+        data = {"items": [], "files": [str(file) for file in files], "dragOperationsMask": 1}
+        for kind in ("dragEnter", "dragOver", "drop"):
+            self.driver.execute_cdp_cmd("Input.dispatchDragEvent", {"type": kind, "x": 100, "y": 90, "data": data})
+
     def converted(self, seconds=60):
         """Waits until nothing is converted any more."""
         self.wait(lambda: self.js(

@@ -1,4 +1,4 @@
-"""The page in a browser: it does with files what the program does, shows where everything comes from, and sends nothing.
+"""The page in a browser: it does with files what the program does, shows where all of it comes from, and sends nothing.
 
     page_test.py PAGE PROGRAM [FOLDER...]
 
@@ -184,7 +184,7 @@ class PageTest(unittest.TestCase):
         too_large = self.work / "huge.gsi"
         with open(too_large, "wb") as file:
             file.truncate(5 << 30)
-        for file, says in ((prose, "no format fits"), (empty, ""), (picture, "no format fits"),
+        for file, says in ((prose, "no format fits"), (empty, "the file is empty"), (picture, "no format fits"),
                            (database, "a browser cannot read it"), (too_large, "too large for this browser")):
             with self.subTest(file=file.name):
                 self.page.choose(file)
@@ -193,15 +193,52 @@ class PageTest(unittest.TestCase):
                 self.page.remove_all()
         too_large.unlink()
 
-    def test_a_file_dropped_is_taken(self):
-        self.page.js(
-            "const data = new DataTransfer();"
-            "data.items.add(new File([arguments[0]], 'dropped.gsi'));"
-            "dispatchEvent(new DragEvent('drop', {dataTransfer: data, bubbles: true, cancelable: true}))",
-            (ROOT / "samples/day.gsi").read_text(encoding="cp1252"))
-        self.page.wait(lambda: self.page.text("#name") == "dropped.gsi", "it is there")
+    def test_files_and_folders_are_dropped(self):
+        folder = self.work / "jobs"
+        (folder / "north").mkdir(parents=True)
+        for name in ("site.gsi", "north/site.gsi"):
+            (folder / name).write_bytes((ROOT / "samples/day.gsi").read_bytes())
+        self.page.drop(ROOT / "samples/farm.gsi", folder)
+        self.page.wait(lambda: len(self.page.all("#files li")) == 3, "all of them are there")
         self.page.converted()
+        names = self.page.js("return [...document.querySelectorAll('#files .name')].map((name) => name.textContent)")
+        self.assertEqual(sorted(names), ["farm.gsi", "jobs/north/site.gsi", "jobs/site.gsi"])
         self.assertIn("read as gsi", self.page.text("#state"))
+
+    def test_a_file_that_is_not_what_it_was_says_so(self):
+        files = [self.put(f"{i}.gsi", (ROOT / "samples/day.gsi").read_bytes()) for i in range(6)]
+        self.page.choose(*files)
+        self.page.converted()
+        self.page.select(5)
+        files[1].write_bytes(b"shorter")
+        files[2].unlink()
+        for i in (1, 2):
+            self.page.select(i)
+            self.page.wait(lambda: "choose it again" in self.page.text("#state"), "it says so")
+        self.page.select(3)
+        self.page.wait(lambda: self.page.all("#table .point"), "another one is read anew")
+
+    def test_what_is_chosen_meanwhile_counts(self):
+        page = self.page
+        large = self.work / "meanwhile.gsi"
+        large_gsi(large, 10_000_000)
+        small = ROOT / "tests/golden/mts/day.mts"
+        page.choose(large)
+        page.by_id("complete").click()  # while it converts
+        page.converted()
+        self.assertTrue(page.by_id("complete").is_selected())
+        self.check_outputs(large, ["csv"], "--complete")
+        page.by_id("complete").click()
+        page.remove_all()  # while it converts again
+        page.choose(small)
+        page.converted()
+        self.assertEqual(len(page.all("#files li")), 1)
+        # Its records are no lines: nothing leads to one.
+        page.wait(lambda: page.all("#table .point"), "its table is there")
+        page.js("document.querySelector('#table .point').click()")
+        page.wait(lambda: page.row("table"), "its row is marked")
+        self.assertEqual(page.all("#lines .row"), [])
+        self.assertIn("no lines", page.text("#raw-note"))
 
     def test_a_large_file_leaves_the_page_alive(self):
         file = self.work / "large.gsi"

@@ -17,12 +17,12 @@ export class Client {
       else
         progress(data.progress);
     });
-    // A worker that is ended by the browser has most often taken too much memory.
+    // What the worker does not answer itself: the browser has ended it for want of memory, or its code has a fault.
     this.#worker.addEventListener('error', (event) => {
       event.preventDefault();
-      this.#failAll('memory');
+      this.#failAll(event.message || 'memory');
     });
-    this.call('start', module).catch(() => {});
+    this.call('start', module).catch(() => {}); // the next call fails, too
   }
 
   /** Calls an operation of the engine. */

@@ -18,6 +18,7 @@ export class Drawing {
   #size = null;
   #isFit = true; // it is to fill the pane, whatever its size
   #url = null;
+  #isMoved = false; // since the button was pressed
   #ask;
   #choose;
 
@@ -121,6 +122,8 @@ export class Drawing {
   }
 
   #key(event) {
+    if (event.ctrlKey || event.metaKey || event.altKey) // the browser's own
+      return;
     const factor = { '+': 1.5, '=': 1.5, '-': 1 / 1.5 }[event.key];
     if (factor)
       this.#zoomBy(factor);
@@ -129,6 +132,8 @@ export class Drawing {
   }
 
   async #click(event) {
+    if (this.#isMoved) // it was taken there to move the sheet
+      return;
     const box = this.#picture.getBoundingClientRect();
     const place = await this.#ask('markAt', (event.clientX - box.left) / this.#zoom,
                                   (event.clientY - box.top) / this.#zoom, REACH / this.#zoom);
@@ -140,12 +145,19 @@ export class Drawing {
     let from = null;
     this.#scroller.addEventListener('pointerdown', (event) => {
       if (event.button === 0 && event.pointerType === 'mouse')
-        from = { x: event.clientX + this.#scroller.scrollLeft, y: event.clientY + this.#scroller.scrollTop };
+        from = {
+          x: event.clientX, y: event.clientY, left: this.#scroller.scrollLeft, top: this.#scroller.scrollTop,
+        };
+      this.#isMoved = false;
     });
     addEventListener('pointermove', (event) => {
-      if (from)
-        this.#scroller.scrollTo(from.x - event.clientX, from.y - event.clientY);
+      if (!from || !(event.buttons & 1)) {
+        from = null;
+        return;
+      }
+      const [x, y] = [event.clientX - from.x, event.clientY - from.y];
+      this.#isMoved ||= Math.hypot(x, y) > 4;
+      this.#scroller.scrollTo(from.left - x, from.top - y);
     });
-    addEventListener('pointerup', () => { from = null; });
   }
 }

@@ -5,6 +5,9 @@ import { wasi } from './wasi.js';
 /** The browser has no more memory for the module. */
 export class OutOfMemory extends Error {}
 
+/** The file is no longer what was chosen. */
+export class Unreadable extends Error {}
+
 const LARGEST = 0xf0000000; // the module has addresses of 32 bits
 
 const utf8 = new TextEncoder();
@@ -38,11 +41,11 @@ export class Engine {
     this.#session = file.size <= LARGEST ? this.#exports.open(file.size) : 0;
     if (!this.#session)
       throw new OutOfMemory();
-    let at = this.#exports.bytes(this.#session);
+    let at = this.#exports.bytes(this.#session) >>> 0;
     let left = file.size;
     const reader = file.stream().getReader();
     for (;;) {
-      const { done, value } = await reader.read();
+      const { done, value } = await reader.read().catch(() => { throw new Unreadable(); });
       if (done)
         break;
       const piece = value.subarray(0, left); // a file may grow meanwhile
@@ -50,6 +53,8 @@ export class Engine {
       at += piece.length;
       left -= piece.length;
     }
+    if (left > 0) // it has become shorter
+      throw new Unreadable();
   }
 
   convert(name, format, complete) {
@@ -83,10 +88,11 @@ export class Engine {
     return blob;
   }
 
-  #bytes(at, size) { return new Uint8Array(this.#exports.memory.buffer, at, size); }
+  // Addresses come as signed numbers: beyond 2 GiB they are negative.
+  #bytes(at, size) { return new Uint8Array(this.#exports.memory.buffer, at >>> 0, size >>> 0); }
 
   #json(answer) {
-    const [at, size] = new Uint32Array(this.#exports.memory.buffer, answer, 2);
+    const [at, size] = new Uint32Array(this.#exports.memory.buffer, answer >>> 0, 2);
     return JSON.parse(text.decode(this.#bytes(at, size)));
   }
 }

@@ -4,24 +4,28 @@ import { Client, WorkerFailed } from './client.js';
 
 const REASONS = {
   memory: 'too large for this browser',
-  unreadable: 'cannot be read: it was moved, changed or removed since it was chosen',
+  unreadable: 'cannot be read any more: it was moved, changed or removed; choose it again',
 };
 
 export class Entry {
   format = ''; // found by name and content
   complete = false;
   status = 'waiting'; // converting, done, failed
-  overview = null;
+  overview = null; // of what was chosen when it was converted
   problem = '';
   converted = 0; // bytes
   #client = null;
   #running = null; // the conversion that is under way
+  #isRemoved = false;
   #environment;
   #changed;
 
-  /** `environment`: {workerSource, module}; `changed` is told of every change. */
-  constructor(file, environment, changed) {
+  /**
+   * `path` is how it is called in the list. `environment`: {workerSource, module}; `changed` is told of every change.
+   */
+  constructor(file, path, environment, changed) {
     this.file = file;
+    this.path = path;
     this.#environment = environment;
     this.#changed = changed;
   }
@@ -29,35 +33,24 @@ export class Entry {
   get name() { return this.file.name; }
   get isOpen() { return this.#client !== null; }
 
-  /** Converts it, from the disk where its worker is gone. */
-  async convert() {
+  /** Something else is chosen: {format} or {complete}. */
+  choose(values) {
+    Object.assign(this, values);
+    if (!this.#running)
+      this.#set({ status: 'waiting' });
+  }
+
+  /** Converts it as is chosen, from the disk where its worker is gone. */
+  convert() {
     this.#running ??= this.#convert().finally(() => { this.#running = null; });
     return this.#running;
   }
 
-  async #convert() {
-    const [format, complete] = [this.format, this.complete];
-    this.#set({ status: 'converting', converted: 0, problem: '' });
-    try {
-      if (!this.#client) {
-        this.#client = new Client(this.#environment.workerSource, this.#environment.module,
-                                  (converted) => this.#set({ converted }));
-        await this.#client.call('load', this.file);
-      }
-      const overview = await this.#client.call('convert', this.name, format, complete);
-      this.#set({ status: 'done', overview, problem: overview.problem });
-    } catch (error) {
-      this.#fail(error);
-    }
-    if (format !== this.format || complete !== this.complete)
-      await this.#convert(); // something else was chosen meanwhile
-  }
-
-  /** Asks its engine; where the worker is gone, a new one converts the file first. */
+  /** Asks its engine; where it is not converted as is chosen, or its worker is gone, it is converted first. */
   async ask(call, ...args) {
-    if (this.#running)
-      await this.#running;
-    else if (!this.#client && this.status === 'done')
+    if (this.#isRemoved)
+      throw new WorkerFailed('closed');
+    if (this.#running || this.status === 'waiting' || (!this.#client && this.status === 'done'))
       await this.convert();
     if (!this.#client)
       throw new WorkerFailed(this.problem);
@@ -76,6 +69,30 @@ export class Entry {
     this.#client = null;
   }
 
+  /** Nobody wants it any more. */
+  remove() {
+    this.#isRemoved = true;
+    this.close();
+  }
+
+  async #convert() {
+    const [format, complete] = [this.format, this.complete];
+    this.#set({ status: 'converting', converted: 0, problem: '' });
+    try {
+      if (!this.#client) {
+        this.#client = new Client(this.#environment.workerSource, this.#environment.module,
+                                  (converted) => this.#set({ converted }));
+        await this.#client.call('load', this.file);
+      }
+      const overview = await this.#client.call('convert', this.name, format, complete);
+      this.#set({ status: 'done', overview, problem: overview.problem });
+    } catch (error) {
+      this.#fail(error);
+    }
+    if (!this.#isRemoved && (format !== this.format || complete !== this.complete))
+      await this.#convert(); // something else was chosen meanwhile
+  }
+
   #fail(error) {
     this.close();
     if (error.message !== 'closed')
@@ -84,6 +101,7 @@ export class Entry {
 
   #set(values) {
     Object.assign(this, values);
-    this.#changed(this);
+    if (!this.#isRemoved)
+      this.#changed(this);
   }
 }

@@ -1,6 +1,6 @@
 // The files that were chosen, and the order in which they are converted.
 
-import { counted, element, shownSize } from './dom.js';
+import { byId, counted, element, shownSize } from './dom.js';
 import { Entry } from './entry.js';
 
 const OPEN = 3; // so many files keep their worker; another one starts anew when it is looked at
@@ -26,10 +26,11 @@ export class Files {
 
   get selected() { return this.#selected; }
 
+  /** Takes files: {file, path}. */
   add(files) {
     const first = this.#entries.length;
-    for (const file of files) {
-      const entry = new Entry(file, this.#environment, (changed) => this.#changed(changed));
+    for (const { file, path } of files) {
+      const entry = new Entry(file, path, this.#environment, (changed) => this.#changed(changed));
       this.#entries.push(entry);
       this.#queue.push(entry);
       this.#list.append(this.#item(entry));
@@ -43,29 +44,37 @@ export class Files {
     this.#selected = entry;
     for (const item of this.#list.children)
       item.firstChild.setAttribute('aria-current', item.entry === entry ? 'true' : 'false');
-    if (entry)
+    if (entry) {
       this.#keepOpen(entry);
+      if (entry.status === 'waiting')
+        this.#first(entry);
+    }
     this.#show(entry);
   }
 
   /** Converts one again, as is now chosen for it. */
   again(entry) {
-    if (entry.status === 'done' || entry.status === 'failed') {
-      this.#queue.unshift(entry);
+    if (entry.status === 'waiting') {
+      this.#first(entry);
       this.#work();
     }
   }
 
+  /** Puts one in front of the others that wait. */
+  #first(entry) {
+    this.#queue = [entry, ...this.#queue.filter((other) => other !== entry)];
+  }
+
   #remove(entry) {
     const at = this.#entries.indexOf(entry);
-    entry.close();
+    entry.remove();
     this.#entries.splice(at, 1);
     this.#queue = this.#queue.filter((other) => other !== entry);
     this.#open = this.#open.filter((other) => other !== entry);
     this.#list.children[at].remove();
     if (this.#selected === entry)
       this.select(this.#entries[Math.min(at, this.#entries.length - 1)] ?? null);
-    (this.#list.children[Math.min(at, this.#entries.length - 1)]?.firstChild ?? document.body).focus();
+    (this.#list.children[Math.min(at, this.#entries.length - 1)]?.firstChild ?? byId('choose')).focus();
   }
 
   async #work() {
@@ -75,8 +84,10 @@ export class Files {
       ++this.#busy;
       entry.convert().then(() => {
         --this.#busy;
-        this.#keepOpen(entry);
-        this.#say(`${entry.name}: ${entry.overview?.summary ?? entry.problem}`);
+        if (entry === this.#selected)
+          this.#say(`${entry.name}: ${entry.overview?.summary ?? entry.problem}`);
+        else if (this.#busy === 0 && this.#queue.length === 0)
+          this.#say(`${counted(this.#entries.length, 'file')}, none is waiting`);
         this.#work();
       });
     }
@@ -99,6 +110,8 @@ export class Files {
     if (at < 0)
       return;
     this.#fill(this.#list.children[at], entry);
+    if (entry.status === 'done')
+      this.#keepOpen(entry);
     if (entry === this.#selected)
       this.#show(entry);
   }
@@ -107,7 +120,7 @@ export class Files {
     const item = element('li', {},
       element('button', { type: 'button', class: 'file', onclick: () => this.select(entry) }),
       element('button', {
-        type: 'button', class: 'remove', 'aria-label': `Remove ${entry.name}`, title: 'Remove',
+        type: 'button', class: 'remove', 'aria-label': `Remove ${entry.path}`, title: 'Remove',
         onclick: () => this.#remove(entry),
       }, '×'));
     item.entry = entry;
@@ -126,7 +139,7 @@ export class Files {
     const remarks = overview?.remarks.length ?? 0;
     item.className = entry.status === 'failed' || overview?.converted === false ? 'bad' : entry.status;
     item.firstChild.replaceChildren(
-      element('span', { class: 'name' }, entry.name),
+      element('span', { class: 'name', title: entry.path }, entry.path),
       element('span', { class: 'state' }, `${state} · ${shownSize(entry.file.size)}`),
       ...(remarks > 0 ? [element('span', { class: 'badge' }, counted(remarks, 'remark'))] : []));
   }

@@ -31,7 +31,7 @@ export class List {
     scroller.addEventListener('keydown', (event) => this.#key(event));
     this.#space.addEventListener('click', (event) => {
       const row = event.target.closest('[data-index]');
-      if (row)
+      if (row && getSelection().isCollapsed) // texts may be marked, and copied
         this.#choose(Number(row.dataset.index));
     });
     new ResizeObserver(() => this.#draw()).observe(scroller);
@@ -118,7 +118,7 @@ export class List {
     const active = index === this.#active;
     const row = element('div', {
       id: `${idPrefix}${index}`, role, 'data-index': index, [indexAttribute]: index + (role === 'row' ? 2 : 1),
-      'aria-selected': active ? 'true' : 'false',
+      'aria-selected': active ? 'true' : 'false', 'aria-setsize': role === 'option' ? this.#count : null,
       class: `row ${active ? 'active' : ''} ${item ? className(item) : 'pending'}`,
     });
     row.style.height = `${rowHeight}px`;
@@ -147,7 +147,8 @@ export class List {
         this.#draw();
       }
     } catch {
-      // the worker has ended: whoever shows the file says so
+      if (version === this.#version) // whoever shows the file says why; it may be asked for again
+        this.#chunks.delete(at);
     }
   }
 
@@ -157,8 +158,8 @@ export class List {
     this.show(index);
     const version = this.#version;
     const known = this.#chunks.get(Math.floor(index / CHUNK))?.[index % CHUNK];
-    const item = known ?? (await this.#options.fetch(index, 1))[0];
-    if (version === this.#version)
+    const item = known ?? (await this.#options.fetch(index, 1).catch(() => []))[0];
+    if (version === this.#version && item !== undefined)
       this.#options.choose(index, item);
   }
 

@@ -30,7 +30,7 @@ export class View {
   /** `again(entry)`: something else was chosen for it; `say(text)` aloud. */
   constructor(formats, again, say) {
     this.#say = say;
-    const ask = (call, ...args) => this.#entry.ask(call, ...args);
+    const ask = async (call, ...args) => this.#entry.ask(call, ...args);
     this.#table = new List(byId('table'), {
       rowHeight: 26, headHeight: 54, idPrefix: 'row-', role: 'row', indexAttribute: 'aria-rowindex',
       fetch: (first, count) => ask('rows', first, count),
@@ -48,7 +48,7 @@ export class View {
     this.#drawing = new Drawing(
       { scroller: byId('drawing'), note: byId('drawing-note'), zoomIn: byId('zoom-in'), zoomOut: byId('zoom-out'),
         fit: byId('zoom-fit') },
-      ask, (row) => this.#showPlace(row));
+      (call, ...args) => this.#answer(call, ...args), (row) => this.#showPlace(row));
     byId('format').append(...formats.map(({ name, title }) => element('option', { value: name }, `${name} – ${title}`)));
     byId('format').addEventListener('change', () => this.#choose(again, { format: byId('format').value }));
     byId('complete').addEventListener('change', () => this.#choose(again, { complete: byId('complete').checked }));
@@ -65,7 +65,7 @@ export class View {
     byId('file').hidden = entry === null;
     if (!entry)
       return;
-    byId('name').textContent = entry.name;
+    byId('name').textContent = entry.path;
     byId('format').value = entry.format;
     byId('complete').checked = entry.complete;
     this.#showState(entry);
@@ -75,16 +75,29 @@ export class View {
 
   /** Shows a line of the file (from 1), and what it became. */
   async showLine(line, from) {
-    const row = await this.#entry.ask('rowOfLine', line);
-    this.#lines.show(line - 1);
+    const row = await this.#answer('rowOfLine', line);
+    if (row === null)
+      return;
+    this.#showInLines(line);
     this.#table.show(row);
     this.#mark(row);
     if (from !== 'lines')
       this.#say(`line ${line}`);
   }
 
+  /** What the engine answers; null where the file is no longer shown as it was, or its worker has ended. */
+  async #answer(call, ...args) {
+    const [entry, overview] = [this.#entry, this.#overview];
+    try {
+      const answer = await entry.ask(call, ...args);
+      return entry === this.#entry && overview === this.#overview ? answer : null;
+    } catch {
+      return null; // the file's state says why
+    }
+  }
+
   #choose(again, values) {
-    Object.assign(this.#entry, values);
+    this.#entry.choose(values);
     again(this.#entry);
   }
 
@@ -99,7 +112,7 @@ export class View {
       state.textContent = entry.problem || `${entry.status} …`;
       return;
     }
-    const problem = /job database/.test(overview.problem)
+    const problem = entry.file.size === 0 ? 'the file is empty' : /job database/.test(overview.problem)
       ? `${overview.problem}: a browser cannot read it, the program does` : overview.problem;
     const how = overview.byContent ? `${overview.format}, by its content` : overview.format;
     state.textContent = overview.converted ? `read as ${how}: ${overview.summary.split('; read as ')[0]}`
@@ -119,6 +132,7 @@ export class View {
     byId('table').setAttribute('aria-rowcount', (overview?.rows ?? 0) + 1);
     this.#table.reset(overview?.rows ?? 0);
     this.#lines.reset(overview?.lines ?? 0);
+    byId('raw-note').textContent = overview?.format === 'mts' ? 'This format has no lines: its records are counted.' : '';
     this.#fillDrawing(entry);
   }
 
@@ -137,7 +151,7 @@ export class View {
     }, String(line)));
     const rest = count > lines.length && lines.length > 0;
     return element('li', {},
-      element('span', { class: 'kind' }, kind), element('span', { class: 'text' }, `${text} `),
+      element('span', { class: 'kind' }, kind.replace('-', ' ')), element('span', { class: 'text' }, `${text} `),
       element('span', { class: 'lines' }, lines.length > 0 ? `${counted(count, 'line')}: ` : count > 1 ? `${count} times` : '',
               ...buttons, ...(rest ? [`… to ${last}`] : [])));
   }
@@ -153,14 +167,14 @@ export class View {
     }
     await new Promise(requestAnimationFrame); // the table and the lines in view come first
     await new Promise(requestAnimationFrame);
-    try {
-      const size = await entry.ask('drawingSize');
-      const blob = await entry.ask('render', 'svg', DOWNLOADS.svg.type);
-      if (entry === this.#entry && overview === this.#overview)
-        this.#drawing.show(blob, size, entry.name);
-    } catch {
-      // the file's state says why
-    }
+    if (entry !== this.#entry || overview !== this.#overview)
+      return;
+    const size = await this.#answer('drawingSize');
+    const blob = size && await this.#answer('render', 'svg', DOWNLOADS.svg.type);
+    if (!blob)
+      return;
+    this.#drawing.show(blob, size, entry.name);
+    this.#mark(this.#table.active);
   }
 
   #cells([kind, line, ...cells]) {
@@ -172,13 +186,21 @@ export class View {
   }
 
   #showRow(row, line) {
-    if (line > 0)
-      this.#lines.show(line - 1);
+    this.#showInLines(line);
     this.#mark(row);
   }
 
+  /** Not where nothing of the file is a line: records are counted then. */
+  #showInLines(line) {
+    if (line > 0 && line <= this.#overview.lines)
+      this.#lines.show(line - 1);
+  }
+
   async #showPlace(row) {
-    const [shown] = await this.#entry.ask('rows', row, 1);
+    const rows = await this.#answer('rows', row, 1);
+    if (!rows)
+      return;
+    const [shown] = rows;
     this.#table.show(row);
     this.#showRow(row, shown[1]);
     this.#say(`${KINDS[shown[0]]} ${shown[2]}, line ${shown[1]}`);
@@ -186,15 +208,21 @@ export class View {
 
   async #mark(row) {
     if (this.#drawing.isShown)
-      this.#drawing.mark(row < 0 ? null : await this.#entry.ask('markOfRow', row));
+      this.#drawing.mark(row < 0 ? null : await this.#answer('markOfRow', row));
   }
 
   async #download(view) {
     const { ending, type } = DOWNLOADS[view];
     const { name } = this.#entry;
-    const blob = await this.#entry.ask('render', view, type);
+    let blob;
+    try {
+      blob = await this.#entry.ask('render', view, type);
+    } catch {
+      this.#say(`${name} was not saved`);
+      return;
+    }
     const url = URL.createObjectURL(blob);
-    const stem = name.includes('.') ? name.slice(0, name.lastIndexOf('.')) : name;
+    const stem = name.lastIndexOf('.') > 0 ? name.slice(0, name.lastIndexOf('.')) : name;
     const link = element('a', { href: url, download: `${stem}.${ending}` });
     document.body.append(link);
     link.click();

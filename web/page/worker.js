@@ -1,9 +1,9 @@
 // Works on one file, away from the page. A message {id, call, args} is answered with {id, result} or {id, error}; in
 // between {progress} tells of the bytes that were converted.
 
-import { Engine, OutOfMemory } from './engine.js';
+import { Engine, OutOfMemory, Unreadable } from './engine.js';
 
-let engine = null;
+let engine = null; // or soon
 let told = 0;
 
 function progress(bytes) {
@@ -16,10 +16,11 @@ function progress(bytes) {
 
 async function answer({ call, args }) {
   if (call === 'start') {
-    engine = await Engine.start(args[0], progress);
+    engine = Engine.start(args[0], progress);
+    await engine;
     return null;
   }
-  return engine[call](...args);
+  return (await engine)[call](...args);
 }
 
 addEventListener('message', async ({ data }) => {
@@ -28,7 +29,7 @@ addEventListener('message', async ({ data }) => {
   } catch (error) {
     // RangeError: the browser gives no such memory to JavaScript; a trap leaves the module unusable.
     const noMemory = error instanceof OutOfMemory || error instanceof RangeError;
-    const unreadable = error instanceof DOMException;
+    const unreadable = error instanceof Unreadable;
     postMessage({ id: data.id, error: noMemory ? 'memory' : unreadable ? 'unreadable' : String(error) });
     if (!unreadable)
       close();

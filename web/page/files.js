@@ -81,6 +81,8 @@ export class Files {
     const most = Math.min(Math.max(navigator.hardwareConcurrency ?? 2, 1), 4);
     while (this.#busy < most && this.#queue.length > 0) {
       const entry = this.#queue.shift();
+      if (entry.status !== 'waiting') // it was asked for before its turn came
+        continue;
       ++this.#busy;
       entry.convert().then(() => {
         --this.#busy;

@@ -94,15 +94,6 @@ std::string ShownCoordinates(const Extras& extras) {
     return ShownNumber(place.x) + " " + ShownNumber(place.y) + " " + ShownNumber(place.z);
 }
 
-std::string ShownMarks(const Marks& marks) {
-    std::string shown;
-    for (std::size_t i = 0; i < kMarkCount; ++i) {
-        if (marks.test(i))
-            shown += (shown.empty() ? "" : " ") + std::string(kMarkNames[i]);
-    }
-    return shown;
-}
-
 std::string ShownPhotos(const std::vector<Photo>& photos) {
     std::string shown;
     for (const Photo& photo : photos) {
@@ -253,6 +244,15 @@ void PrintOrientationPoints(Sink& sink, const FieldBook& book) {
 }
 
 } // namespace
+
+std::string ShownMarks(const Marks& marks) {
+    std::string shown;
+    for (std::size_t i = 0; i < kMarkCount; ++i) {
+        if (marks.test(i))
+            shown += (shown.empty() ? "" : " ") + std::string(kMarkNames[i]);
+    }
+    return shown;
+}
 
 void SummaryOutput::Write(const Conversion& conversion) {
     PrintSummary(Out(), conversion);

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "memory/Entity.h"
 #include "views/Output.h"
+
+#include <string>
 
 namespace convfile::views {
 
@@ -25,5 +28,8 @@ private:
 
     bool first_ = true;
 };
+
+/// The names of the marks that are set, with a blank between them.
+std::string ShownMarks(const memory::Marks& marks);
 
 } // namespace convfile::views

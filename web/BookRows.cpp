@@ -2,6 +2,7 @@
 
 #include "host/NoValue.h"
 #include "views/Display.h"
+#include "views/TableOutput.h"
 
 #include <algorithm>
 #include <string>
@@ -52,12 +53,7 @@ void AddExtras(Cells& cells, const Extras& extras) {
         cells.y = ShownLength(extras.coordinates.y);
         cells.z = ShownLength(extras.coordinates.z);
     }
-    std::string marks;
-    for (std::size_t i = 0; i < kMarkCount; ++i) {
-        if (extras.marks.test(i))
-            marks += (marks.empty() ? "" : " ") + std::string(kMarkNames[i]);
-    }
-    cells.Add("marks", marks);
+    cells.Add("marks", views::ShownMarks(extras.marks));
     for (const Photo& photo : extras.photos)
         cells.Add("photo", Shown(photo.path));
     cells.Add("terrain note", Shown(extras.terrainNote));

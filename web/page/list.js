@@ -45,6 +45,7 @@ export class List {
     this.#count = count;
     this.#chunks.clear();
     this.#active = -1;
+    this.#space.replaceChildren(); // nobody is to click an item of before
     this.#space.style.height = `${this.#height()}px`;
     this.#scroller.scrollTop = 0;
     this.#draw();

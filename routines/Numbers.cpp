@@ -107,43 +107,96 @@ bool EightDigits(const char* text, std::uint64_t& value) {
     return true;
 }
 
-/// A text of four to eight characters, looked at as a whole.
-struct ShortDecimal {
-    std::uint64_t digits = 0; ///< the first in the lowest byte, the others 0
-    std::size_t count = 0;    ///< of the digits
-    std::size_t decimals = 0; ///< so many of them stand behind a "."
-};
-
-constexpr bool kHasShortDecimals = std::endian::native == std::endian::little;
+/// Texts of up to eight characters are looked at as a whole: one word, the first in its lowest byte.
+constexpr bool kLooksAtWords = std::endian::native == std::endian::little;
+constexpr std::uint64_t kDigitsOnly = 0x3030303030303030;
+constexpr std::uint64_t kPointByte = '.' ^ '0';
 
 constexpr bool IsShort(std::string_view text) {
-    return kHasShortDecimals && text.size() >= 4 && text.size() <= 8;
+    return kLooksAtWords && text.size() - 1 < 8;
 }
 
-/// False where it holds anything but digits and at most one ".".
-bool ReadShortDecimal(std::string_view text, ShortDecimal& decimal) {
-    std::uint32_t first = 0;
-    std::uint32_t last = 0;
-    std::memcpy(&first, text.data(), sizeof first);
-    std::memcpy(&last, text.data() + text.size() - sizeof last, sizeof last);
-    const std::size_t missing = 8 * (8 - text.size()); // bits; both hold as many in common
-    const std::uint64_t bytes = first | std::uint64_t{last} << (32 - missing);
-    // Of a digit 0 to 9 remain, to which 118 can be added below 128.
-    const std::uint64_t rest = bytes ^ 0x3030303030303030;
-    const std::uint64_t others =
-        (rest | (rest + 0x7676767676767676)) & (0x8080808080808080 >> missing);
-    decimal.digits = rest & (~std::uint64_t{0} >> missing);
-    decimal.count = text.size();
-    if (others == 0)
+/// The characters of a short text, the last in the highest byte; of a digit 0 to 9 remain, and 0
+/// before the first. What lies around the text is not looked at.
+std::uint64_t WordOf(std::string_view text) {
+    const char* const bytes = text.data();
+    const std::size_t size = text.size();
+    const std::size_t missing = 8 * (8 - size); // bits
+    if (size >= 4) [[likely]] {
+        std::uint32_t first = 0;
+        std::uint32_t last = 0;
+        std::memcpy(&first, bytes, sizeof first);
+        std::memcpy(&last, bytes + size - sizeof last, sizeof last);
+        // Both hold as many characters in common as are missing, in the same places.
+        const std::uint64_t word = std::uint64_t{last} << 32 | std::uint64_t{first} << missing;
+        return word ^ kDigitsOnly << missing;
+    }
+    // First, middle and last, of which some are the same one.
+    std::uint64_t word = 0;
+    for (const std::size_t i : {std::size_t{0}, size / 2, size - 1})
+        word |= std::uint64_t{static_cast<unsigned char>(bytes[i])} << 8 * i;
+    return (word ^ kDigitsOnly) << missing;
+}
+
+/// The highest bit of every byte of such a word that is no digit; perhaps of one above it, too.
+constexpr std::uint64_t NoDigits(std::uint64_t word) {
+    // 118 can be added to 9 below 128.
+    return (word | (word + 0x7676767676767676)) & 0x8080808080808080;
+}
+
+/// True where exactly one byte is marked so, and is the ".".
+constexpr bool IsOnePoint(std::uint64_t word, std::uint64_t marked) {
+    return (marked & (marked - 1)) == 0 &&
+           (word >> (std::countr_zero(marked) - 7) & 0xFF) == kPointByte;
+}
+
+/// The number of a word's digits without the "." at that bit.
+inline double NumberAround(std::uint64_t word, int point) {
+    const std::uint64_t before = (std::uint64_t{1} << point) - 1;
+    const std::uint64_t digits = (word & before) << 8 | (word & (~before << 8));
+    const auto decimals = static_cast<std::size_t>(56 - point) / 8;
+    return static_cast<double>(NumberOfDigits(digits)) / kPowersOfTen[decimals];
+}
+
+/// Reads a short text of digits with at most one "." among them. False where it is another.
+[[gnu::always_inline]] inline bool ReadShortDecimal(std::string_view text, double& number) {
+    const std::uint64_t word = WordOf(text);
+    const std::uint64_t marked = NoDigits(word);
+    if (marked == 0) {
+        number = static_cast<double>(NumberOfDigits(word));
         return true;
-    const auto point = static_cast<std::size_t>(std::countr_zero(others)) / 8;
-    if ((others & (others - 1)) != 0 || text[point] != '.')
+    }
+    if (!IsOnePoint(word, marked) || text.size() == 1)
         return false;
-    const std::uint64_t before = (std::uint64_t{1} << 8 * point) - 1;
-    decimal.digits = (decimal.digits & before) | (decimal.digits >> 8 & ~before);
-    decimal.count = text.size() - 1;
-    decimal.decimals = decimal.count - point;
+    number = NumberAround(word, std::countr_zero(marked) - 7);
     return true;
+}
+
+/// Reads the number of up to seven characters at the start of a longer text, which is where fields
+/// of fixed width have theirs. Gives the end of the number; null where it is another.
+const char* ShortDecimalAtStart(std::string_view text, double& number) {
+    if (!kLooksAtWords || text.size() < 8)
+        return nullptr;
+    std::uint64_t word = 0;
+    std::memcpy(&word, text.data(), sizeof word);
+    word ^= kDigitsOnly;
+    std::uint64_t marked = NoDigits(word);
+    int point = -1;
+    if (marked != 0 && (word >> (std::countr_zero(marked) - 7) & 0xFF) == kPointByte) {
+        point = std::countr_zero(marked) - 7;
+        marked &= marked - 1;
+    }
+    if (marked == 0)
+        return nullptr;                           // goes on
+    const int end = std::countr_zero(marked) - 7; // in bits
+    const char* const behind = text.data() + end / 8;
+    if (end < 16 || *behind == 'e' || *behind == 'E')
+        return nullptr;
+    const int missing = 64 - end;
+    word <<= missing;
+    number =
+        point < 0 ? static_cast<double>(NumberOfDigits(word)) : NumberAround(word, point + missing);
+    return behind;
 }
 
 /// Reads what nearly every field of an instrument file is: up to nineteen digits that make no more
@@ -153,17 +206,13 @@ bool ReadShortDecimal(std::string_view text, ShortDecimal& decimal) {
 const char* PlainDecimal(std::string_view text, double& number) {
     constexpr std::ptrdiff_t kMostDigits = 19; // fit 64 bits
     constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53;
+    if (const char* const shortEnd = ShortDecimalAtStart(text, number))
+        return shortEnd;
     const char* at = text.data();
     const char* const end = at + text.size();
-    if (ShortDecimal decimal; IsShort(text) && ReadShortDecimal(text, decimal)) {
-        number = static_cast<double>(NumberOfDigits(decimal.digits << 8 * (8 - decimal.count)));
-        if (decimal.decimals > 0)
-            number /= kPowersOfTen[decimal.decimals];
-        return end;
-    }
     std::uint64_t digits = 0;
     const auto readDigits = [&] {
-        if constexpr (kHasShortDecimals) {
+        if constexpr (kLooksAtWords) {
             std::uint64_t eight = 0;
             for (; end - at >= 8 && EightDigits(at, eight); at += 8)
                 digits = digits * 100000000 + eight;
@@ -187,6 +236,36 @@ const char* PlainDecimal(std::string_view text, double& number) {
     if (decimals > 0)
         number /= kPowersOfTen[static_cast<std::size_t>(decimals)];
     return at;
+}
+
+/// What is no short text of digits and a "." alone.
+[[gnu::noinline]] std::size_t OtherNumberAtStart(std::string_view text, double& number) {
+    const char* const begin = text.data();
+    const auto lengthTo = [begin](const char* end) {
+        return static_cast<std::size_t>(end - begin);
+    };
+    if (!text.empty() && IsDigit(text[0])) {
+        if (const char* const end = PlainDecimal(text, number))
+            return lengthTo(end); // nearly always
+    }
+    text = NumberText(text);
+    const std::size_t digits = text.starts_with('-') ? 1 : 0;
+    if (const char* const end = PlainDecimal(text.substr(digits), number)) {
+        number = digits == 0 ? number : -number;
+        return lengthTo(end);
+    }
+    if (digits >= text.size() || !(IsDigit(text[digits]) || text[digits] == '.'))
+        return 0; // also keeps out what from_chars would take: "inf", "nan"
+    double value = 0;
+    const auto [end, error] = DoubleFromChars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::result_out_of_range) {
+        const auto length = static_cast<std::size_t>(end - text.data());
+        value = IsTooLarge(text.substr(0, length)) ? kNoValue : 0.0;
+    } else if (error != std::errc{}) {
+        return 0;
+    }
+    number = value;
+    return lengthTo(end);
 }
 
 template <class Integer>
@@ -253,37 +332,18 @@ char* WriteScaled(char* to, bool negative, std::uint64_t scaled, std::size_t dec
 } // namespace
 
 std::size_t NumberAtStart(std::string_view text, double& number) {
-    const char* const begin = text.data();
-    const auto lengthTo = [begin](const char* end) {
-        return static_cast<std::size_t>(end - begin);
-    };
-    if (!text.empty() && IsDigit(text[0])) {
-        if (const char* const end = PlainDecimal(text, number))
-            return lengthTo(end); // nearly always
-    }
-    text = NumberText(text);
-    const std::size_t digits = text.starts_with('-') ? 1 : 0;
-    if (const char* const end = PlainDecimal(text.substr(digits), number)) {
-        number = digits == 0 ? number : -number;
-        return lengthTo(end);
-    }
-    if (digits >= text.size() || !(IsDigit(text[digits]) || text[digits] == '.'))
-        return 0; // also keeps out what from_chars would take: "inf", "nan"
-    double value = 0;
-    const auto [end, error] = DoubleFromChars(text.data(), text.data() + text.size(), value);
-    if (error == std::errc::result_out_of_range) {
-        const auto length = static_cast<std::size_t>(end - text.data());
-        value = IsTooLarge(text.substr(0, length)) ? kNoValue : 0.0;
-    } else if (error != std::errc{}) {
-        return 0;
-    }
-    number = value;
-    return lengthTo(end);
+    if (IsShort(text) && ReadShortDecimal(text, number)) [[likely]]
+        return text.size();
+    return OtherNumberAtStart(text, number);
 }
 
 bool IsPlainNumber(std::string_view text) {
-    if (ShortDecimal unused; IsShort(text) && ReadShortDecimal(text, unused))
-        return true; // nearly always
+    if (IsShort(text)) {
+        const std::uint64_t word = WordOf(text);
+        const std::uint64_t marked = NoDigits(word);
+        if (marked == 0 || (IsOnePoint(word, marked) && text.size() > 1))
+            return true; // nearly always
+    }
     const std::size_t size = text.size();
     std::size_t i = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
     const auto skipDigits = [&] {

@@ -117,16 +117,23 @@ TEST(Numbers, ReadWhatStandsAtTheStart) {
 
 /// The short way for plain decimals must give the double that the general routine gives.
 TEST(Numbers, AreTheNearestDoubleHoweverTheyAreRead) {
+    constexpr const char* kTails[] = {"",    "",   "",  " ",  "          ",
+                                      ".25", "e2", "E", ",1", "\xB5 m"};
     std::mt19937_64 random(1);
-    for (int i = 0; i < 200000; ++i) {
+    for (int i = 0; i < 400000; ++i) {
         std::string text = std::to_string(random() >> (random() % 64));
         text.insert(0, random() % 9, '0');
         if (random() % 2 == 0)
             text.insert(random() % (text.size() + 1), ".");
         if (random() % 8 == 0)
             text.insert(random() % (text.size() + 1), "-");
-        const double expected = std::strtod(text.c_str(), nullptr);
-        ASSERT_EQ(DoubleDaString(text), expected) << text;
+        text += kTails[random() % std::size(kTails)];
+        char* end = nullptr;
+        const double expected = std::strtod(text.c_str(), &end);
+        double number = 0;
+        ASSERT_EQ(NumberAtStart(text, number), static_cast<std::size_t>(end - text.c_str()))
+            << text;
+        ASSERT_EQ(number, expected) << text;
     }
 }
 

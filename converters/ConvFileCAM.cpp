@@ -58,26 +58,23 @@ bool CConvFileCAM::LeggeUnaRigaCAM() {
 }
 
 /// A last field that no comma closes is never read, on purpose: the instrument closes every one.
-std::string_view CConvFileCAM::SeparaCampo() {
-    std::string_view field;
-    CutAt(line_, ',', field);
-    return TrimBoth(field);
+std::string_view CConvFileCAM::SeparaCampo(FieldCutter& line) {
+    return line.Next();
 }
 
 /// The fields of the current line, and remarks on them; those numbered are to be numbers.
 CConvFileCAM::Fields CConvFileCAM::SeparaCampi(const std::array<std::size_t, 5>& numbers) {
-    Fields fields;
-    const std::size_t last = fields.size() - 1;
-    for (std::size_t i = 0; i < last; ++i)
-        fields[i] = SeparaCampo();
-    const bool isWhole = !IsHeard() || Contains(line_, ",");
-    fields[last] = SeparaCampo();
+    FieldCutter cutter(line_, ',');
+    const Fields fields = {SeparaCampo(cutter), SeparaCampo(cutter), SeparaCampo(cutter),
+                           SeparaCampo(cutter), SeparaCampo(cutter), SeparaCampo(cutter),
+                           SeparaCampo(cutter), SeparaCampo(cutter)}; // one after the other
     if (!IsHeard())
         return fields;
+    const bool isWhole = cutter.Count() == fields.size();
     JudgeFields({fields[numbers[0]], fields[numbers[1]], fields[numbers[2]], fields[numbers[3]],
                  fields[numbers[4]]},
                 isWhole, kFieldsNotClosed);
-    const std::string_view rest = TrimBoth(line_);
+    const std::string_view rest = TrimBoth(cutter.Rest());
     if (isWhole && !rest.empty() && rest != "M1" && rest != "M3")
         Note(kBehindFields);
     return fields;
@@ -131,19 +128,20 @@ void CConvFileCAM::ConvertiRigaTXT() {
 }
 
 void CConvFileCAM::WriteRecord(const Record& record, std::string_view instrumentHeight) {
-    if (record.station != previousStation_)
+    if (record.station != previousStation_) {
         ConversioneS(record);
-    else if (IsHeard())
+        previousStation_ = record.station;
+    } else if (IsHeard()) {
         JudgeHeight(instrumentHeight);
+    }
     ConversioneP(record);
-    previousStation_ = record.station;
 }
 
 void CConvFileCAM::ConversioneS(const Record& record) {
-    AggiungeSta(std::string(record.station), "", record.instrumentHeight, kNoValue, kNoValue);
+    AggiungeSta(std::string(record.station), {}, record.instrumentHeight, kNoValue, kNoValue);
 }
 
 void CConvFileCAM::ConversioneP(const Record& record) {
-    AggiungePun(std::string(record.point), std::string(record.code), "", record.targetHeight,
+    AggiungePun(std::string(record.point), std::string(record.code), {}, record.targetHeight,
                 WithoutZeroDistance(record.reading));
 }

@@ -3,6 +3,7 @@
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
 #include "host/NoValue.h"
+#include "routines/Text.h"
 
 #include <array>
 #include <cstddef>
@@ -31,7 +32,7 @@ private:
 
     // Operations in the library's own vocabulary.
     bool LeggeUnaRigaCAM();
-    std::string_view SeparaCampo();
+    static std::string_view SeparaCampo(FieldCutter& line);
     void ConvertiRigaCAM();
     void ConvertiRigaTXT();
     void ConversioneS(const Record& record);

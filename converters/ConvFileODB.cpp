@@ -10,7 +10,13 @@
 
 #include "converters/ConvFileODB.h"
 
-#include "routines/Text.h"
+#include <cstddef>
+
+namespace {
+
+constexpr std::size_t kFields = 9; ///< before the code
+
+} // namespace
 
 CConvFileODB::CConvFileODB(CLibCmp& fieldBook, std::string* fileName)
     : CConvObservationLines(fieldBook, fileName) {}
@@ -29,10 +35,8 @@ bool CConvFileODB::LeggeUnaRigaODB() {
 }
 
 /// What follows the last blank is no field: it is left for the code.
-std::string_view CConvFileODB::SeparaCampoODB() {
-    std::string_view field;
-    CutAt(line_, ' ', field);
-    return TrimBoth(field);
+std::string_view CConvFileODB::SeparaCampoODB(FieldCutter& line) {
+    return line.Next();
 }
 
 void CConvFileODB::ConvertiRigaODB() {
@@ -44,24 +48,25 @@ void CConvFileODB::ConvertiRigaODB() {
     if (first < 32 || first > 127)
         line_.remove_prefix(1);
 
+    FieldCutter cutter(line_, ' ');
     Fields fields;
-    fields.station = SeparaCampoODB();
-    fields.point = SeparaCampoODB();
-    SeparaCampoODB();
-    SeparaCampoODB();
-    fields.instrumentHeight = SeparaCampoODB();
-    fields.targetHeight = SeparaCampoODB();
-    fields.zenithAngle = SeparaCampoODB();
-    fields.horizontalAngle = SeparaCampoODB();
-    const bool isWhole = !IsHeard() || Contains(line_, " ");
-    fields.slopeDistance = SeparaCampoODB();
-    fields.code = line_;
+    fields.station = SeparaCampoODB(cutter);
+    fields.point = SeparaCampoODB(cutter);
+    SeparaCampoODB(cutter);
+    SeparaCampoODB(cutter);
+    fields.instrumentHeight = SeparaCampoODB(cutter);
+    fields.targetHeight = SeparaCampoODB(cutter);
+    fields.zenithAngle = SeparaCampoODB(cutter);
+    fields.horizontalAngle = SeparaCampoODB(cutter);
+    fields.slopeDistance = SeparaCampoODB(cutter);
+    fields.code = cutter.Rest();
     if (IsHeard())
-        JudgeLine(fields, isWhole);
+        JudgeLine(fields, cutter.Count() == kFields);
 
-    if (fields.station != previousStation_ || fields.instrumentHeight != previousHeight_)
+    if (fields.station != previousStation_ || fields.instrumentHeight != previousHeight_) {
         AggiungiStazioneODB(fields);
+        previousStation_ = fields.station;
+        previousHeight_ = fields.instrumentHeight;
+    }
     AggiungiPuntoODB(fields);
-    previousStation_ = fields.station;
-    previousHeight_ = fields.instrumentHeight;
 }

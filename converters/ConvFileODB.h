@@ -2,6 +2,7 @@
 
 #include "converters/ObservationLines.h"
 #include "framework/Export.h"
+#include "routines/Text.h"
 
 #include <string>
 #include <string_view>
@@ -18,7 +19,7 @@ public:
 private:
     // Operations in the library's own vocabulary.
     bool LeggeUnaRigaODB();
-    std::string_view SeparaCampoODB();
+    static std::string_view SeparaCampoODB(FieldCutter& line);
     void ConvertiRigaODB();
     void AggiungiStazioneODB(const Fields& fields) { WriteStation(fields); }
     void AggiungiPuntoODB(const Fields& fields) { WritePoint(fields); }

@@ -10,7 +10,13 @@
 
 #include "converters/ConvFileOVD.h"
 
-#include "routines/Text.h"
+#include <cstddef>
+
+namespace {
+
+constexpr std::size_t kFields = 7; ///< before the code
+
+} // namespace
 
 CConvFileOVD::CConvFileOVD(CLibCmp& fieldBook, std::string* fileName)
     : CConvObservationLines(fieldBook, fileName) {}
@@ -28,14 +34,9 @@ bool CConvFileOVD::LeggeUnaRigaOVD() {
     return file_->ReadLineWithoutLast(line_);
 }
 
-/// The line is trimmed with each field that is cut off it. What follows the last comma is no field:
-/// it is left for the code.
-std::string_view CConvFileOVD::SeparaCampoOVD() {
-    std::string_view field;
-    if (!CutAt(line_, ',', field))
-        return {};
-    line_ = TrimBoth(line_);
-    return TrimBoth(field);
+/// What follows the last comma is no field: it is left for the code.
+std::string_view CConvFileOVD::SeparaCampoOVD(FieldCutter& line) {
+    return line.Next();
 }
 
 void CConvFileOVD::ConvertiRigaOVD() {
@@ -43,23 +44,25 @@ void CConvFileOVD::ConvertiRigaOVD() {
         Skip();
         return;
     }
+    FieldCutter cutter(line_, ',');
     Fields fields;
-    fields.station = SeparaCampoOVD();
-    fields.point = SeparaCampoOVD();
-    fields.horizontalAngle = SeparaCampoOVD();
-    fields.zenithAngle = SeparaCampoOVD();
-    fields.slopeDistance = SeparaCampoOVD();
-    fields.instrumentHeight = SeparaCampoOVD();
-    const bool isWhole = !IsHeard() || Contains(line_, ",");
-    fields.targetHeight = SeparaCampoOVD();
-    fields.code = line_;
+    fields.station = SeparaCampoOVD(cutter);
+    fields.point = SeparaCampoOVD(cutter);
+    fields.horizontalAngle = SeparaCampoOVD(cutter);
+    fields.zenithAngle = SeparaCampoOVD(cutter);
+    fields.slopeDistance = SeparaCampoOVD(cutter);
+    fields.instrumentHeight = SeparaCampoOVD(cutter);
+    fields.targetHeight = SeparaCampoOVD(cutter);
+    // The line is trimmed with each field that is cut off it.
+    fields.code = cutter.Count() > 0 ? TrimBoth(cutter.Rest()) : cutter.Rest();
     if (IsHeard())
-        JudgeLine(fields, isWhole);
+        JudgeLine(fields, cutter.Count() == kFields);
 
-    if (fields.station != previousStation_)
+    if (fields.station != previousStation_) {
         AggiungiStazioneOVD(fields);
-    else if (IsHeard())
+        previousStation_ = fields.station;
+    } else if (IsHeard()) {
         JudgeHeight(fields.instrumentHeight);
+    }
     AggiungiPuntoOVD(fields);
-    previousStation_ = fields.station;
 }

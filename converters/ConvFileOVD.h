@@ -2,6 +2,7 @@
 
 #include "converters/ObservationLines.h"
 #include "framework/Export.h"
+#include "routines/Text.h"
 
 #include <string_view>
 
@@ -17,7 +18,7 @@ public:
 private:
     // Operations in the library's own vocabulary.
     bool LeggeUnaRigaOVD();
-    std::string_view SeparaCampoOVD();
+    static std::string_view SeparaCampoOVD(FieldCutter& line);
     void ConvertiRigaOVD();
     void AggiungiStazioneOVD(const Fields& fields) { WriteStation(fields); }
     void AggiungiPuntoOVD(const Fields& fields) { WritePoint(fields); }

@@ -14,12 +14,12 @@ CConvObservationLines::CConvObservationLines(CLibCmp& fieldBook, std::string* fi
     : CConvGen(fieldBook, fileName) {}
 
 void CConvObservationLines::WriteStation(const Fields& fields) {
-    AggiungeSta(std::string(fields.station), "", ReadNumber(fields.instrumentHeight), kNoValue,
+    AggiungeSta(std::string(fields.station), {}, ReadNumber(fields.instrumentHeight), kNoValue,
                 kNoValue);
 }
 
 void CConvObservationLines::WritePoint(const Fields& fields) {
-    AggiungePun(std::string(fields.point), std::string(fields.code), "",
+    AggiungePun(std::string(fields.point), std::string(fields.code), {},
                 ReadNumber(fields.targetHeight),
                 WithoutZeroDistance({.slopeDistance = ReadNumber(fields.slopeDistance),
                                      .zenithAngle = ReadNumber(fields.zenithAngle),

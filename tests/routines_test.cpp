@@ -43,14 +43,33 @@ public:
     ~CommaLocale() { std::setlocale(LC_ALL, "C"); }
 };
 
-TEST(Text, FindsEveryPositionOnce) {
-    const std::string text = " a\x20\xA0!\x1F  12345678 \x80\x21        x ";
-    std::vector<std::size_t> expected;
-    for (std::size_t i = text.find(' '); i != std::string_view::npos; i = text.find(' ', i + 1))
-        expected.push_back(i);
-    std::vector<std::size_t> positions;
-    ForEachPosition(text, ' ', [&](std::size_t i) { positions.push_back(i); });
-    EXPECT_EQ(positions, expected);
+/// Sixteen characters, or sixty-four, are looked at at once: wherever a text ends, it is cut as one
+/// field after the other would be.
+TEST(Text, FieldsAreThoseThatAreCutOneByOne) {
+    std::mt19937 random(1);
+    for (std::size_t length = 0; length < 150; ++length) {
+        for (int turn = 0; turn < 20; ++turn) {
+            std::string text;
+            for (std::size_t i = 0; i < length; ++i)
+                text += ", \t\x2B\x2D\xACxyz"[random() % 9];
+            std::vector<std::size_t> expected;
+            for (std::size_t i = text.find(','); i != std::string::npos; i = text.find(',', i + 1))
+                expected.push_back(i);
+            std::vector<std::size_t> positions;
+            ForEachPosition(text, ',', [&](std::size_t i) { positions.push_back(i); });
+            ASSERT_EQ(positions, expected) << text;
+
+            std::string_view rest = text;
+            FieldCutter cutter(text, ',');
+            for (std::size_t i = 0; i <= expected.size(); ++i) {
+                std::string_view field;
+                CutAt(rest, ',', field);
+                ASSERT_EQ(cutter.Next(), TrimBoth(field)) << text;
+                ASSERT_EQ(cutter.Rest(), rest) << text;
+            }
+            ASSERT_EQ(cutter.Count(), expected.size()) << text;
+        }
+    }
 }
 
 TEST(FileName, EndsAFolderAtEitherSeparator) {

@@ -71,12 +71,17 @@ void TextFile::Close() {
     atEnd_ = true;
     sawNul_ = isCovered_ = false;
     bytesRead_ = number_ = bytesBehind_ = 0;
-    inLine_ = isLong_ = sawCr_ = losesText_ = false;
+    inLine_ = isLong_ = sawCr_ = losesText_ = isPlain_ = false;
     charLine_ = {};
     nextChar_ = 0;
 }
 
-bool TextFile::Next(std::string_view& line, LastCharacter last) {
+void TextFile::SeeWhetherPlain() {
+    isPlain_ = rules_ == LineRules::Classic && !sawNul_ && !sawCr_ && !inLine_;
+}
+
+/// Any line, or piece of one.
+bool TextFile::NextPiece(std::string_view& line, LastCharacter last) {
     if (rules_ == LineRules::Classic ? !NextClassic(line) : !NextComplete(line)) {
         TellEnd();
         return false;
@@ -227,6 +232,7 @@ void TextFile::Fill() {
         sawCr_ = HoldsCrWithoutLf(bytes) || (atEnd_ && bytes.ends_with('\r'));
     }
     end_ += size;
+    SeeWhetherPlain();
 }
 
 std::size_t TextFile::ReadBlock(char* bytes, std::size_t size) {
@@ -288,6 +294,7 @@ void TextFile::Tell(std::string_view line, bool isEnded, LastCharacter last) {
             piece.hasLoneCr = Find(text.data(), '\r', text.size()) != nullptr;
         }
     }
+    SeeWhetherPlain();
     watch_->PieceBegins(piece);
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -102,8 +103,28 @@ private:
     /// Whether who reads a line takes its last character for the line end.
     enum class LastCharacter { Kept, Lost };
 
-    bool Next(std::string_view& line, LastCharacter last);
+    /// A line that is nothing but its text and a line end, whole in the block, is what nearly every
+    /// line is.
+    bool Next(std::string_view& line, LastCharacter last) {
+        if (!isPlain_ || end_ - position_ <= kLongestLine) [[unlikely]]
+            return NextPiece(line, last);
+        char* const text = block_.get() + position_;
+        const void* const lineFeed = std::memchr(text, '\n', kLongestLine);
+        if (!lineFeed) [[unlikely]]
+            return NextPiece(line, last);
+        std::size_t length = static_cast<std::size_t>(static_cast<const char*>(lineFeed) - text);
+        position_ += length + 1;
+        if (length > 0 && text[length - 1] == '\r') {
+            text[--length] = '\n'; // the line feed moves over the dropped CR; the text stays
+        }
+        line = {text, length + 1};
+        if (watch_)
+            watch_->LineBegins(line, ++number_);
+        return true;
+    }
+    bool NextPiece(std::string_view& line, LastCharacter last);
     bool NextClassic(std::string_view& line);
+    void SeeWhetherPlain();
     bool NextComplete(std::string_view& line);
     int ReadCompleteChar();
     bool FindLineEnd(std::size_t& length, std::size_t& taken);
@@ -122,6 +143,7 @@ private:
     std::size_t end_ = 0;           ///< end of the bytes read
     bool atEnd_ = true;             ///< the file gives nothing more
     bool sawNul_ = false;           ///< lines must be looked through for a NUL
+    bool isPlain_ = false;          ///< lines must be looked through for nothing but their end
 
     // By the complete rules.
     std::size_t searched_ = 0; ///< no LF lies before it, from the next byte on

@@ -68,6 +68,9 @@ CPun* FieldBook::AddPun(int job, int sta, bool) {
     Station* const owner = FindStation(job, sta);
     if (Declines(Adder::Point) || !owner)
         return nullptr;
+    constexpr std::size_t kFew = 4; // of most stations
+    if (owner->points.empty())
+        owner->points.reserve(kFew);
     return owner->points.emplace_back(pointStorage_.NewPoint(*owner)).get();
 }
 

@@ -5,8 +5,10 @@
 #include "host/Messages.h"
 #include "routines/TskString.h"
 
+#include <map>
 #include <memory>
 #include <new>
+#include <string>
 #include <utility>
 
 #if defined(_WIN32)
@@ -129,6 +131,15 @@ struct CConvCod::Table : convfile::memory::CodeTable {
     Table& operator=(const Table&) = delete;
     ~Table() { --State().codeTables; }
 
+    /// What is stored for the code; the code itself where there is nothing else.
+    const std::string& Answer(const std::map<std::string, std::string>& texts,
+                              const std::string& code) {
+        if (texts.empty()) // nearly always
+            return code;
+        const auto found = texts.find(code);
+        return found == texts.end() ? code : answer = found->second;
+    }
+
     std::string answer; ///< of the last question only, as hosts may keep it
 };
 
@@ -137,16 +148,16 @@ CConvCod::~CConvCod() {
     delete table_;
 }
 const std::string& CConvCod::CodeConvertito(const std::string& code) {
-    const auto found = table_->pointCodes.find(code);
-    return found == table_->pointCodes.end() ? code : table_->answer = found->second;
+    return table_->Answer(table_->pointCodes, code);
 }
 const std::string& CConvCod::IdenConvertito(const std::string& code) {
-    const auto found = table_->stationIdentifiers.find(code);
-    return found == table_->stationIdentifiers.end() ? code : table_->answer = found->second;
+    return table_->Answer(table_->stationIdentifiers, code);
 }
 std::string CConvCod::ModalitaConver(const std::string& code) {
-    const auto found = table_->drawingAttributes.find(code);
     table_->answer.clear();
+    if (table_->drawingAttributes.empty()) // nearly always
+        return {};
+    const auto found = table_->drawingAttributes.find(code);
     return found == table_->drawingAttributes.end() ? std::string() : found->second;
 }
 bool CConvCod::GetModoConver() const {

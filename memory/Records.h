@@ -6,6 +6,7 @@
 #include "host/Sta.h"
 #include "memory/Entity.h"
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -22,9 +23,10 @@ class Station;
 class TextPool {
 public:
     const std::string& Keep(const std::string& text) {
-        if (*last_ != text)
-            last_ = &*texts_.insert(text).first;
-        return *last_;
+        const std::string*& recent = recent_[Place(text)];
+        if (!recent || *recent != text)
+            recent = &*texts_.insert(text).first;
+        return *recent;
     }
     static const std::string& Empty() {
         static const std::string empty;
@@ -32,8 +34,19 @@ public:
     }
 
 private:
+    static constexpr std::size_t kRecent = 64;
+
+    /// Where a text is looked for first: a surveyor uses a few codes over and over.
+    static std::size_t Place(const std::string& text) {
+        const std::size_t ends = text.empty()
+                                     ? 0
+                                     : std::size_t{5} * static_cast<unsigned char>(text.front()) +
+                                           static_cast<unsigned char>(text.back());
+        return (ends + 3 * text.size()) % kRecent;
+    }
+
     std::unordered_set<std::string> texts_;
-    const std::string* last_ = &Empty(); ///< most often the next one is the same
+    std::array<const std::string*, kRecent> recent_{}; ///< kept last, each in its place
 };
 
 /// An observed point as the field book in memory keeps it.

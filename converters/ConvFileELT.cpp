@@ -382,7 +382,7 @@ void CConvFileELT::AggiungiPunto(const Reading& reading) {
         const AtLine line(*this, stationLine_);
         AggiungeSta(stationName_, stationCode_, instrumentHeight_, temperature_, pressure_);
     }
-    AggiungePun(pointName_, pointCode_, "", targetHeight_, reading);
+    AggiungePun(pointName_, pointCode_, {}, targetHeight_, reading);
     previousStation_ = stationName_;
 }
 
@@ -420,8 +420,10 @@ std::size_t CConvFileELT::PositionOf(std::string_view tag) const {
     if ((tagsSeen_ & BitOf(tag[1])) == 0)
         return std::string_view::npos; // nearly always
     for (std::size_t i = 0; i < barCount_; ++i) {
-        const std::string_view here = line_.substr(bars_[i]);
-        if (here.size() >= tag.size() && here[1] == tag[1] && here.starts_with(tag))
+        // Compared in place: tags are short.
+        const char* const here = line_.data() + bars_[i];
+        if (line_.size() - bars_[i] >= tag.size() &&
+            std::equal(tag.begin() + 1, tag.end(), here + 1))
             return bars_[i];
     }
     return std::string_view::npos;

@@ -30,6 +30,11 @@ constexpr Cause kHeightStays = {RemarkKind::NotRead,
                                 "an instrument height other than that of the set-up that goes on "
                                 "is not read: the set-up keeps its own"};
 
+/// True where nothing else is in the text.
+bool IsBlankOrCr(std::string_view text) {
+    return std::ranges::all_of(text, [](char c) { return IsBlank(c) || c == '\r'; });
+}
+
 template <class Record>
 void TellKeeper(AccountKeeper* keeper, Record* record, const Cause& declined) {
     if (!keeper) [[likely]]
@@ -129,10 +134,14 @@ void CConvGen::AggiungePun(std::string name, std::string code, std::string note,
     if (keeper_ && expected == Expected::Measurement && !IsPresent(reading.slopeDistance) &&
         !IsPresent(reading.zenithAngle) && !IsPresent(reading.horizontalAngle))
         keeper_->NoteAt(kNoMeasurement, keeper_->RecordLine());
-    const std::string converted = codeTable_->CodeConvertito(code);
+    // A host may answer in a buffer that it uses again for the next question.
+    std::string buffer;
+    const std::string* converted = &codeTable_->CodeConvertito(code);
+    if (converted != &code)
+        converted = &(buffer = *converted);
     const std::string mode = codeTable_->ModalitaConver(code);
     point->SetNome(name);
-    point->SetCode(converted);
+    point->SetCode(*converted);
     point->SetNote(note);
     point->SetAttribDis(mode);
     point->SetAltPri(FiniteOrNoValue(targetHeight));
@@ -192,10 +201,10 @@ void CConvGen::Tell(COri* point) {
 
 /// A CR that the line kept is no part of the number.
 void CConvGen::CheckRest(std::string_view text, std::size_t numberEnd, const Cause& noNumber) {
-    if (TrimBoth(text).find_first_not_of('\r') == std::string_view::npos)
+    const bool isBlank = IsBlankOrCr(text.substr(numberEnd));
+    if (numberEnd == 0 && isBlank)
         return;
-    const bool isNumber =
-        numberEnd > 0 && text.find_first_not_of(" \t\r", numberEnd) == std::string_view::npos;
+    const bool isNumber = numberEnd > 0 && isBlank;
     keeper_->CountNumber(isNumber);
     if (!isNumber)
         Note(numberEnd == 0 ? noNumber : kMoreThanNumber);
@@ -207,9 +216,7 @@ void CConvGen::JudgeFields(std::initializer_list<std::string_view> numbers, bool
         double unused = 0;
         return NumberAtStart(text, unused) > 0;
     };
-    const auto isText = [](std::string_view text) {
-        return text.find_first_not_of(" \t\r") != std::string_view::npos;
-    };
+    const auto isText = [](std::string_view text) { return !IsBlankOrCr(text); };
     if (std::ranges::any_of(numbers, isNumber)) {
         if (!isWhole)
             Note(fieldsMissing);

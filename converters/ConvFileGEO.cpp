@@ -75,21 +75,23 @@ bool CConvFileGEO::LeggeUnaRiga() {
 void CConvFileGEO::ConvertiRiga() {
     const std::string_view code = Piece(line_, 0, 2);
     const std::string_view third = Piece(line_, 2, 1);
+    const bool isSpaced = Equals(third, " ");
     // Where the third character of a measurement's line is no space, the value loses its first one,
     // whatever it is.
-    const bool isCut = third != " " && (code == "Az" || code == "Zn" || code == "Dt" ||
-                                        code == "ZH" || code == "DO");
-    if (code == "In") {
+    const bool isCut =
+        !isSpaced && (Equals(code, "Az") || Equals(code, "Zn") || Equals(code, "Dt") ||
+                      Equals(code, "ZH") || Equals(code, "DO"));
+    if (Equals(code, "In")) {
         Information();
-    } else if (code == "St") {
+    } else if (Equals(code, "St")) {
         OpenRecord(RecordType::Station, WithoutLeading(data_, "P"));
-    } else if (code == "Pt") {
+    } else if (Equals(code, "Pt")) {
         OpenRecord(RecordType::Point, WithoutLeading(data_, "DP"));
     } else if (!FillSlot(kSlotCodes, code, isCut ? Piece(data_, 1) : data_)) {
         Skip();
         return;
     }
-    if (IsHeard() && !TrimBoth(third).empty())
+    if (!isSpaced && IsHeard() && !TrimBoth(third).empty())
         Note(isCut ? kValueCut : kThirdColumn);
 }
 

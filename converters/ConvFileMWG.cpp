@@ -81,9 +81,9 @@ void CConvFileMWG::ConvertLine() {
 
 void CConvFileMWG::AnalizzaRigaMWG() {
     const std::string_view word = Piece(line_, kWord);
-    if (word == "11")
+    if (Equals(word, "11"))
         Observation();
-    else if (word != "41" || !Information())
+    else if (!Equals(word, "41") || !Information())
         Repetition();
 }
 

@@ -66,7 +66,7 @@ constexpr Tag<Point> kPointTags[] = {
 template <class Table>
 auto* FindTag(const Table& table, std::string_view tag) {
     const auto* const found =
-        std::ranges::find(table, tag, [](const auto& row) { return row.tag; });
+        std::ranges::find_if(table, SameAs(tag), [](const auto& row) { return row.tag; });
     return found == std::end(table) ? nullptr : found;
 }
 

@@ -168,15 +168,13 @@ void CConvKeywordRecords::ConvertHeaderLine() {
     if (inHeader_)
         Skip(kBeforeHeader);
     else if (IsHeard() && CutKeyword(keyword) &&
-             std::ranges::find(kKeywords, keyword, &Keyword::keyword) != std::end(kKeywords))
+             std::ranges::find_if(kKeywords, SameAs(keyword), &Keyword::keyword) !=
+                 std::end(kKeywords))
         Note(kHeaderRecord);
 }
 
 void CConvKeywordRecords::AnalizzaRiga(std::string_view keyword) {
-    // The first character tells nearly all of them apart, without a call.
-    const auto* const found = std::ranges::find_if(kKeywords, [keyword](const Keyword& known) {
-        return known.keyword.front() == keyword.front() && known.keyword == keyword;
-    });
+    const auto* const found = std::ranges::find_if(kKeywords, SameAs(keyword), &Keyword::keyword);
     if (found == std::end(kKeywords)) {
         Skip();
     } else if (found->onlyWithPtlOff && !dialect_.hasPtlOff) {

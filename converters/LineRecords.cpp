@@ -1,6 +1,7 @@
 #include "converters/LineRecords.h"
 
 #include "routines/Numbers.h"
+#include "routines/Text.h"
 
 #include <algorithm>
 
@@ -32,7 +33,7 @@ void CConvLineRecords::NuovoRecord(RecordType type, std::string_view name) {
 
 bool CConvLineRecords::FillSlot(std::span<const SlotCode> table, std::string_view code,
                                 std::string_view value) {
-    const auto found = std::ranges::find(table, code, &SlotCode::code);
+    const auto found = std::ranges::find_if(table, SameAs(code), &SlotCode::code);
     if (found == table.end())
         return false;
     if (IsHeard())

@@ -85,6 +85,34 @@ constexpr bool Begins(std::string_view text, const char (&literal)[Size]) {
     return begins;
 }
 
+/// True where `text` is that literal; compared in place, too.
+template <std::size_t Size>
+constexpr bool Equals(std::string_view text, const char (&literal)[Size]) {
+    return text.size() == Size - 1 && Begins(text, literal);
+}
+
+/// Finds a keyword among the few of a table: their first and last characters tell most of them
+/// apart, without a call.
+class SameAs {
+public:
+    explicit constexpr SameAs(std::string_view wanted) : wanted_(wanted) {}
+
+    constexpr bool operator()(std::string_view text) const {
+        if (text.size() != wanted_.size())
+            return false;
+        return text.empty() || (text.front() == wanted_.front() && text.back() == wanted_.back() &&
+                                text == wanted_);
+    }
+
+private:
+    std::string_view wanted_;
+};
+
+/// True where `text` holds that character anywhere.
+constexpr bool Contains(std::string_view text, char wanted) {
+    return text.find(wanted) != std::string_view::npos;
+}
+
 /// True where `text` holds `piece` anywhere.
 constexpr bool Contains(std::string_view text, std::string_view piece) {
     return text.find(piece) != std::string_view::npos;

@@ -279,6 +279,7 @@ Integer IntegerAtStart(std::string_view text) {
 /// Most numbers of a field book have at most six decimals and fifteen digits. Of those no two are
 /// the same double: the one that gives the value back is the one with the fewest digits.
 constexpr double kFewDecimals = 1e6;
+constexpr int kFewPlaces = 6;
 constexpr double kFewDecimalsBelow = 1e9;
 
 /// The digits of the numbers 0 to 99, two each.
@@ -400,13 +401,17 @@ std::string StringDaDouble(double value, int width, int decimals) {
     // The longest double has 309 digits before the point.
     std::array<char, 512> buffer;
     const int places = std::clamp(decimals, 0, 100);
-    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                            std::chars_format::fixed, places);
-    std::string text(buffer.data(), error == std::errc{} ? end : buffer.data());
+    char* end = buffer.data();
+    if (std::fabs(value) < kFewDecimalsBelow && places <= kFewPlaces)
+        end = WriteDecimals(buffer.data(), value, places);
+    else
+        end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                            std::chars_format::fixed, places)
+                  .ptr;
+    const auto size = static_cast<std::size_t>(end - buffer.data());
     const auto wanted = static_cast<std::size_t>(std::max(width, 0));
-    if (text.size() < wanted)
-        text.insert(0, wanted - text.size(), ' ');
-    return text;
+    std::string text(std::max(size, wanted) - size, ' ');
+    return text.append(buffer.data(), size);
 }
 
 char* WriteDecimals(char* to, double value, int decimals) {

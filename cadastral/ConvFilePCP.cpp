@@ -132,6 +132,8 @@ bool CConvFilePCP::LeggeUnaRigaPCP() {
         return false;
     std::size_t length = 0;
     for (;;) {
+        length +=
+            file_->ReadRun(buffer_.data() + length, kLongestRecord - 1 - length, kRecordStart);
         const int c = file_->ReadChar();
         if (c == TextFile::kEnd) {
             atEnd_ = true;
@@ -215,7 +217,7 @@ void CConvFilePCP::TellLine() {
     keeper_->PieceBegins({.text = line.substr(0, nul),
                           .number = lineEnds_ + 1,
                           .continues = keeper_->Line() == lineEnds_ + 1,
-                          .hasLoneCr = Contains(text, "\r"),
+                          .hasLoneCr = Contains(text, '\r'),
                           .hasCrRun = run > 0,
                           .losesLast = atEnd_ && untold_.empty() && !isEnded});
     lineEnds_ += isEnded ? 1 : 0;
@@ -285,7 +287,13 @@ void CConvFilePCP::SeparaCampo() {
 /// every later one. Behind a character that is taken out the next one is not looked at, on purpose:
 /// later files refer to points by the names that earlier documents hold, which were cleaned so.
 void CConvFilePCP::CleanData() {
-    if (field_.size() < 2)
+    const auto isUnclean = [this](std::size_t i) {
+        return field_[i] == '\n' || field_[i] == '\r' || (field_[i] == ' ' && field_[i + 1] == ' ');
+    };
+    std::size_t clean = 0; // nearly always all of it
+    while (clean < field_.size() && !isUnclean(clean))
+        ++clean;
+    if (field_.size() < 2 || clean == field_.size())
         return;
     bool doubleBlankMet = false;
     const auto isTakenOut = [&](char c, char next) {

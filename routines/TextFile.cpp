@@ -172,6 +172,21 @@ int TextFile::ReadCompleteChar() {
     return static_cast<unsigned char>(charLine_[nextChar_++]);
 }
 
+/// A CR ends a run: what it is depends on what follows.
+std::size_t TextFile::ReadRun(char* to, std::size_t room, char stop) {
+    if (rules_ == LineRules::Complete)
+        return 0;
+    const char* const from = block_.get() + position_;
+    std::size_t size = std::min(end_ - position_, room);
+    for (const char end : {stop, '\r'}) {
+        if (const char* const found = Find(from, end, size))
+            size = static_cast<std::size_t>(found - from);
+    }
+    std::memcpy(to, from, size);
+    position_ += size;
+    return size;
+}
+
 /// The length of the next line, and of it with its line end; false where more must be read to tell.
 bool TextFile::FindLineEnd(std::size_t& length, std::size_t& taken) {
     char* const text = block_.get() + position_;

@@ -1,387 +1,351 @@
-// All five functions work alike. An angle is split into a multiple of a sixty-fourth, whose sine,
-// cosine or arc tangent stands in a table, and a rest of no more than half of that, for which few
-// terms of the Taylor series are enough. They are first summed as doubles, which settles all but
-// one result in a thousand; where two doubles are about equally near, they are summed again as
-// double-doubles. (Terms below 2^-50 of the result need no more than a double then, either.)
+// The quick way to a result, for all but one in some hundreds; those few are left to
+// TrigonometryInFull.
+//
+// An angle or a tangent is split into a multiple of a step and a rest t of no more than half of
+// one. What stands for the multiple is in a table, with more bits than a double has. So is the
+// factor of t, whose first 26 bits are multiplied with the first 26 bits of t, without loss; both
+// are added, and what the sum loses is kept. All else is at most 2^-15 of the result and done in
+// plain doubles. Each operation there is wrong by at most 2^-53 of its own result, here called a
+// unit, so that the whole is right to 2^-62 or better. Where all numbers as near as that to it
+// round to one double, this is the nearest to the true value. (2^-62 leaves three results of a
+// thousand unsettled, 2^-64 one.) The bounds are derived where they stand.
 
 #include "routines/Trigonometry.h"
 
-#include "routines/DoubleDouble.h"
+#include "routines/TrigonometryInFull.h"
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
-#include <utility>
 
 namespace {
 
 using convfile::DoubleDouble;
-using convfile::ExactSum;
-using convfile::SumOfOrdered;
+using convfile::kHalfPi;
+using convfile::kPi;
 
-constexpr DoubleDouble kHalfPi{0x1.921fb54442d18p+0, 0x1.1a62633145c07p-54};
-constexpr DoubleDouble kPi{2 * kHalfPi.high, 2 * kHalfPi.low};
-
-/// Of numbers below it, the higher powers are below half a unit in the last place.
-constexpr double kTiny = 0x1p-54;
-
-/// True where a sum that is right to 2^-63 of itself can only have one nearest double.
-bool IsCertain(DoubleDouble sum) {
-    const double doubt = 0x1p-63 * sum.high;
-    return sum.high + (sum.low + doubt) == sum.high && sum.high + (sum.low - doubt) == sum.high;
-}
-
-// Tables
-
-constexpr int kStepsOfOne = 64;
-
-/// Of a number that is not negative and fits; which of two it is nearest to does not matter.
-constexpr int ToWhole(double number) {
-    return static_cast<int>(number + 0.5); // NOLINT(bugprone-incorrect-roundings)
-}
-
-struct SineAndCosine {
-    DoubleDouble sine;
-    DoubleDouble cosine;
+/// A number as the sum of two doubles, the second much smaller; unlike a DoubleDouble it may have
+/// a first one that is not the nearest.
+struct Sum {
+    double high;
+    double low;
 };
 
-/// 1 - x / (n (n + 1)) (1 - x / ((n + 2) (n + 3)) (1 - ...)): the Taylor series of sine and cosine.
-constexpr DoubleDouble AlternatingSeries(DoubleDouble x, int n) {
-    constexpr int kEnough = 26; // x is below 1
-    DoubleDouble sum = 1;
-    for (int i = n + kEnough; i >= n; i -= 2)
-        sum = 1 - x / (i * (i + 1.0)) * sum;
-    return sum;
+/// Whether a sum that is off by less than the doubt has one nearest double only; and that one.
+inline bool Settles(Sum sum, double doubt, double& nearest) {
+    nearest = sum.high + (sum.low - doubt);
+    return nearest >= sum.high + (sum.low + doubt); // a NaN settles nothing
 }
 
-/// Of the multiples of the step up to pi / 4.
-constexpr auto kSines = [] {
-    std::array<SineAndCosine, 51> table;
-    for (std::size_t i = 0; i < table.size(); ++i) {
-        const double angle = static_cast<double>(i) / kStepsOfOne;
-        table[i].sine = angle * AlternatingSeries(angle * angle, 2);
-        table[i].cosine = AlternatingSeries(angle * angle, 1);
-    }
-    return table;
-}();
+/// The first 26 bits of a number, whose product with as many or 27 others is exact.
+constexpr double FirstHalf(double number) {
+    return std::bit_cast<double>(std::bit_cast<std::uint64_t>(number) & ~std::uint64_t{0x7ffffff});
+}
 
-/// Of the multiples of the step up to 1, by Euler's series: with y = x x / (1 + x x),
-/// x / (1 + x x) (1 + 2/3 y (1 + 4/5 y (1 + 6/7 y ...))), which no subtraction makes worse.
-constexpr auto kArcTans = [] {
-    std::array<DoubleDouble, kStepsOfOne + 1> table;
-    for (std::size_t i = 0; i < table.size(); ++i) {
-        const double x = static_cast<double>(i) / kStepsOfOne;
-        const DoubleDouble y = DoubleDouble(x * x) / (1 + x * x);
-        int enough = 1;
-        for (double power = 1; power > 0x1p-110; power *= y.high)
-            ++enough;
-        DoubleDouble sum = 1;
-        for (int n = enough; n > 0; --n)
-            sum = 1 + y * (DoubleDouble(2.0 * n) / (2.0 * n + 1)) * sum;
-        table[i] = DoubleDouble(x) / (1 + x * x) * sum;
-    }
-    return table;
-}();
+constexpr Sum Halves(double number) {
+    const double half = FirstHalf(number);
+    return {half, number - half};
+}
+
+constexpr Sum Halves(DoubleDouble number) {
+    const double half = FirstHalf(number.high);
+    return {half, (number.high - half) + number.low};
+}
 
 // Sine and cosine
 
-/// Of a rest of the step, whose square is given: its sine less itself, as a part of it; and its
-/// cosine less 1.
-double SineSeries(double square) {
-    return square * (-1.0 / 6 + square * (1.0 / 120 - square / 5040));
-}
-double CosineSeries(double square) {
-    return square * (-1.0 / 2 + square * (1.0 / 24 - square / 720));
-}
+constexpr int kStepsOfTurn = 512;
 
-/// The same to the last bit of a double-double.
-DoubleDouble SineSeries(DoubleDouble square) {
-    constexpr DoubleDouble kCubic = DoubleDouble(-1) / 6;
-    constexpr DoubleDouble kQuintic = DoubleDouble(1) / 120;
-    const double x = square.high;
-    const double small = x * (-1.0 / 5040 + x * (1.0 / 362880 - x / 39916800));
-    return square * (kCubic + square * (kQuintic + small));
-}
-DoubleDouble CosineSeries(DoubleDouble square) {
-    constexpr DoubleDouble kQuartic = DoubleDouble(1) / 24;
-    const double x = square.high;
-    const double small = x * (-1.0 / 720 + x * (1.0 / 40320 - x / 3628800));
-    return square * (square * (kQuartic + small) + -0.5);
-}
-
-/// Sine or cosine of an angle from 0 to pi / 4.
-double SineOrCosine(DoubleDouble angle, bool cosine) {
-    const int step = ToWhole(angle.high * kStepsOfOne);
-    const DoubleDouble t = angle + -static_cast<double>(step) / kStepsOfOne;
-    const SineAndCosine& start = kSines[static_cast<std::size_t>(step)];
-    const DoubleDouble along = cosine ? start.cosine : start.sine;
-    const DoubleDouble across = cosine ? -start.sine : start.cosine;
-
-    // along cos t + across sin t
-    const DoubleDouble linear = across * t;
-    const double square = t.high * t.high;
-    const double small = along.high * CosineSeries(square) + linear.high * SineSeries(square);
-    const DoubleDouble sum = ExactSum(along.high, linear.high);
-    const DoubleDouble quick = SumOfOrdered(sum.high, sum.low + (along.low + linear.low + small));
-    if (IsCertain(quick))
-        return quick.high;
-    const DoubleDouble exactSquare = t * t;
-    return (along + (along * CosineSeries(exactSquare) + linear + linear * SineSeries(exactSquare)))
-        .high;
-}
-
-/// An angle that is not negative, as a number of quarter turns (modulo 4) and a rest of at most
-/// half of one to either side.
-struct QuarterTurns {
-    unsigned count;
-    bool restIsNegative;
-    DoubleDouble rest; ///< without its sign
-};
-
-/// 2 / pi in words of 32 bits, the point before the third; as many as the largest double asks for.
-/// They are the first digits to the base 2^32, worked out once with 3000 bits and written down.
-constexpr std::array<std::uint32_t, 40> kTwoByPi = {
-    0,          0,          0xa2f9836e, 0x4e441529, 0xfc2757d1, 0xf534ddc0, 0xdb629599, 0x3c439041,
-    0xfe5163ab, 0xdebbc561, 0xb7246e3a, 0x424dd2e0, 0x06492eea, 0x09d1921c, 0xfe1deb1c, 0xb129a73e,
-    0xe88235f5, 0x2ebb4484, 0xe99c7026, 0xb45f7e41, 0x3991d639, 0x835339f4, 0x9c845f8b, 0xbdf9283b,
-    0x1ff897ff, 0xde05980f, 0xef2f118b, 0x5a0a6d1f, 0x6d367ecf, 0x27cb09b7, 0x4f463f66, 0x9e5fea2d,
-    0x7527bac7, 0xebe5f17b, 0x3d0739f7, 0x8a5292ea, 0x6bfb5fb1, 0x1f8d5d08, 0x56033046, 0xfc7b6bab};
-
-/// angle x 2 / pi modulo 4, as a fixed-point number: 2 bits before the point, 254 behind. The angle
-/// is mantissa x 2^exponent. Of 2 / pi the words whose product with the mantissa is a multiple of 4
-/// are left out, and the eight next ones are multiplied: 170 bits behind the point are right, of
-/// which at most 62 are zeros, since no double comes nearer to a multiple of pi / 2.
-std::array<std::uint64_t, 4> InQuarterTurns(std::uint64_t mantissa, int exponent) {
-    constexpr std::size_t kWords = 8;
-    constexpr std::uint64_t kWord = 0xffffffff;
-    const auto place = static_cast<unsigned>(exponent + 62);
-    const std::uint32_t* const words = &kTwoByPi[place / 32];
-    std::array<std::uint64_t, kWords> product; // modulo 2^256
-    std::uint64_t carry = 0;
-    for (std::size_t i = kWords; i-- > 0;) {
-        const std::uint64_t sum = (mantissa & kWord) * words[i] + carry;
-        product[i] = sum & kWord;
-        carry = sum >> 32;
+/// The sines of the multiples of the step, of a turn and a quarter: what stands a quarter turn
+/// behind each is its cosine.
+constexpr auto kSines = [] {
+    constexpr int kHalfTurn = kStepsOfTurn / 2;
+    constexpr int kQuarter = kStepsOfTurn / 4;
+    std::array<Sum, kStepsOfTurn + kQuarter> table{};
+    for (int i = 0; i < static_cast<int>(table.size()); ++i) {
+        const int sinceAxis = i % kHalfTurn;
+        const int fromAxis = sinceAxis > kQuarter ? kHalfTurn - sinceAxis : sinceAxis;
+        const bool isCosine = fromAxis > kQuarter / 2;
+        const double steps = isCosine ? kQuarter - fromAxis : fromAxis;
+        const DoubleDouble angle = kPi * (steps / kHalfTurn);
+        const DoubleDouble square = angle * angle;
+        const DoubleDouble size = isCosine ? convfile::AlternatingSeries(square, 1)
+                                           : angle * convfile::AlternatingSeries(square, 2);
+        table[static_cast<std::size_t>(i)] = Halves(i / kHalfTurn % 2 == 0 ? size : -size);
     }
-    carry = 0;
-    for (std::size_t i = kWords; i-- > 1;) {
-        const std::uint64_t sum = (mantissa >> 32) * words[i] + product[i - 1] + carry;
-        product[i - 1] = sum & kWord;
-        carry = sum >> 32;
-    }
-    const unsigned shift = place % 32;
-    std::array<std::uint64_t, 4> turns{};
-    for (std::size_t i = 0; i < turns.size(); ++i) {
-        const std::uint64_t next = i + 1 < turns.size() ? product[2 * i + 2] : 0;
-        turns[i] =
-            product[2 * i] << 32 << shift | product[2 * i + 1] << shift | next >> (32 - shift);
-    }
-    return turns;
+    return table;
+}();
+
+/// Angles of some turns: their number of steps has no more than eleven bits.
+constexpr double kMostRadians = 24;
+
+/// The sine of an angle below that, and of as many steps more.
+inline Sum SineAfter(std::size_t steps, double angle) {
+    // The step, pi / 256, in three parts, the first two of 31 and 32 bits, so that their products
+    // with the number of steps are exact; so is the first difference, since both numbers are
+    // multiples of the same power of 2 and nearly the same. The third product is off by 2^-118.
+    constexpr std::array<double, 3> kStep = {0x1.921fb544p-7, 0x1.0b4611a6p-41,
+                                             0x1.3198a2e037073p-76};
+    constexpr double kStepsOfRadian = 0x1.45f306dc9c883p+6;
+    constexpr double kRoundToWhole = 0x1.8p52;
+    const double shifted = angle * kStepsOfRadian + kRoundToWhole;
+    const double count = shifted - kRoundToWhole;
+    const double first = angle - count * kStep[0];
+    const double second = count * kStep[1];
+    const double t = first - second;
+    const double half = FirstHalf(t);
+    const double rest = (t - half) + (((first - t) - second) - count * kStep[2]);
+
+    const std::size_t row = (std::bit_cast<std::uint64_t>(shifted) + steps) % kStepsOfTurn;
+    const Sum* const start = &kSines[row];
+    const Sum sine = start[0];
+    const Sum cosine = start[kStepsOfTurn / 4];
+
+    // sine x cos t + cosine x sin t
+    const double square = t * t;
+    const double cosineLess1 = square * (-1.0 / 2 + square * (1.0 / 24 + square * (-1.0 / 720)));
+    const double sineLessT =
+        t * square * (-1.0 / 6 + square * (1.0 / 120 + square * (-1.0 / 5040)));
+    const double linear = cosine.high * half;
+    const double high = sine.high + linear;
+    const double low =
+        ((sine.high - high) + linear) +
+        (sine.low + (cosine.low * half + ((sine.high + sine.low) * cosineLess1 +
+                                          (cosine.high + cosine.low) * (sineLessT + rest))));
+    return {high, low};
 }
 
-constexpr double PowerOfTwo(int exponent) {
-    return std::bit_cast<double>(static_cast<std::uint64_t>(exponent + 1023) << 52);
-}
-
-/// Of an angle above pi / 4, whatever it is.
-QuarterTurns InManyQuarterTurns(double angle) {
-    constexpr std::uint64_t kHiddenBit = std::uint64_t{1} << 52;
-    const auto bits = std::bit_cast<std::uint64_t>(angle);
-    std::array<std::uint64_t, 4> turns =
-        InQuarterTurns((bits & (kHiddenBit - 1)) | kHiddenBit, static_cast<int>(bits >> 52) - 1075);
-
-    // To the nearest whole number.
-    constexpr std::uint64_t kHalf = std::uint64_t{1} << 61;
-    QuarterTurns result{};
-    result.count = static_cast<unsigned>((turns[0] + kHalf) >> 62);
-    result.restIsNegative = (turns[0] & kHalf) != 0;
-    if (result.restIsNegative) {
-        for (std::uint64_t& word : turns)
-            word = ~word; // one unit of 2^-254 less: nothing beside the 170 bits
-    }
-    turns[0] &= 2 * kHalf - 1;
-
-    // The first 53 bits from the first that is set, and the 64 behind them.
-    const std::size_t begin = turns[0] == 0 ? 1 : 0;
-    const int zeros = std::countl_zero(turns[begin]);
-    const auto shifted = [&](std::size_t i) {
-        return turns[i] << zeros | turns[i + 1] >> 1 >> (63 - zeros);
-    };
-    const std::uint64_t first = shifted(begin);
-    const double unit = PowerOfTwo(-51 - 64 * static_cast<int>(begin) - zeros);
-    const DoubleDouble fraction = SumOfOrdered(
-        static_cast<double>(first >> 11) * unit,
-        static_cast<double>(first << 53 | shifted(begin + 1) >> 11) * (unit * 0x1p-64));
-    result.rest = fraction * kHalfPi;
-    return result;
-}
-
-/// The same, quicker for what is no more than a few hundred turns and not near to a whole number of
-/// quarter turns: these are subtracted in three parts, of which the first two have so few bits that
-/// nothing is lost.
-QuarterTurns InQuarterTurns(double angle) {
-    constexpr double kMost = 1000;
-    constexpr double kNear = 0x1p-10;
-    constexpr double kTwoByPiRounded = 0x1.45f306dc9c883p-1;
-    constexpr std::array<double, 3> kHalfPiInParts = {0x1.921fb54442c00p+0, 0x1.18469898cc000p-44,
-                                                      0x1.45c06e0e68948p-86};
-    if (angle > kMost)
-        return InManyQuarterTurns(angle);
-    const int count = ToWhole(angle * kTwoByPiRounded);
-    const double turns = count;
-    const DoubleDouble parts =
-        ExactSum(angle - turns * kHalfPiInParts[0], -turns * kHalfPiInParts[1]);
-    const DoubleDouble rest = SumOfOrdered(parts.high, parts.low - turns * kHalfPiInParts[2]);
-    if (std::fabs(rest.high) < kNear)
-        return InManyQuarterTurns(angle);
-    const bool negative = rest.high < 0;
-    return {static_cast<unsigned>(count), negative, negative ? -rest : rest};
-}
-
-/// The sine of an angle and a number of quarter turns.
-double SineAfter(unsigned quarterTurns, double angle) {
-    QuarterTurns turns{};
-    const double size = std::fabs(angle);
-    if (size <= kHalfPi.high / 2)
-        turns.rest = size;
-    else
-        turns = InQuarterTurns(size);
-    const bool backwards = std::signbit(angle);
-    const unsigned count = (backwards ? 0U - turns.count : turns.count) + quarterTurns;
-    const bool restIsNegative = turns.restIsNegative != backwards;
-    const bool cosine = count % 2 != 0;
-    const double value = SineOrCosine(turns.rest, cosine);
-    const bool lowerHalf = count % 4 >= 2;
-    return lowerHalf != (restIsNegative && !cosine) ? -value : value;
+/// How far that may be off. The cosine of t, less 1, is below 2^-15.69. Multiplied by the table's
+/// sine it is seven units of that off: two because the square leaves out the rest of t, one each
+/// for the square, the last addition and multiplication of the series, the sum of the table's
+/// halves and the product. To add the other parts and the doubt costs five more, and what is
+/// multiplied by the cosine is so much smaller that its own units make no more than two. Fourteen
+/// units are 2^-64.88 of the table's sine, and that is at most twice the result: 2^-63.88.
+///
+/// At the axis the table's sine is 0 and the result t less t t t / 6, of which ten units are
+/// 2^-66.9 of t. What the series leave out is below 2^-74. The angle's rest is off by 2^-117 and
+/// nothing.
+inline double DoubtOfSine(double sine) {
+    return 0x1.4p-64 * std::fabs(sine) + 0x1p-112;
 }
 
 // Arc tangent and arc cosine
 
-/// Of a rest of the step, whose square is given: its arc tangent less itself, as a part of it.
-double ArcTanSeries(double square) {
-    return square * (-1.0 / 3 + square * (1.0 / 5 + square * (-1.0 / 7 + square / 9)));
-}
+constexpr std::size_t kStepsOfOne = 128;
 
-/// The same to the last bit of a double-double.
-DoubleDouble ArcTanSeries(DoubleDouble square) {
-    constexpr DoubleDouble kThird = DoubleDouble(-1) / 3;
-    constexpr DoubleDouble kFifth = DoubleDouble(1) / 5;
-    constexpr DoubleDouble kSeventh = DoubleDouble(-1) / 7;
-    const double x = square.high;
-    const double small = x * (1.0 / 9 + x * (-1.0 / 11 + x * (1.0 / 13 - x / 15)));
-    return square * (kThird + square * (kFifth + square * (kSeventh + small)));
-}
-
-/// A quotient as its first 26 bits and a rest that is right to 2^-77 of it; and as one double.
-struct Quotient {
-    double firstHalf;
-    double rest;
+/// The Taylor series around a multiple of the step: the arc tangent there, as a number of few bits
+/// and a rest; its slope, as 26 bits and a rest; and the coefficients of the powers of t.
+struct ArcTanSeries {
     double high;
+    double low;
+    double slopeHigh;
+    double slopeLow;
+    double t2;
+    double t3;
+    double t4;
+    double t5;
+    double t6;
+    double t7;
 };
 
-/// The first 26 bits of a number, whose product with as many or 27 others is exact.
-double FirstHalf(double number) {
-    return std::bit_cast<double>(std::bit_cast<std::uint64_t>(number) & ~std::uint64_t{0x7ffffff});
+/// A number below 4 to 40 bits behind the point: two of them add without loss.
+constexpr double Coarse(double number) {
+    constexpr double kRound = 0x1.8p12;
+    return (number + kRound) - kRound;
 }
 
-/// (y - c x) / (x + c y), where c has few bits: the products with halves are exact, and so is the
-/// first difference, since neither part of it is more than twice the other.
-Quotient TurnedBack(DoubleDouble y, DoubleDouble x, double c) {
-    const double xHalf = FirstHalf(x.high);
-    const double yHalf = FirstHalf(y.high);
-    const DoubleDouble up = SumOfOrdered(y.high - c * xHalf, -c * (x.high - xHalf));
-    const double upLow = up.low + (y.low - c * x.low);
-    const DoubleDouble first = SumOfOrdered(x.high, c * yHalf);
-    const DoubleDouble along =
-        SumOfOrdered(first.high, first.low + (c * (y.high - yHalf) + (x.low + c * y.low)));
+constexpr auto kArcTanSeries = [] {
+    std::array<ArcTanSeries, kStepsOfOne + 1> table{};
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        const double c = static_cast<double>(i) / kStepsOfOne;
+        ArcTanSeries& series = table[i];
+        const DoubleDouble angle = convfile::ArcTanByEuler(c);
+        series.high = Coarse(angle.high);
+        series.low = (angle.high - series.high) + angle.low;
 
-    const double inverse = 1 / (x.high + c * y.high);
-    const double quotient = up.high * inverse;
-    const double half = FirstHalf(quotient);
-    const double alongHalf = FirstHalf(along.high);
-    const double rest = ((up.high - half * alongHalf) - half * (along.high - alongHalf)) +
-                        (upLow - half * along.low);
-    return {half, rest * inverse, quotient};
+        // The coefficients of the slope 1 / (1 + x x) fulfil (1 + c c) b + 2 c b' + b'' = 0, three
+        // in a row; those of its integral are these, divided by the power.
+        const DoubleDouble scale = 1 + c * c;
+        DoubleDouble b = DoubleDouble(1) / scale;
+        DoubleDouble before = 0;
+        const Sum slope = Halves(b);
+        series.slopeHigh = slope.high;
+        series.slopeLow = slope.low;
+        double power = 1;
+        for (double* const coefficient :
+             {&series.t2, &series.t3, &series.t4, &series.t5, &series.t6, &series.t7}) {
+            const DoubleDouble next = -(b * (2 * c) + before) / scale;
+            before = b;
+            b = next;
+            power += 1;
+            *coefficient = (b / power).high;
+        }
+    }
+    return table;
+}();
+
+/// Where the angle of a vector starts from, to which is added, or from which is subtracted, the arc
+/// tangent of a quotient: of the lesser part of the vector by the greater one.
+///
+/// How far the angle may be off: t is at most 2^-8. The curved part, in the main t t c / (1 + c
+/// c)^2, is seven units of it off: three for the square of t, which is itself a rounded sum, three
+/// for the coefficient and the two sums with it, one for the product. The higher powers add one. To
+/// add the other parts and the doubt costs five more. The series ends before the eighth power,
+/// whose coefficient is below 1 / 8 and below c.
+///
+/// Where it starts from 0, the angle is at least half of c. The end of the series is 2^-63 of it,
+/// fifteen units of 2 t t are 2^-64.0, the ninth power is 2^-67: together 2^-62.3. (In the first
+/// half of a step, c is 0 and the curved part t t t / 3, fifteen units of which are 2^-66 of t.
+/// There the error of the quotient counts in full, and makes 2^-63 of it down to 2^-14.)
+///
+/// Elsewhere the angle is at least pi / 4. The curved part is at most 0.325 t t, thirteen units of
+/// it are 2^-66.9, the end of the series is 2^-67: together 2^-65.9, or 2^-65.5 of the angle.
+struct Octant {
+    double high;
+    double low;
+    double sign;
+    double doubt;         ///< more than it may be off, as a part of it
+    double leastQuotient; ///< for which that is true
+};
+
+constexpr double kDoubtFromZero = 0x1p-62;
+constexpr double kDoubt = 0x1p-65;
+
+constexpr Octant MakeOctant(DoubleDouble start, double sign, double doubt, double leastQuotient) {
+    const double high = Coarse(start.high);
+    return {high, (start.high - high) + start.low, sign, doubt, leastQuotient};
 }
 
-/// The angle of the vector (x, y), or of (-x, y) where `behind`; x and y are not negative.
-double Angle(DoubleDouble y, DoubleDouble x, bool behind) {
-    const bool steep = y.high > x.high;
-    if (steep)
-        std::swap(x, y);
+/// By whether the vector is steep, 1, and goes back, 2.
+constexpr std::array<Octant, 4> kOctants = {
+    MakeOctant(0, 1, kDoubtFromZero, 0x1p-14), MakeOctant(kHalfPi, -1, kDoubt, 0),
+    MakeOctant(kPi, -1, kDoubt, 0), MakeOctant(kHalfPi, 1, kDoubt, 0)};
 
-    // Turned back by a multiple of the step, whose tangent is c, it is the vector (x + c y, y - c
-    // x). The step is chosen so that y is more than half of c x.
-    const int step = static_cast<int>(y.high / x.high * kStepsOfOne + 0.4999);
-    const double c = static_cast<double>(step) / kStepsOfOne;
-    DoubleDouble start = kArcTans[static_cast<std::size_t>(step)];
-    if (steep)
-        start = kHalfPi - start;
-    if (behind)
-        start = kPi - start;
-    const double sign = steep != behind ? -1 : 1;
+const Octant& OctantOf(bool steep, bool back) {
+    return kOctants[(steep ? 1U : 0U) + (back ? 2U : 0U)];
+}
 
-    const Quotient t = TurnedBack(y, x, c);
-    const double small = t.high * ArcTanSeries(t.high * t.high);
-    const DoubleDouble sum = SumOfOrdered(start.high, sign * t.firstHalf);
-    const DoubleDouble quick =
-        SumOfOrdered(sum.high, sum.low + (start.low + sign * (t.rest + small)));
-    if (IsCertain(quick))
-        return quick.high;
-    const DoubleDouble exact = (y - x * c) / (x + y * c);
-    return (start + (exact + exact * ArcTanSeries(exact * exact)) * sign).high;
+/// (dividend - lack) / divisor, at most 1, by the inverse of the divisor: a multiple of 2^-26,
+/// which multiplies the first half of the divisor without loss and the other as well, and a rest.
+/// What that leaves of the dividend is about 2^-27 of the divisor and few units of it off, so the
+/// quotient is right to 2^-78; below 2^-24 to 2^-77, since the first difference may lose its last
+/// bits there.
+inline Sum Quotient(double dividend, double lack, Sum divisor, double inverse) {
+    constexpr double kRoundToHalf = 0x1.8p26;
+    const double half = ((dividend - lack) * inverse + kRoundToHalf) - kRoundToHalf;
+    const double rest = ((dividend - half * divisor.high) - half * divisor.low) - lack;
+    return {half, rest * inverse};
+}
+
+/// The quotient has 26 bits and a rest, or is a multiple of 2^-26 and a rest.
+inline Sum AngleOf(Sum quotient, const Octant& octant) {
+    constexpr double kRoundToStep = 0x1.8p45;
+    const double shifted = quotient.high + kRoundToStep;
+    const ArcTanSeries& series =
+        kArcTanSeries[std::bit_cast<std::uint64_t>(shifted) % (2 * kStepsOfOne)];
+
+    // high: start + sign (arc tangent of c + slope t)
+    const double half = quotient.high - (shifted - kRoundToStep);
+    const double t = half + quotient.low;
+    const double square = t * t;
+    const double curved = (series.t2 + square * (series.t4 + square * series.t6)) +
+                          t * (series.t3 + square * (series.t5 + square * series.t7));
+    const double rest =
+        series.low + (t * series.slopeLow + quotient.low * series.slopeHigh + square * curved);
+    const double base = octant.high + octant.sign * series.high;
+    const double linear = octant.sign * (half * series.slopeHigh);
+    const double high = base + linear;
+    return {high, ((base - high) + linear) + (octant.low + octant.sign * rest)};
 }
 
 } // namespace
 
 double Sin(double angle) {
-    if (!std::isfinite(angle))
-        return angle - angle;
-    return std::fabs(angle) < kTiny ? angle : SineAfter(0, angle);
+    double sine = 0;
+    if (std::fabs(angle) < kMostRadians) [[likely]] {
+        const Sum sum = SineAfter(0, angle);
+        if (Settles(sum, DoubtOfSine(sum.high), sine)) [[likely]]
+            return sine;
+    }
+    return convfile::SinInFull(angle);
 }
 
 double Cos(double angle) {
-    return std::isfinite(angle) ? SineAfter(1, angle) : angle - angle;
+    double cosine = 0;
+    if (std::fabs(angle) < kMostRadians) [[likely]] {
+        const Sum sum = SineAfter(kStepsOfTurn / 4, angle);
+        if (Settles(sum, DoubtOfSine(sum.high), cosine)) [[likely]]
+            return cosine;
+    }
+    return convfile::CosInFull(angle);
 }
 
 double ArcTan(double tangent) {
-    return ArcTan2(tangent, 1);
+    constexpr double kTiny = 0x1p-54;
+    const double size = std::fabs(tangent);
+    double angle = 0;
+    if (size > 1) {
+        const Sum sum = AngleOf(Quotient(1, 0, Halves(size), 1 / size), kOctants[1]);
+        if (Settles(sum, kDoubt, angle)) [[likely]]
+            return std::copysign(angle, tangent);
+    } else if (size >= kTiny) {
+        const Sum sum = AngleOf(Halves(size), kOctants[0]);
+        if (Settles(sum, kDoubtFromZero * sum.high, angle)) [[likely]]
+            return std::copysign(angle, tangent);
+    }
+    return convfile::ArcTan2InFull(tangent, 1);
 }
 
 double ArcTan2(double y, double x) {
-    if (std::isnan(y) || std::isnan(x))
-        return y + x;
-    double up = std::fabs(y);
-    double along = std::fabs(x);
-    if (std::isinf(up) || std::isinf(along)) {
-        up = std::isinf(up) ? 1 : 0;
-        along = std::isinf(along) ? 1 : 0;
-    } else if (up == 0 && along == 0) {
-        along = 1;
+    constexpr double kMuch = 0x1p500;
+    const double up = std::fabs(y);
+    const double along = std::fabs(x);
+    const bool steep = up > along;
+    const double divisor = steep ? up : along;
+    if (divisor > 1 / kMuch && divisor < kMuch) [[likely]] {
+        const Octant& octant = OctantOf(steep, std::signbit(x));
+        const Sum quotient = Quotient(steep ? along : up, 0, Halves(divisor), 1 / divisor);
+        double angle = 0;
+        if (quotient.high >= octant.leastQuotient) [[likely]] {
+            const Sum sum = AngleOf(quotient, octant);
+            if (Settles(sum, octant.doubt * sum.high, angle)) [[likely]]
+                return std::copysign(angle, y);
+        }
     }
-    const bool behind = std::signbit(x);
-    if (!behind && up < along * kTiny)
-        return std::copysign(up / along, y);
-
-    // What is far from 1 is brought nearer, both alike, so that nothing overflows. (The lesser one
-    // may become 0 only where it is nothing beside a right angle.)
-    constexpr double kMuch = 0x1p400;
-    const double most = std::max(up, along);
-    if (most > kMuch || most < 1 / kMuch) {
-        const double factor = most > kMuch ? 0x1p-600 : 0x1p600;
-        up *= factor;
-        along *= factor;
-    }
-    return std::copysign(Angle(up, along, behind), y);
+    return convfile::ArcTan2InFull(y, x);
 }
 
 double ArcCos(double cosine) {
-    if (!(std::fabs(cosine) <= 1))
-        return std::isnan(cosine) ? cosine : std::numeric_limits<double>::quiet_NaN();
-    const DoubleDouble sine = SquareRoot(ExactSum(1, cosine) * ExactSum(1, -cosine));
-    return Angle(sine, std::fabs(cosine), std::signbit(cosine));
+    const double along = std::fabs(cosine);
+    if (along < 1) [[likely]] {
+        // The sine is the root of (1 - cosine) (1 + cosine), two exact sums. The product of their
+        // first halves is exact; all else is below 2^-23 of it and few units off. So is what the
+        // square of the root's first half leaves. The sine, and the quotient, are right to 2^-73.
+        const double less = 1 - along;
+        const double more = 1 + along;
+        const double lessRest = (1 - less) - along;
+        const double moreRest = along - (more - 1);
+        const Sum l = Halves(less);
+        const Sum m = Halves(more);
+        const double square = l.high * m.high;
+        const double squareRest =
+            (l.high * m.low + l.low * more) + (less * moreRest + more * lessRest);
+        const double up = std::sqrt(square + squareRest);
+        const double half = FirstHalf(up);
+        const Sum sine = {half, ((square - half * half) + squareRest) / (up + half)};
+
+        const bool steep = up > along;
+        const Octant& octant = OctantOf(steep, std::signbit(cosine));
+        const Sum quotient = steep ? Quotient(along, 0, sine, 1 / up)
+                                   : Quotient(sine.high, -sine.low, Halves(along), 1 / along);
+        double angle = 0;
+        if (quotient.high >= octant.leastQuotient) [[likely]] {
+            const Sum sum = AngleOf(quotient, octant);
+            if (Settles(sum, octant.doubt * sum.high, angle)) [[likely]]
+                return angle;
+        }
+    }
+    return convfile::ArcCosInFull(cosine);
 }

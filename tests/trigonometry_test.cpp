@@ -2,6 +2,8 @@
 
 #include "routines/Trigonometry.h"
 
+#include "routines/TrigonometryInFull.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -192,6 +194,41 @@ TEST(Trigonometry, GivesTheNearestDoublesTheSameBitsOnEverySystem) {
               0x77ee8d15b6af1607U);
     EXPECT_EQ(arcCos([](A& a) { return Pair{std::fabs(a.OfAnySize(-53, -1)) / 2 - 1}; }),
               0x74fb5e50ca951fe7U);
+}
+
+/// What a few bits settle is no other double than what a hundred bits say: where the steps of the
+/// tables meet, next to the axes, and for the lengths and angles that are measured.
+TEST(Trigonometry, SettlesNothingThatMoreBitsRefute) {
+    constexpr double kHalfTurn = 0x1.921fb54442d18p+1;
+    constexpr double kOfGon = 0.01570796327;
+    Arguments random;
+    const auto decimals = [&](double most, double ofOne) {
+        return std::floor(random.Unit() * most * ofOne) / ofOne;
+    };
+    const auto expectSine = [](double angle) {
+        EXPECT_EQ(Sin(angle), convfile::SinInFull(angle)) << std::hexfloat << angle;
+        EXPECT_EQ(Cos(angle), convfile::CosInFull(angle)) << std::hexfloat << angle;
+    };
+    const auto expectArcs = [](double y, double x) {
+        EXPECT_EQ(ArcTan2(y, x), convfile::ArcTan2InFull(y, x)) << std::hexfloat << y << ' ' << x;
+        const double tangent = y / x;
+        EXPECT_EQ(ArcTan(tangent), convfile::ArcTan2InFull(tangent, 1)) << std::hexfloat << tangent;
+        const double cosine = y / std::sqrt(x * x + y * y);
+        EXPECT_EQ(ArcCos(cosine), convfile::ArcCosInFull(cosine)) << std::hexfloat << cosine;
+    };
+    for (int i = 0; i < 20000; ++i) {
+        const double near = random.OfAnySize(-60, -8);
+        expectSine(decimals(400, 1e4) * kOfGon);
+        expectSine(decimals(400, 1) * kOfGon);
+        expectSine(random.NextToMultipleOf(kHalfTurn / 200));
+        expectSine(random.NextToMultipleOf(kHalfTurn / 512));
+        expectSine(random.NextToMultipleOf(kHalfTurn / 2) + near);
+        expectArcs(decimals(200, 1e3) - 100, decimals(200, 1e3) - 100.0005);
+        expectArcs(decimals(4, 1e3) - 2, 1 + decimals(100, 1e3));
+        expectArcs(std::fmod(random.NextToMultipleOf(1 / 256.0), 1) + near, -1);
+        expectArcs(1, std::fmod(random.NextToMultipleOf(1 / 128.0), 1) + near);
+        expectArcs(near, 3);
+    }
 }
 
 } // namespace

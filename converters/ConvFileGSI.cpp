@@ -33,6 +33,7 @@
 #include "routines/Text.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <utility>
 
@@ -57,16 +58,9 @@ constexpr std::size_t kLastFound = 254;
 constexpr std::size_t kFirstWordEnd = 3;
 
 /// True where the line is marked as one to leave out, by "25.342" anywhere in it. Looked at on
-/// every line, so by its rarest character.
+/// every line, so by its rarest pair of characters.
 bool HoldsIgnoredMark(std::string_view line) {
-    constexpr std::string_view kMark = "25.342";
-    constexpr std::size_t kPoint = 2;
-    bool holds = false;
-    ForEachPosition(line, '.', [&](std::size_t point) {
-        holds = holds || (point >= kPoint && line[point - 1] == kMark[1] &&
-                          line.substr(point - kPoint).starts_with(kMark));
-    });
-    return holds;
+    return HoldsPair(line, '5', '.') && Contains(line, "25.342");
 }
 
 // What is remarked on.
@@ -179,6 +173,7 @@ double GonFromMils(double data) {
 /// What becomes of the words of a line, by their indexes.
 struct CConvFileGSI::WordRules {
     std::array<const Cause*, kNoIndex> causes{}; ///< what is remarked on; null: it is read
+    IndexSet notRead;                            ///< those with a cause
 
     constexpr WordRules(std::initializer_list<std::uint8_t> indexes) {
         Fill(0, kNoIndex - 1, kOtherWords);
@@ -186,8 +181,10 @@ struct CConvFileGSI::WordRules {
         Fill(72, 79, kAttributes);
         Fill(81, 83, kPointCoordinates);
         Fill(84, 86, kStationCoordinates);
-        for (const std::uint8_t index : indexes)
+        for (const std::uint8_t index : indexes) {
             causes[index] = nullptr;
+            notRead.Remove(index);
+        }
     }
 
     constexpr WordRules OfStation() const {
@@ -200,8 +197,10 @@ struct CConvFileGSI::WordRules {
 
 private:
     constexpr void Fill(std::size_t first, std::size_t last, const Cause& cause) {
-        for (std::size_t i = first; i <= last; ++i)
+        for (std::size_t i = first; i <= last; ++i) {
             causes[i] = &cause;
+            notRead.Add(i);
+        }
     }
 };
 
@@ -489,13 +488,15 @@ bool CConvFileGSI::BeginsWithPointNumber() const {
 
 /// Remarks on a line of measurements: a station or a point.
 void CConvFileGSI::JudgeLine(bool isStation) {
-    if (IsReadWhole() && BeginsWithPointNumber() && BeginsWithWord()) [[likely]]
-        return;
-    const bool begins = BeginsWithWord();
     const bool withPlace = Rules().readsCoordinates;
     const WordRules& ofStation = withPlace ? kStationWordsWithPlace : kStationWords;
     const WordRules& ofPoint = withPlace ? kPointWordsWithPlace : kPointWords;
     const WordRules& rules = isStation ? ofStation : ofPoint;
+    const bool begins = BeginsWithWord();
+    if (begins && BeginsWithPointNumber() && !holdsOtherWords_) [[likely]] {
+        NoteNotRead(rules);
+        return;
+    }
     if (!JudgeWords(rules) && !begins)
         Skip(kNoWord);
     else if (!begins || !BeginsWithPointNumber())
@@ -504,15 +505,21 @@ void CConvFileGSI::JudgeLine(bool isStation) {
 
 /// Remarks on a code block that is read.
 void CConvFileGSI::JudgeBlock(const Record& station) {
-    JudgeWords(kBlockWords);
+    if (holdsOtherWords_)
+        JudgeWords(kBlockWords);
+    else
+        NoteNotRead(kBlockWords);
     if (station.isStation && station.name.empty())
         Note(kNoStationName);
 }
 
-/// True where as many words were read of the line as it has: nearly always.
-bool CConvFileGSI::IsReadWhole() const {
-    const bool endsInBlank = blankCount_ > 0 && blanks_[blankCount_ - 1] + 1 == line_.size();
-    return wordsRead_ + (endsInBlank ? 1 : 0) == blankCount_;
+/// Remarks on the words of the current line that have an index and are not read.
+void CConvFileGSI::NoteNotRead(const WordRules& rules) {
+    for (std::size_t half = 0; half < indexes_.bits.size(); ++half) {
+        std::uint64_t left = indexes_.bits[half] & rules.notRead.bits[half];
+        for (; left != 0; left &= left - 1)
+            Note(*rules.causes[64 * half + static_cast<std::size_t>(std::countr_zero(left))]);
+    }
 }
 
 /// Remarks on the words of the current line that are not read, by their indexes. True where one but
@@ -521,7 +528,7 @@ bool CConvFileGSI::JudgeWords(const WordRules& rules) {
     bool holdsWord = false;
     for (std::size_t i = 0; i < blankCount_; ++i) {
         const std::string_view word = line_.substr(blanks_[i]);
-        if (word.size() < 2 || IsBlank(word[1]) || word[1] == '\r')
+        if (IsMereBlank(word))
             continue;
         const std::size_t index = WordIndex(word);
         holdsWord = holdsWord || (word.size() > kSign && IsSign(word[kSign]) && IsDigit(word[1]));
@@ -546,21 +553,30 @@ void CConvFileGSI::JudgeOtherBlock(const Cause& cause) {
 void CConvFileGSI::FindWords() {
     if (line_.size() > blanks_.size())
         blanks_.resize(line_.size());
-    blankCount_ = wordsRead_ = 0;
-    firstWords_.fill(kAbsent);
-    ForEachPosition(line_, ' ', [&](std::size_t blank) {
-        const std::size_t index = WordIndex(line_.substr(blank));
-        if (index != kNoIndex && firstWords_[index] == kAbsent)
+    blankCount_ = 0;
+    indexes_ = {};
+    holdsOtherWords_ = false;
+    Positions blanks(line_, ' ');
+    for (std::size_t blank = blanks.Next(); blank != Positions::kNone; blank = blanks.Next()) {
+        const std::string_view word(line_.data() + blank, line_.size() - blank);
+        const std::size_t index = WordIndex(word);
+        if (index == kNoIndex) {
+            holdsOtherWords_ = holdsOtherWords_ || !IsMereBlank(word);
+        } else if (!indexes_.Holds(index)) {
+            indexes_.Add(index);
             firstWords_[index] = static_cast<std::uint8_t>(std::min(blankCount_, kLastFound));
+        }
         blanks_[blankCount_++] = static_cast<std::uint32_t>(blank);
-    });
+    }
 }
 
 /// The first word that begins with the key (its blank included), as its place in blanks_; kAbsent
 /// where there is none.
 std::size_t CConvFileGSI::FindKey(const Key& key) const {
+    if (!indexes_.Holds(key.index))
+        return kAbsent;
     const std::size_t first = firstWords_[key.index];
-    const bool isFound = first == kAbsent || (!key.goesOn && first < kLastFound);
+    const bool isFound = !key.goesOn && first < kLastFound;
     return isFound ? first : SearchKey(key.text, first);
 }
 
@@ -600,7 +616,6 @@ std::string CConvFileGSI::TrovaStrInCmpConCod(const Key& key) {
     const std::size_t word = FindKey(key);
     if (word == kAbsent)
         return {};
-    ++wordsRead_;
     const std::size_t search = blanks_[word] + kTextSearch;
     const std::size_t plus = line_.find('+', search);
     const std::size_t blank = BlankFrom(search, word + 1);
@@ -621,7 +636,6 @@ double CConvFileGSI::TrovaDoubleInCmpConCod(const Key& key) {
     const std::size_t word = FindKey(key);
     if (word == kAbsent)
         return kNoValue;
-    ++wordsRead_;
     const std::size_t position = blanks_[word];
     if (position + kData >= line_.size()) {
         Note(kShortWord);

@@ -3,8 +3,10 @@
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
 #include "host/NoValue.h"
+#include "routines/Text.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -53,6 +55,26 @@ private:
         return tens < 10 && ones < 10 ? tens * 10U + ones : kNoIndex;
     }
     static constexpr std::size_t kNoIndex = 100;
+
+    /// A set of word indexes.
+    struct IndexSet {
+        std::array<std::uint64_t, 2> bits{};
+
+        constexpr bool Holds(std::size_t index) const {
+            return (bits[index / 64] >> index % 64 & 1) != 0;
+        }
+        constexpr void Add(std::size_t index) {
+            bits[index / 64] |= std::uint64_t{1} << index % 64;
+        }
+        constexpr void Remove(std::size_t index) {
+            bits[index / 64] &= ~(std::uint64_t{1} << index % 64);
+        }
+    };
+
+    /// True for a blank without a word behind it.
+    static constexpr bool IsMereBlank(std::string_view word) {
+        return word.size() < 2 || IsBlank(word[1]) || word[1] == '\r';
+    }
 
     /// What a word that is looked for begins with, its blank included: its index and a point, and
     /// further points where it has some.
@@ -116,7 +138,7 @@ private:
     static const WordRules kStationWordsWithPlace;
     static const WordRules kBlockWords;
     bool JudgeWords(const WordRules& rules);
-    bool IsReadWhole() const;
+    void NoteNotRead(const WordRules& rules);
     void JudgeBlock(const Record& station);
     void JudgeOtherBlock(const Cause& cause);
     void JudgeValue(const Key& key, std::string_view data, std::size_t numberEnd, const Unit& unit);
@@ -124,9 +146,10 @@ private:
     /// Where the blanks of the current line are; each but the ones in a row has a word behind it.
     std::vector<std::uint32_t> blanks_ = std::vector<std::uint32_t>(TextFile::kLongestLine);
     std::size_t blankCount_ = 0;
-    /// For each word index the first word that has it, as its place in blanks_; kAbsent: none.
+    IndexSet indexes_; ///< of the words of the current line
+    /// For each of them the first word that has it, as its place in blanks_.
     std::array<std::uint8_t, kNoIndex> firstWords_{};
-    std::size_t wordsRead_ = 0; ///< of the current line, each once
+    bool holdsOtherWords_ = false; ///< the line has words without an index
 
     const Unit* units_ = nullptr; ///< by which the file is read
     std::string defaultCode_; ///< for points without one, from the last code block that gave one

@@ -177,6 +177,31 @@ private:
     std::uint64_t hits_ = 0; ///< of them, a bit each: those not yet given
 };
 
+/// True where `first` stands directly before `second` anywhere.
+inline bool HoldsPair(std::string_view text, char first, char second) {
+    std::size_t i = 0;
+#if defined(__SSE2__)
+    constexpr std::size_t kWidth = sizeof(__m128i);
+    __m128i hits = _mm_setzero_si128();
+    for (; i + kWidth < text.size(); i += kWidth) {
+        const void* const before = text.data() + i;
+        const void* const behind = text.data() + i + 1;
+        hits = _mm_or_si128(
+            hits, _mm_and_si128(_mm_cmpeq_epi8(_mm_loadu_si128(static_cast<const __m128i*>(before)),
+                                               _mm_set1_epi8(first)),
+                                _mm_cmpeq_epi8(_mm_loadu_si128(static_cast<const __m128i*>(behind)),
+                                               _mm_set1_epi8(second))));
+    }
+    if (_mm_movemask_epi8(hits) != 0)
+        return true;
+#endif
+    for (; i + 1 < text.size(); ++i) {
+        if (text[i] == first && text[i + 1] == second)
+            return true;
+    }
+    return false;
+}
+
 /// Calls `found` with every position of `wanted`, first to last.
 template <class Found>
 void ForEachPosition(std::string_view text, char wanted, Found found) {

@@ -68,6 +68,7 @@ TEST(Text, FieldsAreThoseThatAreCutOneByOne) {
                 ASSERT_EQ(cutter.Rest(), rest) << text;
             }
             ASSERT_EQ(cutter.Count(), expected.size()) << text;
+            ASSERT_EQ(HoldsPair(text, 'x', 'z'), Contains(text, "xz")) << text;
         }
     }
 }

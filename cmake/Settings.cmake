@@ -36,6 +36,8 @@ function(convfile_settings target)
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffp-contract=off
     # The converters are exported classes; their own operations may still call each other directly.
     $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>
+    # The field book is the host's: that which only counts, the one in sight, is no likely guess.
+    $<$<CXX_COMPILER_ID:GNU>:-fno-devirtualize-speculatively>
     # GCC 12 sees overlaps in std::string's operator+ that are not there (its bug 105651).
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
     $<$<BOOL:${CONVFILE_WERROR}>:-Werror>)

@@ -81,8 +81,8 @@ CConvFileCAM::Fields CConvFileCAM::SeparaCampi(const std::array<std::size_t, 5>&
 }
 
 void CConvFileCAM::ConvertiRigaCAM() {
-    const bool isM1 = Contains(line_, "M1");
-    if (line_.size() < kShortestLine || (!isM1 && !Contains(line_, "M3"))) {
+    const bool isM1 = HoldsPair(line_, 'M', '1');
+    if (line_.size() < kShortestLine || (!isM1 && !HoldsPair(line_, 'M', '3'))) {
         Skip();
         return;
     }

@@ -30,7 +30,6 @@
 namespace {
 
 constexpr std::size_t kShortestLine = 4;
-constexpr std::string_view kPoint = "|PI";
 
 /// Where names begin in a measurement line, counted from "|PI".
 constexpr std::size_t kFirstName = 4;
@@ -43,15 +42,6 @@ constexpr std::size_t kValue = 3;
 
 /// A shorter slope distance is none.
 constexpr double kShortestDistance = 0.001;
-
-// Titles, in the order in which a later one overrides an earlier.
-constexpr std::string_view kJobTitles[] = {"|TI  Lavoro", "|TI  Projekt"};
-constexpr std::string_view kOperatorTitles[] = {"|TI  Descriz.",   "|TI  Operatore",
-                                                "|TI  Cannegg.",   "|TI  Auftrgeber",
-                                                "|TI  Beobachter", "|TI  Reflektor"};
-constexpr std::string_view kInstrumentTitles[] = {"|TI  Strum.tipo", "|TI  Instr.typ"};
-constexpr std::string_view kSerialTitles[] = {"|TI  Instr.Nr.", "|TI  Strum.N\xB0"};
-constexpr std::string_view kDateTitles[] = {"|TI  Data", "|TI  Datum"};
 
 // What is remarked on.
 constexpr Cause kTooShort = {RemarkKind::Unknown,
@@ -115,6 +105,18 @@ void AppendWithBlank(std::string& text, const std::string& part) {
 
 } // namespace
 
+constexpr CConvFileELT::Tag CConvFileELT::kPoint = "|PI";
+
+// Titles, in the order in which a later one overrides an earlier.
+constexpr CConvFileELT::Tag CConvFileELT::kJobTitles[] = {"|TI  Lavoro", "|TI  Projekt"};
+constexpr CConvFileELT::Tag CConvFileELT::kOperatorTitles[] = {"|TI  Descriz.",   "|TI  Operatore",
+                                                               "|TI  Cannegg.",   "|TI  Auftrgeber",
+                                                               "|TI  Beobachter", "|TI  Reflektor"};
+constexpr CConvFileELT::Tag CConvFileELT::kInstrumentTitles[] = {"|TI  Strum.tipo",
+                                                                 "|TI  Instr.typ"};
+constexpr CConvFileELT::Tag CConvFileELT::kSerialTitles[] = {"|TI  Instr.Nr.", "|TI  Strum.N\xB0"};
+constexpr CConvFileELT::Tag CConvFileELT::kDateTitles[] = {"|TI  Data", "|TI  Datum"};
+
 CConvFileELT::CConvFileELT(CLibCmp& fieldBook, std::string* fileName)
     : CConvFileBase(fieldBook, fileName) {}
 
@@ -154,8 +156,8 @@ void CConvFileELT::ConvertiAltraRiga() {
 
 /// Values go in pairs: one that its line does not have becomes absent with the other.
 void CConvFileELT::InputValues() {
-    const auto readPair = [this](std::string_view firstTag, double& first,
-                                 std::string_view secondTag, double& second) {
+    const auto readPair = [this](const Tag& firstTag, double& first, const Tag& secondTag,
+                                 double& second) {
         const bool hasFirst = HasTag(firstTag);
         const bool hasSecond = HasTag(secondTag);
         if (!hasFirst && !hasSecond)
@@ -216,8 +218,8 @@ void CConvFileELT::WriteJobTexts() {
 /// Operator and instrument gather over the title lines, each part followed by a blank. The job's
 /// title is added to the name that the job has by now; the date is replaced.
 void CConvFileELT::TitleLine() {
-    const auto findAll = [this](std::span<const std::string_view> tags, std::string& text) {
-        for (const std::string_view tag : tags)
+    const auto findAll = [this](std::span<const Tag> tags, std::string& text) {
+        for (const Tag& tag : tags)
             FindTag(tag, text);
     };
     std::string job;
@@ -226,7 +228,7 @@ void CConvFileELT::TitleLine() {
     findAll(kJobTitles, job);
     findAll(kOperatorTitles, operatorName);
     findAll(kInstrumentTitles, instrument);
-    for (const std::string_view tag : kSerialTitles) {
+    for (const Tag& tag : kSerialTitles) {
         if (FindTag(tag, instrument))
             instrument.insert(0, "s.n.");
     }
@@ -240,8 +242,8 @@ void CConvFileELT::TitleLine() {
     AppendWithBlank(job_.operators, operatorName);
     AppendWithBlank(job_.instruments, instrument);
 
-    const auto hasAny = [this](std::span<const std::string_view> tags) {
-        return std::ranges::any_of(tags, [this](std::string_view tag) { return HasTag(tag); });
+    const auto hasAny = [this](std::span<const Tag> tags) {
+        return std::ranges::any_of(tags, [this](const Tag& tag) { return HasTag(tag); });
     };
     if (!IsHeard() || hasAny(kJobTitles) || hasAny(kOperatorTitles) || hasAny(kInstrumentTitles) ||
         hasAny(kSerialTitles) || hasAny(kDateTitles)) {
@@ -395,7 +397,7 @@ void CConvFileELT::NoteStationWithoutPoint() {
 /// Remarks on values behind tags that a measurement line has and that are not read.
 void CConvFileELT::NoteOtherTags() {
     for (std::size_t i = 0; i < barCount_; ++i) {
-        const std::string_view tag = line_.substr(bars_[i] + 1);
+        const std::string_view tag = line_.substr(bars_[i].position + 1);
         const bool isRead = std::ranges::any_of(
             kTagsRead, [tag](std::string_view read) { return tag.starts_with(read); });
         double unused = 0;
@@ -410,40 +412,39 @@ void CConvFileELT::FindBars() {
     barCount_ = 0;
     tagsSeen_ = 0;
     ForEachPosition(line_, '|', [this](std::size_t bar) {
-        bars_[barCount_++] = static_cast<std::uint32_t>(bar);
+        const std::uint32_t start = StartOf({line_.data() + bar, line_.size() - bar});
+        bars_[barCount_++] = {static_cast<std::uint32_t>(bar), start};
         tagsSeen_ |= bar + 1 < line_.size() ? BitOf(line_[bar + 1]) : 0;
     });
 }
 
 /// Where a tag stands first; npos: nowhere.
-std::size_t CConvFileELT::PositionOf(std::string_view tag) const {
-    if ((tagsSeen_ & BitOf(tag[1])) == 0)
+std::size_t CConvFileELT::PositionOf(const Tag& tag) const {
+    if ((tagsSeen_ & BitOf(tag.text[1])) == 0)
         return std::string_view::npos; // nearly always
     for (std::size_t i = 0; i < barCount_; ++i) {
-        // Compared in place: tags are short.
-        const char* const here = line_.data() + bars_[i];
-        if (line_.size() - bars_[i] >= tag.size() &&
-            std::equal(tag.begin() + 1, tag.end(), here + 1))
-            return bars_[i];
+        const Bar& bar = bars_[i];
+        if ((bar.start & tag.mask) == tag.start &&
+            (tag.text.size() <= kStart + 1 || line_.substr(bar.position).starts_with(tag.text)))
+            return bar.position;
     }
     return std::string_view::npos;
 }
 
 /// The text between a tag and the next bar (or the line's end); true where it is not empty. `text`
 /// is left alone where the tag is absent, and emptied where the tag has nothing behind it.
-bool CConvFileELT::FindTag(std::string_view tag, std::string& text) const {
+bool CConvFileELT::FindTag(const Tag& tag, std::string& text) const {
     const std::size_t position = PositionOf(tag);
     if (position == std::string_view::npos)
         return false;
-    const std::string_view rest = line_.substr(position + tag.size());
+    const std::string_view rest = line_.substr(position + tag.text.size());
     text = TrimBoth(rest.substr(0, rest.find('|')));
     return !text.empty();
 }
 
 /// The text that begins `skip` characters after a tag's position, up to the first `stop` behind its
 /// leading blanks; empty where the tag is absent.
-std::string_view CConvFileELT::SeparaCampoNome(std::string_view tag, std::size_t skip,
-                                               char stop) const {
+std::string_view CConvFileELT::SeparaCampoNome(const Tag& tag, std::size_t skip, char stop) const {
     const std::size_t position = PositionOf(tag);
     if (position == std::string_view::npos)
         return {};
@@ -452,7 +453,7 @@ std::string_view CConvFileELT::SeparaCampoNome(std::string_view tag, std::size_t
 }
 
 /// The next bar ends a value, too.
-double CConvFileELT::SeparaCampoDouble(std::string_view tag) {
+double CConvFileELT::SeparaCampoDouble(const Tag& tag) {
     const std::string_view text = SeparaCampoNome(tag, kValue, ' ');
     return ReadNumberOrNoValue(text.substr(0, text.find('|')));
 }

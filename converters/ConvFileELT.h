@@ -4,6 +4,8 @@
 #include "framework/Export.h"
 #include "host/NoValue.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -22,17 +24,42 @@ protected:
     void ProcessaRiga() override;
 
 private:
+    /// What a value stands behind: a bar and what follows it, of which the first three characters,
+    /// the first in the lowest byte, tell nearly all tags apart.
+    struct Tag {
+        std::string_view text;
+        std::uint32_t start = 0;
+        std::uint32_t mask = 0; ///< of as many characters as the tag has, three at most
+
+        template <std::size_t Size>
+        consteval Tag(const char (&tag)[Size]) // NOLINT: written as the texts that they are
+            : text(tag, Size - 1) {
+            start = StartOf(text);
+            for (std::size_t i = 1; i < std::min(text.size(), kStart + 1); ++i)
+                mask |= std::uint32_t{0xFF} << 8 * (i - 1);
+        }
+    };
+    static constexpr std::size_t kStart = 3;
+
+    /// The first characters behind a bar; 0 behind the end of the text.
+    static constexpr std::uint32_t StartOf(std::string_view bar) {
+        std::uint32_t start = 0;
+        for (std::size_t i = 1; i < std::min(bar.size(), kStart + 1); ++i)
+            start |= std::uint32_t{static_cast<unsigned char>(bar[i])} << 8 * (i - 1);
+        return start;
+    }
+
     // Operations in the library's own vocabulary.
     void ConvertiRigaPI();
     void ConvertiAltraRiga();
-    bool FindTag(std::string_view tag, std::string& text) const;
-    std::string_view SeparaCampoNome(std::string_view tag, std::size_t skip, char stop) const;
-    double SeparaCampoDouble(std::string_view tag);
+    bool FindTag(const Tag& tag, std::string& text) const;
+    std::string_view SeparaCampoNome(const Tag& tag, std::size_t skip, char stop) const;
+    double SeparaCampoDouble(const Tag& tag);
     void AggiungiPunto(const Reading& reading);
 
     void FindBars();
-    std::size_t PositionOf(std::string_view tag) const;
-    bool HasTag(std::string_view tag) const { return PositionOf(tag) != std::string_view::npos; }
+    std::size_t PositionOf(const Tag& tag) const;
+    bool HasTag(const Tag& tag) const { return PositionOf(tag) != std::string_view::npos; }
     void InputValues();
     void StartOfMeasurements();
     void WriteJobTexts();
@@ -45,8 +72,19 @@ private:
     static bool HasAngles(const Reading& reading);
     void ApplyOffsets(Reading& reading) const;
 
-    /// Where the bars of the current line are: every tag begins with one.
-    std::vector<std::uint32_t> bars_ = std::vector<std::uint32_t>(TextFile::kLongestLine);
+    static const Tag kPoint;
+    static const Tag kJobTitles[2];
+    static const Tag kOperatorTitles[6];
+    static const Tag kInstrumentTitles[2];
+    static const Tag kSerialTitles[2];
+    static const Tag kDateTitles[2];
+
+    /// A bar of the current line, and what follows it.
+    struct Bar {
+        std::uint32_t position;
+        std::uint32_t start;
+    };
+    std::vector<Bar> bars_ = std::vector<Bar>(TextFile::kLongestLine);
     std::size_t barCount_ = 0;
     std::uint64_t tagsSeen_ = 0; ///< by the low bits of what stands behind the bars
 

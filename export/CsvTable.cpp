@@ -6,7 +6,7 @@ namespace convfile::exports {
 
 namespace {
 
-constexpr std::string_view kHead =
+constexpr std::string_view kObservationsHead =
     "file,job,station,station_code,instrument_height,point,code,target_height,slope_distance,"
     "zenith_angle,horizontal_angle,note,line";
 
@@ -32,7 +32,7 @@ void WritePoint(OutputBuffer& out, const Point& point) {
 } // namespace
 
 CsvTable::CsvTable(OutputBuffer& out) : out_(out) {
-    out_.Write(kHead);
+    out_.Write(kObservationsHead);
     out_.Write(kCsvLineEnd);
 }
 

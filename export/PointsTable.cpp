@@ -7,7 +7,8 @@ namespace convfile::exports {
 
 namespace {
 
-constexpr std::string_view kHead = "name,east,north,height,code,kind,group,sights,spread,file,job";
+constexpr std::string_view kPointsHead =
+    "name,east,north,height,code,kind,group,sights,spread,file,job";
 
 void WritePlaced(OutputBuffer& out, const Placed& placed, std::uint32_t group) {
     WriteField(out, placed.name);
@@ -30,7 +31,7 @@ void WritePlaced(OutputBuffer& out, const Placed& placed, std::uint32_t group) {
 } // namespace
 
 PointsTable::PointsTable(OutputBuffer& out) : out_(out) {
-    out_.Write(kHead);
+    out_.Write(kPointsHead);
     out_.Write(kCsvLineEnd);
 }
 

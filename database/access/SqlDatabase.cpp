@@ -99,10 +99,10 @@ void CloseSqlite::operator()(sqlite3_stmt* statement) const {
 }
 
 SqlDatabase::SqlDatabase() {
-    constexpr int kFlags =
+    constexpr int kOpenFlags =
         SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_MEMORY | SQLITE_OPEN_NOMUTEX;
     sqlite3* opened = nullptr;
-    const int result = sqlite3_open_v2(":memory:", &opened, kFlags, nullptr);
+    const int result = sqlite3_open_v2(":memory:", &opened, kOpenFlags, nullptr);
     database_.reset(opened);
     if (result != SQLITE_OK)
         throw std::bad_alloc(); // nothing else can be missing for a database in memory

@@ -1,0 +1,63 @@
+# Where sources are compiled in one piece (CMAKE_UNITY_BUILD), two that name something of their own alike go into
+# different pieces. Taken for a name of its own: a constant that no header has, a function, a struct. One that is overlooked
+# is an error of the compiler, who says where.
+
+function(convfile_constants out text)
+  string(REGEX REPLACE "[^A-Za-z0-9_]+" " " text "${text}") # a bracket would hold a list together
+  string(REGEX MATCHALL " k[A-Z][A-Za-z0-9]*" names "${text}")
+  list(TRANSFORM names STRIP)
+  list(REMOVE_DUPLICATES names)
+  set(${out} "${names}" PARENT_SCOPE)
+endfunction()
+
+# convfile_own_names(OUT SOURCE KNOWN...): the names that a source has for itself.
+function(convfile_own_names out source)
+  file(READ ${source} text)
+  string(REGEX REPLACE "//[^\n]*" "" text "${text}")
+  convfile_constants(names "${text}")
+  list(REMOVE_ITEM names ${ARGN} "")
+  string(REGEX MATCHALL "[A-Za-z0-9_>*&] k[A-Z][A-Za-z0-9]*( =|{|[[])" declared "${text}") # a class may have one alike
+  convfile_constants(declared "${declared}")
+  list(APPEND names ${declared})
+  string(REGEX MATCHALL "\n(struct|class|enum|enum class) [A-Za-z0-9]+" types "${text}")
+  string(REGEX MATCHALL "\n[a-z][A-Za-z0-9_:<>&*, ]* [&*]?[A-Za-z0-9]+\\(" functions "${text}")
+  list(TRANSFORM functions REPLACE "\\($" "")
+  list(TRANSFORM functions REPLACE "^.*[ &*]" "")
+  list(TRANSFORM types REPLACE "^.* " "")
+  list(APPEND names ${types} ${functions})
+  list(REMOVE_DUPLICATES names)
+  set(${out} "${names}" PARENT_SCOPE)
+endfunction()
+
+function(convfile_unity_groups target)
+  set(known)
+  file(GLOB headers ${PROJECT_SOURCE_DIR}/*/*.h)
+  foreach(header IN LISTS headers)
+    file(READ ${header} text)
+    convfile_constants(names "${text}")
+    list(APPEND known ${names})
+  endforeach()
+  list(REMOVE_DUPLICATES known)
+
+  set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)
+  get_target_property(sources ${target} SOURCES)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${sources})
+  set(count 0)
+  foreach(source IN LISTS sources)
+    convfile_own_names(names ${CMAKE_CURRENT_SOURCE_DIR}/${source} ${known})
+    set(group 0)
+    while(group LESS count)
+      set(others ${names})
+      list(REMOVE_ITEM others ${names_of_${group}} "")
+      if(others STREQUAL names) # none in common
+        break()
+      endif()
+      math(EXPR group "${group} + 1")
+    endwhile()
+    if(group EQUAL count)
+      math(EXPR count "${count} + 1")
+    endif()
+    list(APPEND names_of_${group} ${names})
+    set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${group})
+  endforeach()
+endfunction()

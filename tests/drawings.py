@@ -21,10 +21,22 @@ SVG = "{http://www.w3.org/2000/svg}"
 CONTROL = re.compile("[\x00-\x1f\x7f\x81\x8d\x8f\x90\x9d]")
 
 
-def made(program, kind, file):
-    choice = ["--download"] if file.suffix == ".tlsv" else ["--format", file.parent.name]
-    run = subprocess.run([program, *choice, "--to", kind, str(file)], capture_output=True, check=False)
-    return run.stdout if run.returncode == 0 else None
+KINDS = {"csv": "csv", "points": "csv", "json": "json", "dxf": "dxf", "svg": "svg"}
+
+
+def made(program, files, folder):
+    """Of each file that is converted, all of one format: what is made of it, by kind."""
+    choice = ["--download"] if files[0].suffix == ".tlsv" else ["--format", files[0].parent.name]
+    for kind in KINDS:
+        subprocess.run([program, *choice, "--to", kind, "-O", str(folder / kind), *map(str, files)],
+                       capture_output=True, check=False)
+    assert len({file.stem for file in files}) == len(files), "outputs go by the stem"
+    for file in files:
+        outputs = {kind: folder / kind / f"{file.stem}.{extension}" for kind, extension in KINDS.items()}
+        there = [output.exists() for output in outputs.values()]
+        assert all(there) or not any(there), file
+        if all(there):
+            yield file, {kind: output.read_bytes() for kind, output in outputs.items()}
 
 
 def table(output, head):
@@ -128,22 +140,22 @@ def main():
     program, golden = sys.argv[1], pathlib.Path(sys.argv[2])
     seen = drawn = 0
     with tempfile.TemporaryDirectory() as folder:
-        for file in sorted(golden.glob("*/*")):
-            if file.suffix == ".json" or (observations := made(program, "csv", file)) is None:
-                continue
-            try:
-                table(observations, "file,job,station,station_code,instrument_height,point,code,target_height,"
-                      "slope_distance,zenith_angle,horizontal_angle,note,line")
-                rows = table(made(program, "points", file),
-                             "name,east,north,height,code,kind,group,sights,spread,file,job")
-                jobs = [job["name"] for job in json.loads(made(program, "json", file))["jobs"]]
-                check_dxf(made(program, "dxf", file), rows, jobs, pathlib.Path(folder))
-                check_svg(made(program, "svg", file), rows, file)
-            except Exception:
-                print(file)
-                raise
-            seen += 1
-            drawn += bool(rows)
+        for format_folder in sorted(golden.iterdir()):
+            files = [file for file in sorted(format_folder.iterdir()) if file.suffix != ".json"]
+            work = pathlib.Path(folder) / format_folder.name
+            for file, outputs in made(program, files, work):
+                try:
+                    table(outputs["csv"], "file,job,station,station_code,instrument_height,point,code,target_height,"
+                          "slope_distance,zenith_angle,horizontal_angle,note,line")
+                    rows = table(outputs["points"], "name,east,north,height,code,kind,group,sights,spread,file,job")
+                    jobs = [job["name"] for job in json.loads(outputs["json"])["jobs"]]
+                    check_dxf(outputs["dxf"], rows, jobs, work)
+                    check_svg(outputs["svg"], rows, file)
+                except Exception:
+                    print(file)
+                    raise
+                seen += 1
+                drawn += bool(rows)
     print(f"{seen} files, {drawn} with places")
     assert drawn > 50
 

@@ -107,7 +107,8 @@ bool EightDigits(const char* text, std::uint64_t& value) {
     return true;
 }
 
-/// Texts of up to eight characters are looked at as a whole: one word, the first in its lowest byte.
+/// Texts of up to eight characters are looked at as a whole: one word, the first in its lowest
+/// byte.
 constexpr bool kLooksAtWords = std::endian::native == std::endian::little;
 constexpr std::uint64_t kDigitsOnly = 0x3030303030303030;
 constexpr std::uint64_t kPointByte = '.' ^ '0';

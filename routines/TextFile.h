@@ -91,9 +91,9 @@ public:
         position_ += dropped ? 2 : 1;
         return static_cast<unsigned char>(block_[position_ - 1]);
     }
-    /// Reads a run of characters before the next `stop`, as ReadChar would one by one, into the room
-    /// that is there, and gives their number. It may be shorter, also 0: what ReadChar gives next
-    /// goes on with it.
+    /// Reads a run of characters before the next `stop`, as ReadChar would one by one, into the
+    /// room that is there, and gives their number. It may be shorter, also 0: what ReadChar gives
+    /// next goes on with it.
     std::size_t ReadRun(char* to, std::size_t room, char stop);
     /// Steps back over the character that the last ReadChar gave. (It must have given one.)
     void StepBack() {

@@ -21,6 +21,7 @@
 
 #include "converters/ConvFileCAM.h"
 
+#include "routines/Fields.h"
 #include "routines/Numbers.h"
 #include "routines/Reduction.h"
 #include "routines/Text.h"

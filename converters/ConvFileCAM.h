@@ -3,7 +3,7 @@
 #include "framework/ConvGen.h"
 #include "framework/Export.h"
 #include "host/NoValue.h"
-#include "routines/Text.h"
+#include "routines/Fields.h"
 
 #include <array>
 #include <cstddef>

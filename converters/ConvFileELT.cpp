@@ -17,6 +17,7 @@
 #include "converters/ConvFileELT.h"
 
 #include "routines/Angles.h"
+#include "routines/Fields.h"
 #include "routines/Numbers.h"
 #include "routines/Reduction.h"
 #include "routines/Text.h"

@@ -29,6 +29,7 @@
 #include "converters/ConvFileGSI.h"
 
 #include "routines/Angles.h"
+#include "routines/Fields.h"
 #include "routines/Numbers.h"
 #include "routines/Text.h"
 

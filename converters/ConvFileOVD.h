@@ -2,7 +2,7 @@
 
 #include "converters/ObservationLines.h"
 #include "framework/Export.h"
-#include "routines/Text.h"
+#include "routines/Fields.h"
 
 #include <string_view>
 

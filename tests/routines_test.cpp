@@ -3,6 +3,7 @@
 #include "host/NoValue.h"
 #include "routines/Angles.h"
 #include "routines/CodePage.h"
+#include "routines/Fields.h"
 #include "routines/FileName.h"
 #include "routines/Numbers.h"
 #include "routines/OutputBuffer.h"

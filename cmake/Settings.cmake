@@ -47,6 +47,8 @@ function(convfile_settings target)
     $<$<CXX_COMPILER_ID:GNU>:-fno-devirtualize-speculatively>
     # GCC 12 sees overlaps in std::string's operator+ that are not there (its bug 105651).
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
+    # Sources in one piece are included, but no header: what is nobody else's may be part of what is theirs.
+    $<$<AND:$<CXX_COMPILER_ID:GNU>,$<BOOL:${CMAKE_UNITY_BUILD}>>:-Wno-subobject-linkage>
     $<$<BOOL:${CONVFILE_WERROR}>:-Werror>)
   if(CONVFILE_SANITIZE)
     target_compile_options(${target} PRIVATE

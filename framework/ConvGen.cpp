@@ -168,6 +168,7 @@ void CConvGen::AggiungePun(std::string name, std::string code, std::string note,
 /// then taken to be job 0, whatever position it was given, on purpose: it is only made in an empty
 /// book, or in one that declined a job, whose stations then stay together.
 CSta* CConvGen::AddStation() {
+    agreedHeight_.clear();
     CSta* station = nullptr;
     if (jobIndex_ >= 0 || AddUnnamedJob())
         station = fieldBook_.AddSta(jobIndex_, true);
@@ -214,7 +215,7 @@ void CConvGen::JudgeFields(std::initializer_list<std::string_view> numbers, bool
                            const Cause& fieldsMissing) {
     const auto isNumber = [](std::string_view text) {
         double unused = 0;
-        return NumberAtStart(text, unused) > 0;
+        return IsPlainNumber(text) || NumberAtStart(text, unused) > 0;
     };
     const auto isText = [](std::string_view text) { return !IsBlankOrCr(text); };
     if (std::ranges::any_of(numbers, isNumber)) {
@@ -226,11 +227,18 @@ void CConvGen::JudgeFields(std::initializer_list<std::string_view> numbers, bool
 }
 
 void CConvGen::JudgeHeight(std::string_view instrumentHeight) {
+    if (instrumentHeight == agreedHeight_ && !agreedHeight_.empty()) { // nearly always
+        keeper_->CountNumber(true);
+        return;
+    }
     CSta* const station = CurrentStation();
     const double height = ReadNumber(instrumentHeight);
-    if (station && !TrimBoth(instrumentHeight).empty() &&
-        station->GetAltStr() != FiniteOrNoValue(height))
+    if (!station || TrimBoth(instrumentHeight).empty())
+        return;
+    if (station->GetAltStr() != FiniteOrNoValue(height))
         Note(kHeightStays);
+    else if (IsPlainNumber(instrumentHeight))
+        agreedHeight_ = instrumentHeight;
 }
 
 void CConvGen::SetNomeAtJob(std::string name) {
@@ -253,6 +261,7 @@ void CConvGen::SetAtJob(JobSetter set, std::string text) {
 }
 
 void CConvGen::SetHStrumAtSta(double height) {
+    agreedHeight_.clear();
     if (CSta* const station = CurrentStation())
         station->SetAltStr(FiniteOrNoValue(height));
 }

@@ -255,6 +255,9 @@ protected:
     Preparation preparation_;
 
 private:
+    /// What a line named last as the height that the current station has; empty: none did.
+    std::string agreedHeight_;
+
     using JobSetter = void (CJob::*)(const std::string&);
     void SetAtJob(JobSetter set, std::string text);
     bool AddUnnamedJob();

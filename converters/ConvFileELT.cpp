@@ -419,17 +419,24 @@ void CConvFileELT::FindBars() {
     });
 }
 
-/// Where a tag stands first; npos: nowhere.
-std::size_t CConvFileELT::PositionOf(const Tag& tag) const {
+/// The first bar that begins the tag; barCount_ where none does.
+std::size_t CConvFileELT::BarOf(const Tag& tag) const {
     if ((tagsSeen_ & BitOf(tag.text[1])) == 0)
-        return std::string_view::npos; // nearly always
-    for (std::size_t i = 0; i < barCount_; ++i) {
+        return barCount_; // nearly always
+    std::size_t i = 0;
+    for (; i < barCount_; ++i) {
         const Bar& bar = bars_[i];
         if ((bar.start & tag.mask) == tag.start &&
             (tag.text.size() <= kStart + 1 || line_.substr(bar.position).starts_with(tag.text)))
-            return bar.position;
+            break;
     }
-    return std::string_view::npos;
+    return i;
+}
+
+/// Where a tag stands first; npos: nowhere.
+std::size_t CConvFileELT::PositionOf(const Tag& tag) const {
+    const std::size_t bar = BarOf(tag);
+    return bar < barCount_ ? bars_[bar].position : std::string_view::npos;
 }
 
 /// The text between a tag and the next bar (or the line's end); true where it is not empty. `text`
@@ -453,8 +460,13 @@ std::string_view CConvFileELT::SeparaCampoNome(const Tag& tag, std::size_t skip,
     return TrimBoth(rest.substr(0, rest.find(stop)));
 }
 
-/// The next bar ends a value, too.
+/// A value is what stands up to the next bar, or to a blank in it.
 double CConvFileELT::SeparaCampoDouble(const Tag& tag) {
-    const std::string_view text = SeparaCampoNome(tag, kValue, ' ');
-    return ReadNumberOrNoValue(text.substr(0, text.find('|')));
+    const std::size_t bar = BarOf(tag);
+    if (bar == barCount_)
+        return kNoValue;
+    const std::size_t begin = std::min(bars_[bar].position + kValue, line_.size());
+    const std::size_t end = bar + 1 < barCount_ ? bars_[bar + 1].position : line_.size();
+    const std::string_view text = TrimBoth({line_.data() + begin, end - begin});
+    return ReadNumberOrNoValue(text.substr(0, text.find(' ')));
 }

@@ -58,6 +58,7 @@ private:
     void AggiungiPunto(const Reading& reading);
 
     void FindBars();
+    std::size_t BarOf(const Tag& tag) const;
     std::size_t PositionOf(const Tag& tag) const;
     bool HasTag(const Tag& tag) const { return PositionOf(tag) != std::string_view::npos; }
     void InputValues();

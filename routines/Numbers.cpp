@@ -173,31 +173,26 @@ inline double NumberAround(std::uint64_t word, int point) {
     return true;
 }
 
-/// Reads the number of up to seven characters at the start of a longer text, which is where fields
-/// of fixed width have theirs. Gives the end of the number; null where it is another.
-const char* ShortDecimalAtStart(std::string_view text, double& number) {
-    if (!kLooksAtWords || text.size() < 8)
-        return nullptr;
-    std::uint64_t word = 0;
-    std::memcpy(&word, text.data(), sizeof word);
-    word ^= kDigitsOnly;
-    std::uint64_t marked = NoDigits(word);
+/// Reads the number of up to seven characters that a word begins with, which is how fields of fixed
+/// width have theirs; the marks are those of its bytes. Gives how many characters it takes; 0 where
+/// it is another.
+std::size_t ReadPaddedDecimal(std::uint64_t word, std::uint64_t marked, double& number) {
     int point = -1;
-    if (marked != 0 && (word >> (std::countr_zero(marked) - 7) & 0xFF) == kPointByte) {
+    if ((word >> (std::countr_zero(marked) - 7) & 0xFF) == kPointByte) {
         point = std::countr_zero(marked) - 7;
         marked &= marked - 1;
     }
     if (marked == 0)
-        return nullptr;                           // goes on
+        return 0;                                 // goes on
     const int end = std::countr_zero(marked) - 7; // in bits
-    const char* const behind = text.data() + end / 8;
-    if (end < 16 || *behind == 'e' || *behind == 'E')
-        return nullptr;
+    const auto behind = static_cast<char>((word ^ kDigitsOnly) >> end & 0xFF);
+    if (end < 16 || behind == 'e' || behind == 'E')
+        return 0;
     const int missing = 64 - end;
     word <<= missing;
     number =
         point < 0 ? static_cast<double>(NumberOfDigits(word)) : NumberAround(word, point + missing);
-    return behind;
+    return static_cast<std::size_t>(end) / 8;
 }
 
 /// Reads what nearly every field of an instrument file is: up to nineteen digits that make no more
@@ -207,11 +202,21 @@ const char* ShortDecimalAtStart(std::string_view text, double& number) {
 const char* PlainDecimal(std::string_view text, double& number) {
     constexpr std::ptrdiff_t kMostDigits = 19; // fit 64 bits
     constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53;
-    if (const char* const shortEnd = ShortDecimalAtStart(text, number))
-        return shortEnd;
     const char* at = text.data();
     const char* const end = at + text.size();
     std::uint64_t digits = 0;
+    if (kLooksAtWords && text.size() >= sizeof(std::uint64_t)) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, at, sizeof word);
+        word ^= kDigitsOnly;
+        const std::uint64_t marked = NoDigits(word);
+        if (marked == 0) {
+            digits = NumberOfDigits(word);
+            at += sizeof word;
+        } else if (const std::size_t taken = ReadPaddedDecimal(word, marked, number)) {
+            return at + taken;
+        }
+    }
     const auto readDigits = [&] {
         if constexpr (kLooksAtWords) {
             std::uint64_t eight = 0;

@@ -95,18 +95,6 @@ constexpr std::uint64_t NumberOfDigits(std::uint64_t digits) {
     return ((digits & 0x0000FFFF0000FFFF) * 42949672960001) >> 32;
 }
 
-/// Reads eight digits at once. False where one of the eight is no digit.
-bool EightDigits(const char* text, std::uint64_t& value) {
-    std::uint64_t bytes = 0;
-    std::memcpy(&bytes, text, sizeof bytes);
-    const std::uint64_t high = bytes & 0xF0F0F0F0F0F0F0F0;
-    const std::uint64_t carried = ((bytes + 0x0606060606060606) & 0xF0F0F0F0F0F0F0F0) >> 4;
-    if ((high | carried) != 0x3333333333333333)
-        return false;
-    value = NumberOfDigits(bytes & 0x0F0F0F0F0F0F0F0F);
-    return true;
-}
-
 /// Texts of up to eight characters are looked at as a whole: one word, the first in its lowest
 /// byte.
 constexpr bool kLooksAtWords = std::endian::native == std::endian::little;
@@ -143,6 +131,13 @@ std::uint64_t WordOf(std::string_view text) {
 constexpr std::uint64_t NoDigits(std::uint64_t word) {
     // 118 can be added to 9 below 128.
     return (word | (word + 0x7676767676767676)) & 0x8080808080808080;
+}
+
+/// The next eight characters as such a word.
+inline std::uint64_t NextWord(const char* text) {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, text, sizeof bytes);
+    return bytes ^ kDigitsOnly;
 }
 
 /// True where exactly one byte is marked so, and is the ".".
@@ -206,9 +201,7 @@ const char* PlainDecimal(std::string_view text, double& number) {
     const char* const end = at + text.size();
     std::uint64_t digits = 0;
     if (kLooksAtWords && text.size() >= sizeof(std::uint64_t)) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, at, sizeof word);
-        word ^= kDigitsOnly;
+        const std::uint64_t word = NextWord(at);
         const std::uint64_t marked = NoDigits(word);
         if (marked == 0) {
             digits = NumberOfDigits(word);
@@ -219,9 +212,8 @@ const char* PlainDecimal(std::string_view text, double& number) {
     }
     const auto readDigits = [&] {
         if constexpr (kLooksAtWords) {
-            std::uint64_t eight = 0;
-            for (; end - at >= 8 && EightDigits(at, eight); at += 8)
-                digits = digits * 100000000 + eight;
+            for (; end - at >= 8 && NoDigits(NextWord(at)) == 0; at += 8)
+                digits = digits * 100000000 + NumberOfDigits(NextWord(at));
         }
         for (; at != end && IsDigit(*at); ++at)
             digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');

@@ -146,6 +146,11 @@ constexpr bool IsOnePoint(std::uint64_t word, std::uint64_t marked) {
            (word >> (std::countr_zero(marked) - 7) & 0xFF) == kPointByte;
 }
 
+/// True where a short text, whose word that is, is digits with at most one "." among them.
+constexpr bool IsDecimal(std::string_view text, std::uint64_t word, std::uint64_t marked) {
+    return marked == 0 || (IsOnePoint(word, marked) && text.size() > 1);
+}
+
 /// The number of a word's digits without the "." at that bit.
 inline double NumberAround(std::uint64_t word, int point) {
     const std::uint64_t before = (std::uint64_t{1} << point) - 1;
@@ -158,13 +163,10 @@ inline double NumberAround(std::uint64_t word, int point) {
 [[gnu::always_inline]] inline bool ReadShortDecimal(std::string_view text, double& number) {
     const std::uint64_t word = WordOf(text);
     const std::uint64_t marked = NoDigits(word);
-    if (marked == 0) {
-        number = static_cast<double>(NumberOfDigits(word));
-        return true;
-    }
-    if (!IsOnePoint(word, marked) || text.size() == 1)
+    if (!IsDecimal(text, word, marked))
         return false;
-    number = NumberAround(word, std::countr_zero(marked) - 7);
+    number = marked == 0 ? static_cast<double>(NumberOfDigits(word))
+                         : NumberAround(word, std::countr_zero(marked) - 7);
     return true;
 }
 
@@ -339,8 +341,7 @@ std::size_t NumberAtStart(std::string_view text, double& number) {
 bool IsPlainNumber(std::string_view text) {
     if (IsShort(text)) {
         const std::uint64_t word = WordOf(text);
-        const std::uint64_t marked = NoDigits(word);
-        if (marked == 0 || (IsOnePoint(word, marked) && text.size() > 1))
+        if (IsDecimal(text, word, NoDigits(word)))
             return true; // nearly always
     }
     const std::size_t size = text.size();

@@ -8,7 +8,7 @@
 ///
 /// Angles are radians. Special arguments give what the C library gives: a NaN for a NaN, for the
 /// sine of an infinity, for the arc cosine of what is no cosine; ArcTan2 tells zeros by their
-/// signs. Angles beyond 24 take some ten times as long, the largest doubles like the others.
+/// signs. Angles beyond 24 take ten times as long and more, the largest doubles, too.
 
 double Sin(double angle);
 double Cos(double angle);

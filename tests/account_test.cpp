@@ -27,23 +27,6 @@ using testing::SizeIs;
 
 constexpr std::size_t kSmallFile = 4096;
 
-/// Calls `see` with the line of every record of a conversion.
-void ForEachRecordLine(const views::Conversion& c,
-                       const std::function<void(const char* kind, std::uint64_t line)>& see) {
-    for (const auto& job : c.fieldBook.Jobs()) {
-        see("jobs", job->Line());
-        for (const auto& station : job->stations) {
-            see("stations", station->Line());
-            for (const auto& point : station->points)
-                see("points", point->Line());
-        }
-    }
-    for (const auto& point : c.fieldBook.OrientationPoints())
-        see("orientation_points", point->Line());
-    for (const std::uint64_t line : c.document.lineNumbers)
-        see("document", line);
-}
-
 /// The account and the lines of the records, in a form that is easily read and compared.
 std::string AccountText(const views::Conversion& c) {
     const FileAccount& account = c.account;
@@ -118,31 +101,6 @@ std::string Joined(const std::vector<std::string>& lines) {
     for (const std::string& line : lines)
         text += line;
     return text;
-}
-
-/// Every line is read or skipped, and remarks keep to their form, for every file and every cut.
-TEST(Account, AddsUpWhereverAFileIsCut) {
-    for (const Golden& golden : GoldenFiles()) {
-        const std::string bytes = ReadBytes(golden.file);
-        const std::size_t first = bytes.size() > kSmallFile ? bytes.size() : 0;
-        for (std::size_t length = first; length <= bytes.size(); ++length) {
-            views::Conversion cut;
-            const Rules rules = length % 2 == 0 ? Rules::Classic : Rules::Complete;
-            const FileAccount& account =
-                Converted(golden, std::string_view(bytes).substr(0, length), cut, rules).account;
-            ASSERT_EQ(account.lines, account.read + account.skipped) << golden.file << length;
-            ASSERT_LE(account.remarks.size(), 32U) << golden.file << length;
-            for (const Remark& remark : account.remarks) {
-                ASSERT_LE(remark.lines.size(), std::min<std::uint64_t>(remark.count, 20));
-                ASSERT_TRUE(std::ranges::is_sorted(remark.lines, std::less_equal<>()));
-                ASSERT_TRUE(remark.lines.empty() || remark.lastLine <= account.lines)
-                    << golden.file << " cut at " << length << ": " << remark.text;
-            }
-            ForEachRecordLine(cut, [&](const char* kind, std::uint64_t line) {
-                ASSERT_LE(line, account.lines) << golden.file << length << kind;
-            });
-        }
-    }
 }
 
 /// A line that was skipped and gave no record can be taken out, and the records stay the same. (MWG

@@ -9,6 +9,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -19,12 +22,14 @@ using memory::Adder;
 
 constexpr std::size_t kSmallFile = 8192;
 
+constexpr Rules kBothRules[] = {Rules::Classic, Rules::Complete};
+
 /// Every reference file, to be read by the classic rules and by the complete ones.
 std::vector<std::pair<Golden, Rules>> BothReadings() {
     std::vector<std::pair<Golden, Rules>> readings;
     for (const Golden& golden : GoldenFiles()) {
-        readings.emplace_back(golden, Rules::Classic);
-        readings.emplace_back(golden, Rules::Complete);
+        for (const Rules rules : kBothRules)
+            readings.emplace_back(golden, rules);
     }
     return readings;
 }
@@ -61,27 +66,58 @@ TEST(EveryFormat, TakesBothLineEnds) {
 
 /// A file cut short gives what was complete in it: all its points but the last, which the cut may
 /// have changed, are those of the whole file. (By name: their values may hang on a later UNITS.)
-TEST(EveryFormat, CutAtEveryByteKeepsWhatWasComplete) {
-    for (const auto& [golden, rules] : BothReadings()) {
+void ExpectWhatWasComplete(const views::Conversion& cut, const std::vector<std::string>& whole) {
+    std::vector<std::string> points = PointNames(cut.fieldBook);
+    if (!points.empty())
+        points.pop_back();
+    ASSERT_TRUE(cut.converted);
+    ASSERT_LE(points.size(), whole.size());
+    const auto differs = std::ranges::mismatch(points, whole).in1;
+    ASSERT_TRUE(differs == points.end()) << *differs;
+}
+
+/// Every line is read or skipped, remarks keep to their form, and no record is of a line that is
+/// not there.
+void ExpectAddsUp(const views::Conversion& conversion) {
+    const FileAccount& account = conversion.account;
+    ASSERT_EQ(account.lines, account.read + account.skipped);
+    ASSERT_LE(account.remarks.size(), 32U);
+    for (const Remark& remark : account.remarks) {
+        ASSERT_LE(remark.lines.size(), std::min<std::uint64_t>(remark.count, 20));
+        ASSERT_TRUE(std::ranges::is_sorted(remark.lines, std::less_equal<>()));
+        ASSERT_TRUE(remark.lines.empty() || remark.lastLine <= account.lines) << remark.text;
+    }
+    ForEachRecordLine(conversion, [&](const char* kind, std::uint64_t line) {
+        ASSERT_LE(line, account.lines) << kind;
+    });
+}
+
+/// By both readings where they differ, else in turns.
+TEST(EveryFormat, CutAtEveryByteKeepsWhatWasCompleteAndAddsUp) {
+    for (const Golden& golden : GoldenFiles()) {
         const std::string bytes = ReadBytes(golden.file);
-        if (bytes.size() > kSmallFile)
-            continue;
-        views::Conversion whole;
-        ConvertAs(golden.format, golden.Path(), whole, rules);
-        const std::vector<std::string> wholePoints = PointNames(whole.fieldBook);
         const std::string name = golden.file.filename().string();
-        for (std::size_t length = 0; length < bytes.size(); ++length) {
-            views::Conversion cut;
-            ConvertBytesAs(golden.format, name, std::string_view(bytes).substr(0, length), cut,
-                           rules);
-            std::vector<std::string> points = PointNames(cut.fieldBook);
-            if (!points.empty())
-                points.pop_back();
-            ASSERT_TRUE(cut.converted) << golden.file << " cut at " << length;
-            ASSERT_LE(points.size(), wholePoints.size()) << golden.file << " cut at " << length;
-            const auto differs = std::ranges::mismatch(points, wholePoints).in1;
-            ASSERT_TRUE(differs == points.end())
-                << golden.file << " cut at " << length << ": " << *differs;
+        std::array<std::vector<std::string>, 2> points;
+        for (const Rules rules : kBothRules) {
+            views::Conversion whole;
+            ConvertAs(golden.format, golden.Path(), whole, rules);
+            ExpectAddsUp(whole);
+            points.at(rules == Rules::Complete) = PointNames(whole.fieldBook);
+        }
+        for (std::size_t length = 0; length < bytes.size() && bytes.size() <= kSmallFile;
+             ++length) {
+            for (const Rules rules : kBothRules) {
+                const bool complete = rules == Rules::Complete;
+                if (golden.completeJson.empty() && complete == (length % 2 == 0))
+                    continue;
+                SCOPED_TRACE(golden.Path() + " cut at " + std::to_string(length));
+                views::Conversion cut;
+                ConvertBytesAs(golden.format, name, std::string_view(bytes).substr(0, length), cut,
+                               rules);
+                ExpectWhatWasComplete(cut, points.at(complete));
+                ExpectAddsUp(cut);
+                ASSERT_FALSE(testing::Test::HasFatalFailure());
+            }
         }
     }
 }

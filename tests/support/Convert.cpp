@@ -58,4 +58,20 @@ std::vector<std::string> PointNames(const memory::FieldBook& book) {
     return names;
 }
 
+void ForEachRecordLine(const views::Conversion& conversion,
+                       const std::function<void(const char* kind, std::uint64_t line)>& see) {
+    for (const auto& job : conversion.fieldBook.Jobs()) {
+        see("jobs", job->Line());
+        for (const auto& station : job->stations) {
+            see("stations", station->Line());
+            for (const auto& point : station->points)
+                see("points", point->Line());
+        }
+    }
+    for (const auto& point : conversion.fieldBook.OrientationPoints())
+        see("orientation_points", point->Line());
+    for (const std::uint64_t line : conversion.document.lineNumbers)
+        see("document", line);
+}
+
 } // namespace convfile::test

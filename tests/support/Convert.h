@@ -2,6 +2,8 @@
 
 #include "views/Conversion.h"
 
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,5 +30,9 @@ std::string ConvertToJson(const std::string& format, const std::string& path,
 
 /// Names and codes of all points of a field book in order: for comparing how far two books agree.
 std::vector<std::string> PointNames(const memory::FieldBook& book);
+
+/// Calls `see` with the line of every record of a conversion.
+void ForEachRecordLine(const views::Conversion& conversion,
+                       const std::function<void(const char* kind, std::uint64_t line)>& see);
 
 } // namespace convfile::test

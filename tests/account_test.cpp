@@ -25,7 +25,7 @@ namespace {
 using testing::ElementsAre;
 using testing::SizeIs;
 
-constexpr std::size_t kSmallFile = 4096;
+constexpr std::size_t kSmallText = 4096;
 
 /// The account and the lines of the records, in a form that is easily read and compared.
 std::string AccountText(const views::Conversion& c) {
@@ -81,7 +81,7 @@ std::vector<Golden> TextFiles() {
     std::erase_if(files, [](const Golden& golden) {
         const Format& format = *FormatByName(golden.format);
         return format.kind == FormatKind::Database || golden.format == "mts" ||
-               std::filesystem::file_size(golden.file) > kSmallFile;
+               std::filesystem::file_size(golden.file) > kSmallText;
     });
     return files;
 }

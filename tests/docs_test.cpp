@@ -93,7 +93,7 @@ std::string ViewOf(std::string_view view, const std::string& format, const std::
     return text.str();
 }
 
-std::string Joined(const std::vector<std::string>& lines) {
+std::string TextOf(const std::vector<std::string>& lines) {
     std::string text;
     for (const std::string& line : lines)
         text += line + "\n";
@@ -143,7 +143,7 @@ TEST(Docs, SamplesGiveWhatStandsUnderThem) {
         ASSERT_LT(i + 1, blocks.size());
         const std::string path = folder.Write(blocks[i].words[2], BytesOf(blocks[i]));
         const Rules rules = Says(blocks[i], "complete") ? Rules::Complete : Rules::Classic;
-        EXPECT_EQ(printed(format, path, rules), Joined(blocks[i + 1].lines)) << format;
+        EXPECT_EQ(printed(format, path, rules), TextOf(blocks[i + 1].lines)) << format;
     }
     for (const Format& format : Formats()) {
         if (format.kind != FormatKind::Database) { // a database cannot be printed
@@ -166,9 +166,9 @@ TEST(Docs, ViewsAreWhatThePageShows) {
         std::string made = ViewOf(block.words[1], sample.words[1], path);
         std::erase(made, '\r');
         if (block.words[0] == "gives")
-            EXPECT_EQ(made, Joined(block.lines));
+            EXPECT_EQ(made, TextOf(block.lines));
         else
-            EXPECT_THAT(made, testing::HasSubstr(Joined(block.lines)));
+            EXPECT_THAT(made, testing::HasSubstr(TextOf(block.lines)));
     }
 }
 

@@ -12,6 +12,7 @@
 #include "routines/Trigonometry.h"
 #include "routines/TskFormat.h"
 #include "routines/TskString.h"
+#include "tests/support/NotFinite.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +21,6 @@
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
 #include <random>
 #include <sstream>
 #include <string>
@@ -28,7 +28,7 @@
 
 namespace {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
+using convfile::test::kInfinity;
 
 /// Switches the process to a locale with decimal commas while it lives, where there is one.
 class CommaLocale {

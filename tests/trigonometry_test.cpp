@@ -3,6 +3,7 @@
 #include "routines/Trigonometry.h"
 
 #include "routines/TrigonometryInFull.h"
+#include "tests/support/NotFinite.h"
 
 #include <gtest/gtest.h>
 
@@ -15,8 +16,8 @@
 
 namespace {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+using convfile::test::kInfinity;
+using convfile::test::kNan;
 
 /// Arguments of all sizes and signs; the same on every system.
 class Arguments {

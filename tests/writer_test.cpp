@@ -5,11 +5,10 @@
 #include "memory/FieldBook.h"
 #include "memory/LinkTimeHost.h"
 #include "tests/support/Files.h"
+#include "tests/support/NotFinite.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <limits>
 
 namespace convfile::test {
 namespace {
@@ -91,8 +90,6 @@ TEST(Writer, CountsJobsFromTheFirstAfterADeclinedOne) {
 }
 
 TEST(Writer, WhatIsNotFiniteIsAbsent) {
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
     FieldBook book;
     OpenConverter converter(book);
     converter.AggiungeSta("S", "", kNan, kInfinity, -kInfinity);

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <limits>
+
+namespace convfile::test {
+
+inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
+inline constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+
+} // namespace convfile::test

@@ -88,8 +88,9 @@ function(convfile_part folder)
   set_property(GLOBAL APPEND PROPERTY CONVFILE_PARTS convfile_${folder})
 endfunction()
 
-# What is worth optimising across its sources: the library, what is linked into it, and the programs that
-# are measured. Archives that the tests link, too, keep ordinary code beside it, so that these link fast.
+# What is worth optimising across its sources: the library and what is linked into it. (Programs do without: the sources
+# of a folder are one piece where speed counts.) An archive that the tests link, too, keeps ordinary code beside it, so
+# that these link fast.
 function(convfile_optimise_across)
   if(CONVFILE_LTO)
     foreach(target IN LISTS ARGN)

@@ -9,6 +9,8 @@
 // format, where there are several forms of it; its middle one what the book declines; its last one
 // where streams fail.
 
+#include "app/FileConversion.h"
+#include "entry/FormatTable.h"
 #include "views/Conversion.h"
 #include "views/Output.h"
 
@@ -166,7 +168,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto convert = [&](const ByteSource& source, Conversion& conversion) {
         const Route route{
             .format = fuzzedFormat, .complete = middle % 2 == 1, .trustsFormat = last % 2 == 0};
-        Convert(route, path, conversion, isDatabase ? ByteSource{} : source);
+        convfile::app::Convert(route, path, conversion, isDatabase ? ByteSource{} : source);
         return conversion.converted;
     };
     const ByteSource memory = ByteSource::Memory(bytes);

@@ -2,6 +2,8 @@
 // something that the program can do, or be told to the user; nothing is converted.
 
 #include "app/Options.h"
+#include "entry/FormatTable.h"
+#include "views/Output.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -42,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(!options.files.empty());
         Require(choice.code.has_value() + choice.name.has_value() + choice.download <= 1);
         Require(!choice.name || FormatByName(*choice.name));
-        Require(std::ranges::count(Views(), options.view) == 1);
+        Require(std::ranges::count(convfile::views::Views(), options.view) == 1);
     }
     return 0;
 }

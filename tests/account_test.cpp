@@ -15,7 +15,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <functional>
 #include <map>
 #include <set>
 
@@ -70,8 +69,8 @@ TEST(Account, EveryFileGivesItsOwn) {
 }
 
 views::Conversion& Converted(const Golden& golden, std::string_view bytes,
-                             views::Conversion& result, Rules rules = Rules::Classic) {
-    ConvertBytesAs(golden.format, golden.file.filename().string(), bytes, result, rules);
+                             views::Conversion& result) {
+    ConvertBytesAs(golden.format, golden.file.filename().string(), bytes, result);
     return result;
 }
 

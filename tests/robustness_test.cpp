@@ -99,6 +99,7 @@ TEST(EveryFormat, CutAtEveryByteKeepsWhatWasCompleteAndAddsUp) {
         const std::string name = golden.file.filename().string();
         std::array<std::vector<std::string>, 2> points;
         for (const Rules rules : kBothRules) {
+            SCOPED_TRACE(golden.Path());
             views::Conversion whole;
             ConvertAs(golden.format, golden.Path(), whole, rules);
             ExpectAddsUp(whole);

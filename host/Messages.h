@@ -10,7 +10,7 @@ class String; // routines/TskString.h, a header alone
 
 /// The window handle of the platform, spelled so that <windows.h> (with STRICT, as it is by
 /// itself) may come before, after or never.
-struct HWND__; // NOLINT(bugprone-reserved-identifier): the platform's own name
+struct HWND__; // the platform's own name
 using HWND = HWND__*;
 
 /// Modal message with an exclamation mark and an OK button. The library passes no owner (null);

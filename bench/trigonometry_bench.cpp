@@ -13,7 +13,7 @@
 namespace {
 
 /// A thousand arguments between two bounds.
-std::array<double, 1024> Arguments(double from, double to) {
+std::array<double, 1024> ArgumentsBetween(double from, double to) {
     std::mt19937_64 random(1);
     std::array<double, 1024> arguments{};
     for (double& argument : arguments)
@@ -23,7 +23,7 @@ std::array<double, 1024> Arguments(double from, double to) {
 
 template <class Function>
 void Call(benchmark::State& state, Function function, double from, double to) {
-    const auto arguments = Arguments(from, to);
+    const auto arguments = ArgumentsBetween(from, to);
     std::size_t i = 0;
     for (auto _ : state)
         benchmark::DoNotOptimize(function(arguments[++i % arguments.size()]));

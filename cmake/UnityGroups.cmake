@@ -14,7 +14,6 @@ endfunction()
 function(convfile_own_names out source)
   file(READ ${source} text)
   string(REGEX REPLACE "//[^\n]*" "" text "${text}")
-  string(REPLACE "\nBENCHMARK_MAIN(" "\nint main(" text "${text}")
   convfile_constants(names "${text}")
   list(REMOVE_ITEM names ${ARGN} "")
   string(REGEX MATCHALL "[A-Za-z0-9_>*&] k[A-Z][A-Za-z0-9]*( =|{|[[])" declared "${text}") # a class may have one alike
@@ -27,6 +26,7 @@ function(convfile_own_names out source)
   list(TRANSFORM types REPLACE "^.* " "")
   list(APPEND names ${types} ${functions})
   list(REMOVE_DUPLICATES names)
+  list(REMOVE_ITEM names main "") # no two are in one program; convfile_in_pieces gives each a name of its own
   set(${out} "${names}" PARENT_SCOPE)
 endfunction()
 
@@ -83,6 +83,10 @@ function(convfile_in_pieces name most)
       set_property(TARGET ${name} APPEND PROPERTY ${property} $<TARGET_PROPERTY:${target},${property}>)
     endforeach()
   endforeach()
-  set_property(TARGET ${name} PROPERTY UNITY_BUILD ON)
+  get_target_property(before ${name} UNITY_BUILD_CODE_BEFORE_INCLUDE)
+  set_target_properties(${name} PROPERTIES
+    UNITY_BUILD ON
+    UNITY_BUILD_UNIQUE_ID CONVFILE_SOURCE
+    UNITY_BUILD_CODE_BEFORE_INCLUDE "#define main CONVFILE_SOURCE\n${before}")
   convfile_unity_groups(${name} ${most})
 endfunction()

@@ -111,13 +111,13 @@ TEST(EveryFormat, CutAtEveryByteKeepsWhatWasCompleteAndAddsUp) {
                 const bool complete = rules == Rules::Complete;
                 if (golden.completeJson.empty() && complete == (length % 2 == 0))
                     continue;
-                SCOPED_TRACE(golden.Path() + " cut at " + std::to_string(length));
                 views::Conversion cut;
                 ConvertBytesAs(golden.format, name, std::string_view(bytes).substr(0, length), cut,
                                rules);
                 ExpectWhatWasComplete(cut, points.at(complete));
                 ExpectAddsUp(cut);
-                ASSERT_FALSE(testing::Test::HasFatalFailure());
+                ASSERT_FALSE(testing::Test::HasFatalFailure())
+                    << golden.file << " cut at " << length;
             }
         }
     }

@@ -2,7 +2,25 @@
 
 #include "memory/Calculator.h"
 
+#include <cstddef>
+#include <new>
+
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
+
 namespace convfile::memory {
+
+namespace {
+
+// Elsewhere such an alignment would only cost as much again.
+#if defined(__linux__)
+constexpr std::align_val_t kLargeAlignment{std::size_t{1} << 21};
+#else
+constexpr std::align_val_t kLargeAlignment{alignof(std::max_align_t)};
+#endif
+
+} // namespace
 
 void Point::SetCode(const std::string& code) {
     code_ = &station_->Codes().Keep(code);
@@ -27,13 +45,31 @@ void Point::SetCoordEtCalcMisure(bool setting, double x, double y, double z, CCa
 }
 
 PointOwner PointStorage::NewPoint(const Station& station) {
-    if (used_ == kPointsInPiece) {
-        pieces_.push_back(
-            std::make_unique_for_overwrite<std::byte[]>(kPointsInPiece * sizeof(Point)));
+    if (used_ == room_) {
+        const bool isLarge = pieces_.size() >= kSmallPieces;
+        pieces_.push_back(NewPiece(isLarge));
+        room_ = isLarge ? kLarge / sizeof(Point) : kPointsInSmall;
         used_ = 0;
     }
     void* const place = pieces_.back().get() + used_++ * sizeof(Point);
     return PointOwner(::new (place) Point(station));
+}
+
+PointStorage::Piece PointStorage::NewPiece(bool isLarge) {
+    if (!isLarge)
+        return Piece(static_cast<std::byte*>(::operator new(kPointsInSmall * sizeof(Point))));
+    void* const piece = ::operator new(kLarge, kLargeAlignment);
+#if defined(__linux__)
+    madvise(piece, kLarge, MADV_HUGEPAGE); // in vain where there are none
+#endif
+    return Piece(static_cast<std::byte*>(piece), {true});
+}
+
+void PointStorage::EndPiece::operator()(std::byte* piece) const {
+    if (isLarge)
+        ::operator delete(piece, kLargeAlignment);
+    else
+        ::operator delete(piece);
 }
 
 void Job::SetLabels(const std::string& name, const std::string& operatorName,

@@ -91,17 +91,30 @@ struct EndPoint {
 };
 using PointOwner = std::unique_ptr<Point, EndPoint>;
 
-/// Room for points, in pieces of the same size: a book of a million points asks for memory a
-/// thousand times instead of a million times.
+/// Room for points, in pieces: a book of a million points asks for memory some dozens of times
+/// instead of a million times. The first pieces are small; those of a large book are asked for as
+/// large pages of memory, where the system has such: to touch one costs less than the 512 small
+/// pages that it stands for.
 class PointStorage {
 public:
     PointOwner NewPoint(const Station& station);
 
 private:
-    static constexpr std::size_t kPointsInPiece = 1024;
+    static constexpr std::size_t kPointsInSmall = 1024;
+    static constexpr std::size_t kSmallPieces = 8;
+    static constexpr std::size_t kLarge = std::size_t{1} << 21; ///< bytes, as one page
 
-    std::vector<std::unique_ptr<std::byte[]>> pieces_;
-    std::size_t used_ = kPointsInPiece; ///< of the last piece
+    struct EndPiece {
+        bool isLarge = false;
+        void operator()(std::byte* piece) const;
+    };
+    using Piece = std::unique_ptr<std::byte, EndPiece>;
+
+    static Piece NewPiece(bool isLarge);
+
+    std::vector<Piece> pieces_;
+    std::size_t used_ = 0; ///< points in the last piece
+    std::size_t room_ = 0; ///< points that it takes
 };
 
 /// An instrument station with its points.

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cmath>
+#include <string>
 #include <utility>
 
 namespace convfile::memory {
@@ -48,6 +49,24 @@ TEST(FieldBook, KeepsRecordsInPlace) {
     EXPECT_EQ(book.GetPunArSize(1, 1), 2);
     EXPECT_EQ(book.GetPunAt(1, 1, 1), outer[1]);
     book.DelPunAt(nullptr);
+}
+
+/// Its points lie in pieces of memory, the later ones in large ones; each has a place of its own.
+TEST(FieldBook, KeepsMorePointsThanFitOnePieceOfMemory) {
+    constexpr int kPoints = 60000;
+    FieldBook book;
+    for (int turn = 0; turn < 2; ++turn) {
+        book.AddJob(true);
+        book.AddSta(0, true);
+        const CPun* const first = book.AddPun(0, 0, true);
+        for (int i = 1; i < kPoints; ++i)
+            book.AddPun(0, 0, true)->SetNome(std::to_string(i));
+        EXPECT_EQ(book.GetPunAt(0, 0, 0), first);
+        for (int i = 1; i < kPoints; ++i)
+            ASSERT_EQ(book.GetPunAt(0, 0, i)->GetNome(), std::to_string(i));
+        book.Clear();
+        EXPECT_EQ(book.GetJobArSize(), 0);
+    }
 }
 
 TEST(Records, StartWithoutValuesAndKeepTheMarker) {

@@ -72,11 +72,12 @@ CConvFileCAM::Fields CConvFileCAM::SeparaCampi(const std::array<std::size_t, 5>&
     if (!IsHeard())
         return fields;
     const bool isWhole = cutter.Count() == fields.size();
-    JudgeFields({fields[numbers[0]], fields[numbers[1]], fields[numbers[2]], fields[numbers[3]],
-                 fields[numbers[4]]},
-                isWhole, kFieldsNotClosed);
+    if (!isWhole || !IsPlainNumber(fields[numbers[0]])) // seldom
+        JudgeFields({fields[numbers[0]], fields[numbers[1]], fields[numbers[2]], fields[numbers[3]],
+                     fields[numbers[4]]},
+                    isWhole, kFieldsNotClosed);
     const std::string_view rest = TrimBoth(cutter.Rest());
-    if (isWhole && !rest.empty() && rest != "M1" && rest != "M3")
+    if (isWhole && !rest.empty() && !Equals(rest, "M1") && !Equals(rest, "M3"))
         Note(kBehindFields);
     return fields;
 }
@@ -129,7 +130,7 @@ void CConvFileCAM::ConvertiRigaTXT() {
 }
 
 void CConvFileCAM::WriteRecord(const Record& record, std::string_view instrumentHeight) {
-    if (record.station != previousStation_) {
+    if (!Same(record.station, previousStation_)) {
         ConversioneS(record);
         previousStation_ = record.station;
     } else if (IsHeard()) {

@@ -63,7 +63,8 @@ void CConvFileODB::ConvertiRigaODB() {
     if (IsHeard())
         JudgeLine(fields, cutter.Count() == kFields);
 
-    if (fields.station != previousStation_ || fields.instrumentHeight != previousHeight_) {
+    if (!Same(fields.station, previousStation_) ||
+        !Same(fields.instrumentHeight, previousHeight_)) {
         AggiungiStazioneODB(fields);
         previousStation_ = fields.station;
         previousHeight_ = fields.instrumentHeight;

@@ -58,7 +58,7 @@ void CConvFileOVD::ConvertiRigaOVD() {
     if (IsHeard())
         JudgeLine(fields, cutter.Count() == kFields);
 
-    if (fields.station != previousStation_) {
+    if (!Same(fields.station, previousStation_)) {
         AggiungiStazioneOVD(fields);
         previousStation_ = fields.station;
     } else if (IsHeard()) {

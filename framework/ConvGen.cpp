@@ -227,7 +227,7 @@ void CConvGen::JudgeFields(std::initializer_list<std::string_view> numbers, bool
 }
 
 void CConvGen::JudgeHeight(std::string_view instrumentHeight) {
-    if (instrumentHeight == agreedHeight_ && !agreedHeight_.empty()) { // nearly always
+    if (!agreedHeight_.empty() && Same(instrumentHeight, agreedHeight_)) { // nearly always
         keeper_->CountNumber(true);
         return;
     }

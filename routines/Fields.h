@@ -75,23 +75,27 @@ private:
 
 /// True where `first` stands directly before `second` anywhere.
 inline bool HoldsPair(std::string_view text, char first, char second) {
-    std::size_t i = 0;
 #if defined(__SSE2__)
     constexpr std::size_t kWidth = sizeof(__m128i);
-    __m128i hits = _mm_setzero_si128();
-    for (; i + kWidth < text.size(); i += kWidth) {
-        const void* const before = text.data() + i;
-        const void* const behind = text.data() + i + 1;
-        hits = _mm_or_si128(
-            hits, _mm_and_si128(_mm_cmpeq_epi8(_mm_loadu_si128(static_cast<const __m128i*>(before)),
-                                               _mm_set1_epi8(first)),
-                                _mm_cmpeq_epi8(_mm_loadu_si128(static_cast<const __m128i*>(behind)),
-                                               _mm_set1_epi8(second))));
+    if (text.size() > kWidth) {
+        __m128i hits = _mm_setzero_si128();
+        const auto look = [&](std::size_t at) {
+            const void* const before = text.data() + at;
+            const void* const behind = text.data() + at + 1;
+            const __m128i firsts = _mm_cmpeq_epi8(
+                _mm_loadu_si128(static_cast<const __m128i*>(before)), _mm_set1_epi8(first));
+            const __m128i seconds = _mm_cmpeq_epi8(
+                _mm_loadu_si128(static_cast<const __m128i*>(behind)), _mm_set1_epi8(second));
+            hits = _mm_or_si128(hits, _mm_and_si128(firsts, seconds));
+        };
+        const std::size_t last = text.size() - kWidth - 1; // where the last sixteen pairs begin
+        for (std::size_t at = 0; at < last; at += kWidth)
+            look(at);
+        look(last);
+        return _mm_movemask_epi8(hits) != 0;
     }
-    if (_mm_movemask_epi8(hits) != 0)
-        return true;
 #endif
-    for (; i + 1 < text.size(); ++i) {
+    for (std::size_t i = 0; i + 1 < text.size(); ++i) {
         if (text[i] == first && text[i + 1] == second)
             return true;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -83,6 +84,11 @@ constexpr bool Begins(std::string_view text, const char (&literal)[Size]) {
 template <std::size_t Size>
 constexpr bool Equals(std::string_view text, const char (&literal)[Size]) {
     return text.size() == Size - 1 && Begins(text, literal);
+}
+
+/// True where the texts are the same, in one call; comparing them with == takes three.
+inline bool Same(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size()) == 0);
 }
 
 /// Finds a keyword among the few of a table: their first and last characters tell most of them

@@ -13,9 +13,13 @@ namespace convfile::memory {
 
 namespace {
 
-// Elsewhere such an alignment would only cost as much again.
+constexpr std::size_t kSmallPieces = 8;
+constexpr std::size_t kPointsInSmall = 1024;
+constexpr std::size_t kLarge = std::size_t{1} << 21; // bytes, as a large page has
+
+// A large page begins at a multiple of its size; elsewhere that would only cost as much again.
 #if defined(__linux__)
-constexpr std::align_val_t kLargeAlignment{std::size_t{1} << 21};
+constexpr std::align_val_t kLargeAlignment{kLarge};
 #else
 constexpr std::align_val_t kLargeAlignment{alignof(std::max_align_t)};
 #endif

@@ -100,10 +100,6 @@ public:
     PointOwner NewPoint(const Station& station);
 
 private:
-    static constexpr std::size_t kPointsInSmall = 1024;
-    static constexpr std::size_t kSmallPieces = 8;
-    static constexpr std::size_t kLarge = std::size_t{1} << 21; ///< bytes, as one page
-
     struct EndPiece {
         bool isLarge = false;
         void operator()(std::byte* piece) const;

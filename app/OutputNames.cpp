@@ -7,11 +7,11 @@
 
 #include <algorithm>
 #include <cwctype>
-#include <map>
-#include <set>
 #include <system_error>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
+#include <vector>
 
 namespace convfile::app {
 
@@ -30,78 +30,115 @@ std::string IsAnInput(const std::string& name) {
 }
 
 using Place = fs::path::string_type;
-using Places = std::set<Place>;
 
 /// What all paths of one place have in common, also where there is no file.
 class Finder {
 public:
-    Place Of(const fs::path& path) {
+    Place Of(const fs::path& folder, const fs::path& name) {
+        const Folder& known = FolderOf(folder);
         std::error_code error;
-        fs::path place = fs::is_symlink(path, error)
-                             ? Resolved(path)
-                             : FolderOf(path.parent_path()) / path.filename();
-        Place text = place.native();
+        Place place;
+        if (known.isThere && fs::is_symlink(folder / name, error))
+            place = Resolved(folder / name).native();
+        else
+            place = known.begin + name.native();
 #if defined(_WIN32)
-        std::ranges::transform(text, text.begin(), std::towlower); // names there have no case
+        std::ranges::transform(place, place.begin(), std::towlower); // names there have no case
 #endif
-        return text;
+        return place;
+    }
+    Place Of(const fs::path& path) {
+        return Of(path.parent_path(), path.filename());
     }
 
 private:
+    struct Folder {
+        Place begin; ///< of the places of what lies in it
+        bool isThere = false;
+    };
+
     static fs::path Resolved(const fs::path& path) {
         std::error_code error;
         const fs::path full = fs::weakly_canonical(fs::absolute(path, error), error);
         return error ? path : full;
     }
     /// Folders have many files: each is resolved once.
-    const fs::path& FolderOf(const fs::path& folder) {
+    const Folder& FolderOf(const fs::path& folder) {
         const auto [found, isNew] = folders_.try_emplace(folder.native());
-        if (isNew)
-            found->second = Resolved(folder.empty() ? "." : folder);
+        if (isNew) {
+            const fs::path path = folder.empty() ? "." : folder;
+            std::error_code error;
+            found->second = {.begin = (Resolved(path) / "").native(),
+                             .isThere = fs::exists(path, error)};
+        }
         return found->second;
     }
 
-    std::unordered_map<Place, fs::path> folders_;
+    std::unordered_map<Place, Folder> folders_;
 };
 
-/// Takes out those found files that `mayBeNone` picks and nothing fits.
-template <class Pick>
-std::size_t TakeOut(Inputs& inputs, const Pick& mayBeNone, const FitsNothing& fitsNothing) {
-    return std::erase_if(inputs.files, [&](const Input& input) {
-        return input.IsFound() && mayBeNone(input) && fitsNothing(input);
-    });
+/// Where one file is, and where its output may go: the same file has the same place in both.
+struct Places {
+    fs::path folder; ///< of the output
+    fs::path brief;  ///< its name without the file's own extension
+    fs::path full;   ///< its name with it
+    Place file;
+    Place briefOutput;
+    Place fullOutput;
+};
+
+std::vector<Places> PlacesOf(const Inputs& inputs, const fs::path& folder,
+                             std::string_view extension, Finder& finder) {
+    std::vector<Places> all;
+    all.reserve(inputs.files.size());
+    for (const Input& input : inputs.files) {
+        const fs::path path = PathOf(input.file);
+        Places places;
+        places.folder = folder / input.below;
+        (places.brief = path.stem()) += extension;
+        (places.full = path.filename()) += extension;
+        places.file = finder.Of(path);
+        places.briefOutput = finder.Of(places.folder, places.brief);
+        places.fullOutput = finder.Of(places.folder, places.full);
+        all.push_back(std::move(places));
+    }
+    return all;
 }
 
-/// Names for the outputs of all files: the same file has the same name in both.
-class Names {
-public:
-    Names(const fs::path& folder, std::string_view extension)
-        : folder_(folder), extension_("." + std::string(extension)) {}
-
-    /// Without its own extension.
-    fs::path Short(const Input& input) const {
-        fs::path name = Bare(input).stem();
-        return folder_ / input.below / (name += extension_);
-    }
-    /// With it.
-    fs::path Long(const Input& input) const {
-        fs::path name = Bare(input);
-        return folder_ / input.below / (name += extension_);
-    }
-
-private:
-    static fs::path Bare(const Input& input) { return PathOf(input.file).filename(); }
-
-    fs::path folder_;
-    std::string extension_;
-};
-
 /// How many files would have each short name.
-std::map<Place, std::size_t> CountShort(const Inputs& inputs, const Names& names, Finder& finder) {
-    std::map<Place, std::size_t> count;
-    for (const Input& input : inputs.files)
-        ++count[finder.Of(names.Short(input))];
+std::unordered_map<Place, std::size_t> CountBrief(const std::vector<Places>& all) {
+    std::unordered_map<Place, std::size_t> count;
+    for (const Places& places : all)
+        ++count[places.briefOutput];
     return count;
+}
+
+/// Takes out those found files that lie where an output might go or beside another of their stem,
+/// and that nothing fits.
+std::size_t TakeOut(Inputs& inputs, std::vector<Places>& all, const FitsNothing& fitsNothing) {
+    std::unordered_set<Place> mayBeWritten;
+    for (const Places& places : all) {
+        mayBeWritten.insert(places.briefOutput);
+        mayBeWritten.insert(places.fullOutput);
+    }
+    const auto sharing = CountBrief(all);
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const Input& input = inputs.files[i];
+        const bool mayBeNone =
+            sharing.at(all[i].briefOutput) > 1 || mayBeWritten.contains(all[i].file);
+        if (input.IsFound() && mayBeNone && fitsNothing(input))
+            continue;
+        if (kept < i) {
+            inputs.files[kept] = std::move(inputs.files[i]);
+            all[kept] = std::move(all[i]);
+        }
+        ++kept;
+    }
+    const std::size_t takenOut = all.size() - kept;
+    inputs.files.resize(kept);
+    all.resize(kept);
+    return takenOut;
 }
 
 } // namespace
@@ -109,52 +146,49 @@ std::map<Place, std::size_t> CountShort(const Inputs& inputs, const Names& names
 std::size_t TakeOutOutput(Inputs& inputs, const fs::path& output, const FitsNothing& fitsNothing,
                           std::string& problem) {
     Finder finder;
+    std::error_code error;
     const Place place = finder.Of(output);
-    const auto isOutput = [&](const Input& input) {
-        std::error_code error;
+    const bool isThere = fs::exists(output, error);
+    return std::erase_if(inputs.files, [&](const Input& input) {
         const fs::path path = PathOf(input.file);
-        return input.file != kStandardInput && (fs::equivalent(path, output, error) ||
-                                                (!input.IsFound() && finder.Of(path) == place));
-    };
-    const std::size_t takenOut = TakeOut(inputs, isOutput, fitsNothing);
-    if (std::ranges::any_of(inputs.files, isOutput))
-        problem = IsAnInput(NameOf(output));
-    return takenOut;
+        const bool isOutput =
+            input.file != kStandardInput && ((isThere && fs::equivalent(path, output, error)) ||
+                                             (!input.IsFound() && finder.Of(path) == place));
+        if (isOutput && input.IsFound() && fitsNothing(input))
+            return true;
+        if (isOutput)
+            problem = IsAnInput(NameOf(output));
+        return false;
+    });
 }
 
 std::vector<fs::path> NameOutputs(Inputs& inputs, const fs::path& folder,
                                   std::string_view extension, const FitsNothing& fitsNothing,
                                   std::size_t& takenOut, std::string& problem) {
-    const Names names(folder, extension);
     Finder finder;
-    Places mayBeWritten;
-    for (const Input& input : inputs.files) {
-        mayBeWritten.insert(finder.Of(names.Short(input)));
-        mayBeWritten.insert(finder.Of(names.Long(input)));
-    }
-    const auto sharing = CountShort(inputs, names, finder);
-    const auto mayBeNone = [&](const Input& input) {
-        return sharing.at(finder.Of(names.Short(input))) > 1 ||
-               mayBeWritten.contains(finder.Of(PathOf(input.file)));
-    };
-    takenOut = TakeOut(inputs, mayBeNone, fitsNothing);
+    std::vector<Places> all = PlacesOf(inputs, folder, "." + std::string(extension), finder);
+    takenOut = TakeOut(inputs, all, fitsNothing);
 
-    const auto stillSharing = CountShort(inputs, names, finder);
-    std::map<Place, const Input*> written;
+    const auto sharing = CountBrief(all);
+    std::unordered_map<Place, const Input*> written;
     std::vector<fs::path> outputs;
-    for (const Input& input : inputs.files) {
-        const fs::path brief = names.Short(input);
-        outputs.push_back(stillSharing.at(finder.Of(brief)) > 1 ? names.Long(input) : brief);
-        const auto [first, isNew] = written.emplace(finder.Of(outputs.back()), &input);
+    outputs.reserve(all.size());
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const Places& places = all[i];
+        const Input& input = inputs.files[i];
+        const bool isShared = sharing.at(places.briefOutput) > 1;
+        outputs.push_back(places.folder / (isShared ? places.full : places.brief));
+        const auto [first, isNew] =
+            written.emplace(isShared ? places.fullOutput : places.briefOutput, &input);
         if (!isNew) {
             problem = ShownName(first->second->file) + " and " + ShownName(input.file) +
                       " would have the same output, " + ShownName(NameOf(outputs.back()));
             return {};
         }
     }
-    for (const Input& input : inputs.files) {
-        if (input.file != kStandardInput && written.contains(finder.Of(PathOf(input.file)))) {
-            problem = IsAnInput(input.file);
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        if (inputs.files[i].file != kStandardInput && written.contains(all[i].file)) {
+            problem = IsAnInput(inputs.files[i].file);
             return {};
         }
     }

@@ -6,6 +6,7 @@
 #include "app/OutputNames.h"
 #include "app/Platform.h"
 #include "app/Progress.h"
+#include "app/SharedOutput.h"
 #include "app/Workers.h"
 #include "routines/FileName.h"
 #include "views/Display.h"
@@ -51,8 +52,8 @@ ByteSource SourceOf(const std::string& file) {
 
 /// What became of one file.
 struct Done {
-    std::unique_ptr<Conversion> conversion; ///< where it is not rendered yet
-    std::vector<std::string> text;          ///< where it is
+    std::unique_ptr<Conversion> conversion; ///< until it is written
+    SharedOutput::Part part;                ///< of the one output
     bool isLeftOut = false;                 ///< it was found in a folder, and no format fits
     bool shortOfMemory = false;
     std::string problem; ///< what is to be told of it
@@ -89,30 +90,25 @@ public:
 
     /// Converts them into one output.
     void ConvertInto(std::ostream& out) {
-        Sink sink(out);
         // What a folder holds is an array even where that is one file, or none.
         const std::size_t most = inputs_.folders.empty() ? inputs_.files.size() : 2;
-        const auto output = MakeOutput(options_.view, sink, most);
+        SharedOutput output(options_.view, out, most);
         const bool sharesTerminal = &out == &std::cout && PrintsToTerminal();
-        const bool inThreads = CountThreads() > 1;
         InOrder(
-            [&](std::size_t i) {
+            [&](std::size_t i, const SharedOutput::IsTurn& isTurn) {
                 Done done = ConvertOne(i);
-                if (inThreads)
-                    Render(done);
+                Render(done, output, [&] { return !sharesTerminal && isTurn(); });
                 return done;
             },
             [&](const Done& done) {
                 if (sharesTerminal)
                     progress_->Clear();
-                if (done.conversion && !done.isLeftOut)
-                    output->Add(*done.conversion);
-                else if (!done.isLeftOut && !done.shortOfMemory)
-                    output->AddRendered(done.text);
+                if (!done.isLeftOut && !done.shortOfMemory)
+                    output.Finish(done.part);
+                if (sharesTerminal)
+                    output.Flush();
             });
-        output->End();
-        sink.Flush();
-        if (sink.Failed())
+        if (!output.End())
             TellOfFailure("the result could not be written");
         TellOfFolders();
     }
@@ -120,7 +116,7 @@ public:
     /// Converts each into a file of its own.
     void ConvertEach() {
         InOrder(
-            [&](std::size_t i) {
+            [&](std::size_t i, const SharedOutput::IsTurn&) {
                 Done done = ConvertOne(i);
                 if (done.conversion && done.conversion->converted)
                     WriteOne(i, done);
@@ -152,28 +148,41 @@ private:
     /// Does the work for each file, some at a time, and takes what comes of it in their order.
     template <class Work, class Take>
     void InOrder(const Work& work, const Take& take) {
-        progress_.emplace(inputs_.files.size());
-        const std::size_t threads = CountThreads();
-        std::optional<Workers<Done>> workers;
-        if (threads > 1)
-            workers.emplace(inputs_.files.size(), threads, work);
-        for (std::size_t i = 0; i < inputs_.files.size(); ++i) {
-            const auto show = [&] { progress_->Show(i, inputs_.files[i].file); };
-            show();
-            const Done done = workers ? workers->Take(show) : work(i);
+        const std::size_t count = inputs_.files.size();
+        const auto show = [&](std::size_t i) {
+            if (i < count)
+                progress_->Show(i, inputs_.files[i].file);
+        };
+        const auto takeOne = [&](std::size_t i, const Done& done) {
             take(done);
             Count(i, done);
+            show(i + 1);
+        };
+        progress_.emplace(count);
+        show(0);
+        if (const std::size_t threads = CountThreads(); threads > 1) {
+            Workers<Done> workers(
+                count, threads,
+                [&](std::size_t i) { return work(i, [&, i] { return workers.IsNext(i); }); },
+                takeOne);
+            workers.Run(show);
+        } else {
+            for (std::size_t i = 0; i < count; ++i)
+                takeOne(i, work(i, [] { return true; }));
         }
         progress_->Clear();
     }
 
-    void Render(Done& done) const {
+    static void Render(Done& done, SharedOutput& output, const SharedOutput::IsTurn& isTurn) {
         if (!done.conversion)
             return;
         try {
             if (!done.isLeftOut)
-                done.text = Rendered(options_.view, *done.conversion);
+                output.Render(*done.conversion, isTurn, done.part);
         } catch (const std::bad_alloc&) {
+            if (done.part.isBegun)
+                throw; // half of it is in the output
+            done.part = {};
             done.shortOfMemory = true;
         }
         done.conversion.reset();

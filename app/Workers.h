@@ -1,8 +1,10 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
+#include <exception>
 #include <functional>
 #include <mutex>
 #include <optional>
@@ -13,22 +15,21 @@
 
 namespace convfile::app {
 
-/// Does many things in some threads, and gives what comes of them in their order. A thread is never
-/// further ahead of what was given than there are threads, so that no more results wait than that.
+/// Does many things in some threads, and takes what comes of them in their order: one at a time, in
+/// whichever thread is done with the next, so that none has to wake for it. No thread is further
+/// ahead of what was taken than twice as many as there are threads, so that no more results wait
+/// than that.
 template <class Result>
 class Workers {
 public:
-    /// `work` makes one result, in any thread; it must not throw.
-    Workers(std::size_t count, std::size_t threads, std::function<Result(std::size_t)> work)
-        : work_(std::move(work)), count_(count), ahead_(2 * threads), done_(ahead_) {
-        try {
-            while (threads_.size() < threads)
-                threads_.emplace_back([this] { Work(); });
-        } catch (const std::system_error&) { // as many as the system has
-            if (threads_.empty())
-                throw;
-        }
-    }
+    /// `work` makes one result, several at the same time; `take` gets them in order.
+    Workers(std::size_t count, std::size_t threads, std::function<Result(std::size_t)> work,
+            std::function<void(std::size_t, Result&)> take)
+        : work_(std::move(work)),
+          take_(std::move(take)),
+          count_(count),
+          wanted_(threads),
+          done_(2 * threads) {}
     Workers(const Workers&) = delete;
     Workers& operator=(const Workers&) = delete;
     ~Workers() {
@@ -41,50 +42,97 @@ public:
             thread.join();
     }
 
-    /// The next result in order; `whileWaiting` is called now and then until it is there.
-    Result Take(const std::function<void()>& whileWaiting) {
+    /// True once all before this one are taken: whoever makes it may do then what follows on them.
+    bool IsNext(std::size_t i) const { return taken_.load(std::memory_order_acquire) == i; }
+
+    /// Does all. `meanwhile` gets the number of the next to be taken now and then, in this thread,
+    /// and never while one is taken. Throws what `work` or `take` threw.
+    void Run(const std::function<void(std::size_t)>& meanwhile) {
+        Start();
+        if (threads_.empty())
+            Work();
         std::unique_lock lock(mutex_);
-        while (!ready_.wait_for(lock, kNowAndThen,
-                                [this] { return done_[given_ % ahead_].has_value(); })) {
+        while (
+            !ended_.wait_for(lock, kNowAndThen, [this] { return taken_ == count_ || failure_; })) {
+            if (isTaking_)
+                continue;
+            isTaking_ = true;
             lock.unlock();
-            whileWaiting();
+            meanwhile(taken_);
             lock.lock();
+            isTaking_ = false;
+            TakeReady(lock);
         }
-        Result result = std::move(*std::exchange(done_[given_ % ahead_], std::nullopt));
-        ++given_;
-        lock.unlock();
-        room_.notify_one();
-        return result;
+        if (failure_)
+            std::rethrow_exception(failure_);
     }
 
 private:
     static constexpr std::chrono::milliseconds kNowAndThen{200};
 
-    void Work() {
-        std::unique_lock lock(mutex_);
-        while (true) {
-            room_.wait(lock, [this] { return next_ >= count_ || next_ < given_ + ahead_; });
-            if (next_ >= count_)
-                return;
-            const std::size_t mine = next_++;
-            lock.unlock();
-            Result result = work_(mine);
-            lock.lock();
-            done_[mine % ahead_] = std::move(result);
-            if (mine == given_) // nobody waits for another
-                ready_.notify_one();
+    void Start() {
+        try {
+            while (threads_.size() < wanted_)
+                threads_.emplace_back([this] { Work(); });
+        } catch (const std::system_error&) { // as many as the system has
         }
     }
 
+    void Work() {
+        std::unique_lock lock(mutex_);
+        try {
+            while (true) {
+                room_.wait(lock,
+                           [this] { return next_ >= count_ || next_ < taken_ + done_.size(); });
+                if (next_ >= count_)
+                    return;
+                const std::size_t mine = next_++;
+                lock.unlock();
+                Result result = work_(mine);
+                lock.lock();
+                done_[mine % done_.size()] = std::move(result);
+                TakeReady(lock);
+            }
+        } catch (...) {
+            if (!lock.owns_lock())
+                lock.lock();
+            failure_ = std::current_exception();
+            next_ = count_;
+            room_.notify_all();
+            ended_.notify_one();
+        }
+    }
+
+    /// Takes what is there of what is next, unless somebody does.
+    void TakeReady(std::unique_lock<std::mutex>& lock) {
+        if (isTaking_)
+            return;
+        isTaking_ = true;
+        while (taken_ < count_ && done_[taken_ % done_.size()]) {
+            Result result = std::move(*std::exchange(done_[taken_ % done_.size()], std::nullopt));
+            lock.unlock();
+            take_(taken_, result);
+            lock.lock();
+            taken_.fetch_add(1, std::memory_order_release);
+            room_.notify_one();
+        }
+        isTaking_ = false;
+        if (taken_ == count_)
+            ended_.notify_one();
+    }
+
     std::function<Result(std::size_t)> work_;
+    std::function<void(std::size_t, Result&)> take_;
     std::size_t count_;
-    std::size_t ahead_;
+    std::size_t wanted_;                      ///< threads
     std::size_t next_ = 0;                    ///< to be begun
-    std::size_t given_ = 0;                   ///< so many
+    std::atomic<std::size_t> taken_ = 0;      ///< so many; changed under the lock
+    bool isTaking_ = false;                   ///< somebody does, or speaks meanwhile
+    std::exception_ptr failure_;              ///< what was thrown
     std::vector<std::optional<Result>> done_; ///< a ring
     std::mutex mutex_;
     std::condition_variable room_;  ///< for another result, or no more to do
-    std::condition_variable ready_; ///< the next result in order
+    std::condition_variable ended_; ///< all are taken, or something was thrown
     std::vector<std::thread> threads_;
 };
 

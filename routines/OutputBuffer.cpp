@@ -12,7 +12,7 @@ void OutputBuffer::Empty() {
 
 void OutputBuffer::WriteLong(std::string_view text) {
     Empty();
-    if (text.size() > kSize) {
+    if (text.size() >= kSize) {
         stream_.write(text.data(), static_cast<std::streamsize>(text.size()));
         return;
     }

@@ -7,7 +7,6 @@
 
 #include <ostream>
 #include <streambuf>
-#include <utility>
 
 namespace convfile::views {
 
@@ -28,22 +27,27 @@ private:
     std::unique_ptr<exports::Output> output_;
 };
 
-/// Keeps what it gets, as it gets it.
+/// Hands on what it gets, as it gets it.
 class PieceBuffer final : public std::streambuf {
 public:
-    std::vector<std::string> Take() { return std::exchange(pieces_, {}); }
+    using Take = std::function<void(std::string_view)>;
+
+    /// Where the next pieces go; nowhere before.
+    void HandOnTo(const Take& take) { take_ = &take; }
 
 private:
     std::streamsize xsputn(const char* bytes, std::streamsize size) override {
-        pieces_.emplace_back(bytes, static_cast<std::size_t>(size));
+        if (take_ && size > 0)
+            (*take_)({bytes, static_cast<std::size_t>(size)});
         return size;
     }
     int_type overflow(int_type c) override {
-        pieces_.emplace_back(1, traits_type::to_char_type(c));
+        const char byte = traits_type::to_char_type(c);
+        xsputn(&byte, 1);
         return traits_type::not_eof(c);
     }
 
-    std::vector<std::string> pieces_;
+    const Take* take_ = nullptr;
 };
 
 } // namespace
@@ -75,16 +79,16 @@ std::unique_ptr<Output> MakeOutput(std::string_view name, Sink& sink, std::size_
     return nullptr;
 }
 
-std::vector<std::string> Rendered(std::string_view view, const Conversion& conversion) {
+void Render(std::string_view view, const Conversion& conversion,
+            const std::function<void(std::string_view)>& take) {
     PieceBuffer pieces;
     std::ostream stream(&pieces);
     Sink sink(stream);
     const auto output = MakeOutput(view, sink, 1);
-    sink.Flush();
-    pieces.Take(); // a table's head
+    sink.Flush(); // a table's head goes nowhere
+    pieces.HandOnTo(take);
     output->Add(conversion);
     sink.Flush();
-    return pieces.Take();
 }
 
 std::string_view ExtensionOf(std::string_view view) {

@@ -3,6 +3,7 @@
 #include "routines/OutputBuffer.h"
 #include "views/Conversion.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -25,13 +26,8 @@ public:
         Separate();
         Write(conversion);
     }
-    /// Adds what Rendered made of one.
-    void AddRendered(const std::vector<std::string>& pieces) {
-        Separate();
-        for (const std::string& piece : pieces)
-            sink_.Write(piece);
-        sink_.Flush();
-    }
+    /// Begins with one that Render makes; its text goes to the sink from here on.
+    void Begin() { Separate(); }
     virtual void End() {}
 
 protected:
@@ -59,9 +55,11 @@ bool TakesOneFile(std::string_view view);
 /// The way of that name; `files` is how many results may come. Null for an unknown name.
 std::unique_ptr<Output> MakeOutput(std::string_view name, Sink& sink, std::size_t files);
 
-/// What is shown of one file among several, without what stands before, between and behind them:
-/// in pieces, as a long text that grows would be copied, and asked of the system, again and again.
-std::vector<std::string> Rendered(std::string_view view, const Conversion& conversion);
+/// Hands on what is shown of one file among several, without what stands before, between and behind
+/// them: in pieces, as a long text that grows would be copied, and asked of the system, again and
+/// again. `take` must not throw: streams keep to themselves what is thrown below them.
+void Render(std::string_view view, const Conversion& conversion,
+            const std::function<void(std::string_view piece)>& take);
 
 /// The extension of a file of that kind alone.
 std::string_view ExtensionOf(std::string_view view);

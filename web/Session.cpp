@@ -55,8 +55,7 @@ void WriteRemark(Json& json, const Remark& remark) {
 /// The first line of the program's summary, without the file's name.
 std::string Summary(const views::Conversion& conversion) {
     std::string text;
-    for (const std::string& piece : views::Rendered(views::kSummary, conversion))
-        text += piece;
+    views::Render(views::kSummary, conversion, [&](std::string_view piece) { text += piece; });
     text = text.substr(0, text.find('\n'));
     const std::string name = views::BareName(conversion.path) + ": ";
     return text.starts_with(name) ? text.substr(name.size()) : text;

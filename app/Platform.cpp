@@ -11,6 +11,9 @@
 #else
 #include <sys/ioctl.h>
 #include <unistd.h>
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
 #endif
 
 namespace convfile::app {
@@ -110,6 +113,8 @@ bool PrintsToTerminal() {
     return GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &mode) != 0;
 }
 
+void KeepFreedMemory() {}
+
 void KeepDatabaseDriver() {
     CoInitialize(nullptr);
 }
@@ -157,6 +162,15 @@ std::size_t ColumnsOfTerminal() {
 
 bool PrintsToTerminal() {
     return isatty(STDOUT_FILENO) != 0;
+}
+
+void KeepFreedMemory() {
+#if defined(__GLIBC__)
+    constexpr int kKept = 32 << 20;    // bytes, for each thread
+    constexpr int kOfItsOwn = 4 << 20; // from this size on a piece goes back by itself
+    mallopt(M_TRIM_THRESHOLD, kKept);
+    mallopt(M_MMAP_THRESHOLD, kOfItsOwn);
+#endif
 }
 
 void KeepDatabaseDriver() {}

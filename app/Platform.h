@@ -40,6 +40,10 @@ std::size_t ColumnsOfTerminal();
 /// True where standard output goes to a terminal.
 bool PrintsToTerminal();
 
+/// Keeps what memory a file took for the next one, where it would go back to the system with each:
+/// that interrupts all threads of a program.
+void KeepFreedMemory();
+
 /// Keeps the driver of job databases loaded on this thread: an import ends its use of it, and lets
 /// go of the driver's objects only after that.
 void KeepDatabaseDriver();

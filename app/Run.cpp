@@ -161,6 +161,7 @@ private:
         progress_.emplace(count);
         show(0);
         if (const std::size_t threads = CountThreads(); threads > 1) {
+            KeepFreedMemory();
             Workers<Done> workers(
                 count, threads,
                 [&](std::size_t i) { return work(i, [&, i] { return workers.IsNext(i); }); },

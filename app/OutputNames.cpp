@@ -7,9 +7,9 @@
 
 #include <algorithm>
 #include <cwctype>
+#include <functional>
 #include <system_error>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -29,55 +29,82 @@ std::string IsAnInput(const std::string& name) {
     return ShownName(name) + ": is one of the files to convert";
 }
 
-using Place = fs::path::string_type;
+using Name = fs::path::string_type;
 
-/// What all paths of one place have in common, also where there is no file.
+/// The same for all names that the system takes for one.
+Name Folded(Name name) {
+#if defined(_WIN32)
+    std::ranges::transform(name, name.begin(), std::towlower);
+#endif
+    return name;
+}
+
+/// A folder, whichever way it is named.
+struct Folder {
+    fs::path path; ///< without links
+    bool isThere = false;
+};
+
+/// What all paths of one file have in common, also where there is none yet.
+struct Place {
+    const Folder* folder = nullptr;
+    Name name; ///< folded
+
+    bool operator==(const Place&) const = default;
+};
+
+struct HashOfPlace {
+    std::size_t operator()(const Place& place) const {
+        return std::hash<const Folder*>()(place.folder) ^ std::hash<Name>()(place.name);
+    }
+};
+
+/// Folders have many files: each is resolved once.
 class Finder {
 public:
-    Place Of(const fs::path& folder, const fs::path& name) {
-        const Folder& known = FolderOf(folder);
-        std::error_code error;
-        Place place;
-        if (known.isThere && fs::is_symlink(folder / name, error))
-            place = Resolved(folder / name).native();
-        else
-            place = known.begin + name.native();
-#if defined(_WIN32)
-        std::ranges::transform(place, place.begin(), std::towlower); // names there have no case
-#endif
-        return place;
+    const Folder& FolderOf(const fs::path& path) {
+        const auto [found, isNew] = named_.try_emplace(path.native());
+        if (isNew) {
+            const fs::path bare = path.has_filename() ? path : path.parent_path(); // no last slash
+            fs::path resolved = Resolved(bare.empty() ? "." : bare);
+            std::error_code error;
+            const bool isThere = fs::exists(resolved, error);
+            Folder& folder = folders_[Folded(resolved.native())];
+            folder = {.path = std::move(resolved), .isThere = isThere};
+            found->second = &folder;
+        }
+        return *found->second;
     }
     Place Of(const fs::path& path) {
-        return Of(path.parent_path(), path.filename());
+        const Folder& folder = FolderOf(path.parent_path());
+        return folder.isThere ? WithLinks(folder, path) : PlaceIn(folder, path.filename());
+    }
+    Place Of(const Folder& folder, const fs::path& name) {
+        return folder.isThere ? WithLinks(folder, folder.path / name) : PlaceIn(folder, name);
     }
 
 private:
-    struct Folder {
-        Place begin; ///< of the places of what lies in it
-        bool isThere = false;
-    };
-
     static fs::path Resolved(const fs::path& path) {
         std::error_code error;
         const fs::path full = fs::weakly_canonical(fs::absolute(path, error), error);
         return error ? path : full;
     }
-    /// Folders have many files: each is resolved once.
-    const Folder& FolderOf(const fs::path& folder) {
-        const auto [found, isNew] = folders_.try_emplace(folder.native());
-        if (isNew) {
-            const fs::path path = folder.empty() ? "." : folder;
-            std::error_code error;
-            found->second = {.begin = (Resolved(path) / "").native(),
-                             .isThere = fs::exists(path, error)};
-        }
-        return found->second;
+    static Place PlaceIn(const Folder& folder, const fs::path& name) {
+        return {.folder = &folder, .name = Folded(name.native())};
+    }
+    Place WithLinks(const Folder& folder, const fs::path& path) {
+        std::error_code error;
+        if (!fs::is_symlink(path, error))
+            return PlaceIn(folder, path.filename());
+        const fs::path file = Resolved(path);
+        return PlaceIn(FolderOf(file.parent_path()), file.filename());
     }
 
-    std::unordered_map<Place, Folder> folders_;
+    std::unordered_map<Name, const Folder*> named_;
+    std::unordered_map<Name, Folder> folders_; ///< without links, folded
 };
 
-/// Where one file is, and where its output may go: the same file has the same place in both.
+/// Where one file is, and where its output may go.
 struct Places {
     fs::path folder; ///< of the output
     fs::path brief;  ///< its name without the file's own extension
@@ -93,40 +120,39 @@ std::vector<Places> PlacesOf(const Inputs& inputs, const fs::path& folder,
     all.reserve(inputs.files.size());
     for (const Input& input : inputs.files) {
         const fs::path path = PathOf(input.file);
-        Places places;
+        Places& places = all.emplace_back();
         places.folder = folder / input.below;
         (places.brief = path.stem()) += extension;
         (places.full = path.filename()) += extension;
         places.file = finder.Of(path);
-        places.briefOutput = finder.Of(places.folder, places.brief);
-        places.fullOutput = finder.Of(places.folder, places.full);
-        all.push_back(std::move(places));
+        const Folder& outputs = finder.FolderOf(places.folder);
+        places.briefOutput = finder.Of(outputs, places.brief);
+        places.fullOutput = finder.Of(outputs, places.full);
     }
     return all;
 }
 
-/// How many files would have each short name.
-std::unordered_map<Place, std::size_t> CountBrief(const std::vector<Places>& all) {
-    std::unordered_map<Place, std::size_t> count;
-    for (const Places& places : all)
-        ++count[places.briefOutput];
-    return count;
+/// How many files would have their output at a place under the short name; none for one that only
+/// a long name leads to.
+using Counts = std::unordered_map<Place, std::size_t, HashOfPlace>;
+
+Counts CountBrief(const std::vector<Places>& all) {
+    Counts counts;
+    for (const Places& places : all) {
+        ++counts[places.briefOutput];
+        counts.try_emplace(places.fullOutput);
+    }
+    return counts;
 }
 
 /// Takes out those found files that lie where an output might go or beside another of their stem,
 /// and that nothing fits.
 std::size_t TakeOut(Inputs& inputs, std::vector<Places>& all, const FitsNothing& fitsNothing) {
-    std::unordered_set<Place> mayBeWritten;
-    for (const Places& places : all) {
-        mayBeWritten.insert(places.briefOutput);
-        mayBeWritten.insert(places.fullOutput);
-    }
-    const auto sharing = CountBrief(all);
+    const Counts counts = CountBrief(all);
     std::size_t kept = 0;
     for (std::size_t i = 0; i < all.size(); ++i) {
         const Input& input = inputs.files[i];
-        const bool mayBeNone =
-            sharing.at(all[i].briefOutput) > 1 || mayBeWritten.contains(all[i].file);
+        const bool mayBeNone = counts.at(all[i].briefOutput) > 1 || counts.contains(all[i].file);
         if (input.IsFound() && mayBeNone && fitsNothing(input))
             continue;
         if (kept < i) {
@@ -169,14 +195,14 @@ std::vector<fs::path> NameOutputs(Inputs& inputs, const fs::path& folder,
     std::vector<Places> all = PlacesOf(inputs, folder, "." + std::string(extension), finder);
     takenOut = TakeOut(inputs, all, fitsNothing);
 
-    const auto sharing = CountBrief(all);
-    std::unordered_map<Place, const Input*> written;
+    const Counts counts = CountBrief(all);
+    std::unordered_map<Place, const Input*, HashOfPlace> written;
     std::vector<fs::path> outputs;
     outputs.reserve(all.size());
     for (std::size_t i = 0; i < all.size(); ++i) {
         const Places& places = all[i];
         const Input& input = inputs.files[i];
-        const bool isShared = sharing.at(places.briefOutput) > 1;
+        const bool isShared = counts.at(places.briefOutput) > 1;
         outputs.push_back(places.folder / (isShared ? places.full : places.brief));
         const auto [first, isNew] =
             written.emplace(isShared ? places.fullOutput : places.briefOutput, &input);

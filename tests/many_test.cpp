@@ -2,7 +2,6 @@
 // a run says and writes the same however many files it takes at a time.
 
 #include "app/Progress.h"
-#include "app/Workers.h"
 #include "tests/support/Files.h"
 #include "tests/support/Program.h"
 
@@ -11,7 +10,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <new>
 #include <regex>
 #include <string>
 #include <vector>
@@ -200,27 +198,6 @@ TEST_F(ManyTest, FilesAtATimeChangeNothing) {
     EXPECT_EQ(Files("out").size(), 30U);
     for (const char* jobs : {"0", "-1", "x", "2x", "\"\""})
         EXPECT_EQ(Run(std::string("-j ") + jobs + arguments + "json").status, 2) << jobs;
-}
-
-TEST(Workers, TakeOneAfterTheOtherAndStopAtWhatIsThrown) {
-    constexpr std::size_t kCount = 2000;
-    constexpr std::size_t kNone = kCount;
-    for (const std::size_t bad : {kNone, std::size_t{0}, std::size_t{777}, kCount - 1}) {
-        std::vector<std::size_t> taken;
-        app::Workers<std::size_t> workers(
-            kCount, 3, [&](std::size_t i) { return i == bad ? throw std::bad_alloc() : 2 * i; },
-            [&](std::size_t i, std::size_t& result) {
-                EXPECT_TRUE(workers.IsNext(i) && result == 2 * i) << i;
-                taken.push_back(i);
-            });
-        if (bad == kNone)
-            workers.Run([](std::size_t) {});
-        else
-            EXPECT_THROW(workers.Run([](std::size_t) {}), std::bad_alloc) << bad;
-        EXPECT_TRUE(std::ranges::is_sorted(taken, std::less_equal())); // nothing twice
-        EXPECT_LE(taken.size(), bad);
-        EXPECT_TRUE(bad != kNone || taken.size() == kCount);
-    }
 }
 
 TEST(Progress, SaysHowFarARunIs) {

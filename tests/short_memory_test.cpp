@@ -1,10 +1,12 @@
 // A conversion of which one allocation fails, each in turn: that of this program's own operator
 // new, or of the database in memory.
 
+#include "app/SharedOutput.h"
 #include "memory/PointLibrary.h"
 #include "tests/support/Convert.h"
 #include "tests/support/Files.h"
 #include "views/Conversion.h"
+#include "views/Output.h"
 
 #include <gtest/gtest.h>
 
@@ -14,6 +16,8 @@
 #include <limits>
 #include <new>
 #include <sqlite3.h>
+#include <sstream>
+#include <string>
 #include <utility>
 
 namespace {
@@ -149,6 +153,39 @@ TEST(EveryFormat, IsWholeOrFailsWhicheverAllocationFails) {
         failedAtAll += failed;
     }
     EXPECT_GT(failedAtAll, 2000);
+}
+
+TEST(SharedOutput, KeepsATextWholeOrFails) {
+    const Golden golden = GoldenFiles().front();
+    views::Conversion conversion;
+    ConvertAs(golden.format, golden.Path(), conversion);
+    std::ostringstream nowhere;
+    for (const std::string& view : views::Views()) {
+        app::SharedOutput output(view, nowhere, 2);
+        std::string expected;
+        bool hadEnough = false;
+        for (long failing = kNever; !hadEnough; failing = failing == kNever ? 0 : failing + 1) {
+            app::SharedOutput::Part part;
+            bool failed = false;
+            allocationsLeft = failing;
+            try {
+                output.Render(
+                    conversion, [] { return false; }, part);
+            } catch (const std::bad_alloc&) {
+                failed = true;
+            }
+            hadEnough = failing != kNever && allocationsLeft >= 0;
+            allocationsLeft = kNever;
+            std::string text;
+            for (const std::string& piece : part.kept)
+                text += piece;
+            if (failing == kNever)
+                expected = text;
+            EXPECT_EQ(failed, failing != kNever && !hadEnough) << view << ' ' << failing;
+            EXPECT_TRUE(failed || text == expected) << view << ' ' << failing;
+        }
+        EXPECT_GT(expected.size(), 100U) << view;
+    }
 }
 
 } // namespace

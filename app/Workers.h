@@ -109,9 +109,11 @@ private:
             return;
         isTaking_ = true;
         while (taken_ < count_ && done_[taken_ % done_.size()]) {
-            Result result = std::move(*std::exchange(done_[taken_ % done_.size()], std::nullopt));
+            std::optional<Result> result =
+                std::exchange(done_[taken_ % done_.size()], std::nullopt);
             lock.unlock();
-            take_(taken_, result);
+            take_(taken_, *result);
+            result.reset(); // not under the lock: it may be large
             lock.lock();
             taken_.fetch_add(1, std::memory_order_release);
             room_.notify_one();

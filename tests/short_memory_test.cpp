@@ -170,7 +170,7 @@ TEST(SharedOutput, KeepsATextWholeOrFails) {
             allocationsLeft = failing;
             try {
                 output.Render(
-                    conversion, [] { return false; }, part);
+                    conversion, [] { return allocationsLeft < 0; }, part);
             } catch (const std::bad_alloc&) {
                 failed = true;
             }
@@ -182,6 +182,7 @@ TEST(SharedOutput, KeepsATextWholeOrFails) {
             if (failing == kNever)
                 expected = text;
             EXPECT_EQ(failed, failing != kNever && !hadEnough) << view << ' ' << failing;
+            EXPECT_FALSE(part.isBegun) << view << ' ' << failing << ": what failed is not written";
             EXPECT_TRUE(failed || text == expected) << view << ' ' << failing;
         }
         EXPECT_GT(expected.size(), 100U) << view;

@@ -32,8 +32,19 @@ class PieceBuffer final : public std::streambuf {
 public:
     using Take = std::function<void(std::string_view)>;
 
-    /// Where the next pieces go; nowhere before.
-    void HandOnTo(const Take& take) { take_ = &take; }
+    /// As long as it lives, pieces go there; nowhere before, and nowhere where it ends early.
+    class HandingOn {
+    public:
+        HandingOn(PieceBuffer& pieces, const Take& take) : pieces_(pieces) {
+            pieces_.take_ = &take;
+        }
+        HandingOn(const HandingOn&) = delete;
+        HandingOn& operator=(const HandingOn&) = delete;
+        ~HandingOn() { pieces_.take_ = nullptr; }
+
+    private:
+        PieceBuffer& pieces_;
+    };
 
 private:
     std::streamsize xsputn(const char* bytes, std::streamsize size) override {
@@ -86,7 +97,7 @@ void Render(std::string_view view, const Conversion& conversion,
     Sink sink(stream);
     const auto output = MakeOutput(view, sink, 1);
     sink.Flush(); // a table's head goes nowhere
-    pieces.HandOnTo(take);
+    const PieceBuffer::HandingOn handingOn(pieces, take);
     output->Add(conversion);
     sink.Flush();
 }

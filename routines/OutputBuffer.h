@@ -21,7 +21,7 @@ public:
         buffer_[used_++] = c;
     }
     void Write(std::string_view text) {
-        if (text.size() > kSize - used_) [[unlikely]] {
+        if (text.size() >= kSize - used_) [[unlikely]] {
             WriteLong(text);
             return;
         }
